@@ -1,0 +1,108 @@
+// xls2tki: turns a table of Diagnostic Trouble Codes (DTCs) kept in a spreadsheet into an XML import
+// document.
+//
+// This is the library's one public header; it needs nothing but the standard library.
+//
+// Strings are UTF-16 and zero-terminated. A null pointer counts as the empty string. Arguments are only read
+// and need to stay valid no longer than the call. File names are ordinary paths of the system.
+//
+// The functions return true when the work was done. When one returns false, GetLoggedMessages() has the
+// sentence that tells the user why.
+//
+// The library keeps the outcome of the last operation for the whole process, without a lock: call it from one
+// thread at a time, and convert Excel workbooks on the thread that called XlsInitOle. Every call returns only
+// when its work is done; no threads are started.
+//
+// Exceptions: a conversion reports every failure of its input through its result; only exhausted memory
+// (std::bad_alloc) reaches the caller.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#if defined(_WIN32)
+#if defined(XLS2TKI_BUILDING)
+#define XLS2TKI_EXPORT __declspec(dllexport)
+#else
+#define XLS2TKI_EXPORT __declspec(dllimport)
+#endif
+#else
+#define XLS2TKI_EXPORT __attribute__((visibility("default")))
+#endif
+
+namespace NXls2Tki {
+
+// One UTF-16 code unit, in the type that hosts of the system use for text.
+#if defined(_WIN32)
+using WideChar = wchar_t;
+#else
+using WideChar = char16_t;
+#endif
+using WideString = std::basic_string<WideChar>;
+using WideStringSet = std::set<WideString>;
+
+// What kind of input the input path names, and so what reads it.
+enum VImportType : std::int32_t {
+    ImportTypeODBC = 0,   // an Excel file, read through the installed Excel ODBC driver
+    ImportTypeExcel = 1,  // an Excel workbook, read through the installed Excel's automation
+    ImportTypeCSV = 2,    // a text file of cells between separators
+};
+
+// Prepares the process for automation. Call it once, on the thread that will convert; every later call
+// returns true and does nothing. False: the preparation failed; unless `silent` is true the user was also
+// shown a message box.
+XLS2TKI_EXPORT bool XlsInitOle(bool silent);
+
+// Converts one table. The input is read completely and the document is complete before the output is opened:
+// a conversion that returns false leaves the output as it was. Whether the output could be created and
+// written is not part of the result: look at the file.
+//
+//   inputPath           the workbook or CSV file
+//   worksheetName       the worksheet to read; empty leaves the choice to the source; CSV and ODBC ignore it
+//   outputPath          the import document: UTF-8, lines ended by CR LF; created, or emptied if it exists
+//   importType          what reads the input; any other value is refused
+//   forwardMessages     also pass each progress message to the host's logging library
+//   separator           the cell separator of a CSV file
+//   vsgNames            texts of header cells whose columns become items of type "VSG"
+//   secondNames         texts of header cells whose columns become items of type "A"
+//   thirdNames          as secondNames; a column in no set becomes an item of type "RI", vsgNames go first
+//   variant             written as "variant" of the service mapping unless empty
+//   diagnosticInstance  written as "diaginstance" of the service mapping unless empty
+//   utf8                read a CSV file as UTF-8; else each byte is the character of the same value
+XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName,
+                                   const WideChar* outputPath, VImportType importType, bool forwardMessages,
+                                   WideChar separator, const WideStringSet& vsgNames,
+                                   const WideStringSet& secondNames, const WideStringSet& thirdNames,
+                                   const WideChar* variant, const WideChar* diagnosticInstance, bool utf8);
+
+// The same with no worksheet name, no header texts, the variant "COMMON_DIAGNOSTICS" and the diagnostic
+// instance "Emission_Related_Trouble_Codes".
+XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath,
+                                   VImportType importType, bool forwardMessages, WideChar separator,
+                                   bool utf8);
+
+// The same with header texts; secondNames also serve as the third set.
+XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath,
+                                   VImportType importType, bool forwardMessages, WideChar separator,
+                                   const WideStringSet& vsgNames, const WideStringSet& secondNames,
+                                   bool utf8);
+
+// The full form without a worksheet name.
+XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath,
+                                   VImportType importType, bool forwardMessages, WideChar separator,
+                                   const WideStringSet& vsgNames, const WideStringSet& secondNames,
+                                   const WideStringSet& thirdNames, const WideChar* variant,
+                                   const WideChar* diagnosticInstance, bool utf8);
+
+// Replaces `names` by the names of the workbook's worksheets, in workbook order. When it returns false,
+// `names` is as it was.
+XLS2TKI_EXPORT bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names);
+
+// The outcome of the last operation: after a conversion that returned true its last progress line, with a
+// time stamp and a line feed; after one that returned false the reason. Empty before the first. The text
+// belongs to the library and stays valid until the next call of Xls2TkiConvert or GetExcelWorksheets.
+XLS2TKI_EXPORT const WideChar* GetLoggedMessages();
+
+}  // namespace NXls2Tki

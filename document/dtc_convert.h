@@ -1,0 +1,44 @@
+// DTC numbers.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace VSimpleXMLCreation {
+
+// The 32-bit number of one DTC text. Three notations are understood:
+//   SAE J2012   a system letter (P, C, B or U) and 2, 4, 6 or 8 hexadecimal digits, as in P0123. The letter
+//   becomes
+//               the two top bits of the number; the first digit, at most 3, the next two.
+//   hexadecimal with or without a leading 0x
+//   decimal     as DecimalValue reads it
+// Of hexadecimal digits lower-case letters are taken like upper-case ones. No other character is rejected: it
+// adds its code less 48 (up to U+0040) or less 55 to the number's bits. Digits beyond the eighth from the
+// right are lost.
+class VDTCConvert {
+  public:
+    // `hexDefault`: a text without 0x is hexadecimal. `saeCodes`: a text that begins with B, C, P or U is an
+    // SAE code. Blanks at both ends do not count, except for the recognition of the notation by the first
+    // characters. An empty text gives 0. Throws VSimpleXMLException on a malformed SAE code.
+    VDTCConvert(std::u16string_view text, bool hexDefault, bool saeCodes);
+    VDTCConvert(const VDTCConvert&) = default;
+    VDTCConvert& operator=(const VDTCConvert&) = default;
+    virtual ~VDTCConvert() = default;
+
+    // Makes the number that of the SAE code; any letter but B, C and U counts as P. Throws
+    // VSimpleXMLException when the code has not 3, 5, 7 or 9 characters or its first digit is above 3; the
+    // number is undefined then.
+    void ParseSae(std::u16string_view text);
+
+    [[nodiscard]] std::int32_t GetValue() const { return value_; }
+    // Signed decimal, at most 11 characters.
+    [[nodiscard]] std::u16string ToString() const;
+
+  private:
+    static std::uint32_t ParseHex(std::u16string_view text);
+
+    std::int32_t value_ = 0;
+};
+
+}  // namespace VSimpleXMLCreation

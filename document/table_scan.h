@@ -1,0 +1,40 @@
+// What the table as a whole tells before a document is built from it.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "log/log_object.h"
+#include "sources/table.h"
+
+namespace VSimpleXMLCreation {
+
+// How the first column writes its numbers.
+struct NumberNotation {
+    bool hexDigits = false;  // some data cell holds a letter from A to F, in either case
+    bool saeCodes =
+        false;  // some data cell has 5 or 7 characters and begins with P, B, C or U, in either case
+};
+
+// Looks at the first cell of each data row, from the iterator's position on.
+NumberNotation ScanNumberNotation(VCSVReader::VHeapIterator& iterator);
+
+// Which columns produce nothing, one flag a column. A column whose cells are all empty or white space, the
+// header's included, is the end of the table: it and all behind it are skipped, and the log gets a message
+// with its 0-based index.
+std::vector<bool> FindSkippedColumns(VCSVReader::VHeapIterator& iterator, VCSVReader::VLogObject& log);
+
+// What the first columns mean, told by the first two header cells. Their case does not matter, blanks do.
+enum class TableLayout {
+    SingleNumber,        // DTC number, description
+    J1939,               // SPN, FMI, description: "SPN" and "FMI"
+    BaseAndFailureType,  // base DTC, failure type byte, description: "BASEDTC" and "FTB", or "DTC" and
+                         // "FAILURE TYPE"
+};
+
+TableLayout DetectLayout(const VCSVReader::VTableRow& header);
+
+// The first record item column, 0-based. The description stands right before it.
+std::size_t FirstItemColumn(TableLayout layout);
+
+}  // namespace VSimpleXMLCreation

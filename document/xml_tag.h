@@ -1,0 +1,79 @@
+// The element tree of an XML document: built from the root down, printed as one text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/text_buffer.h"
+
+namespace VSimpleXMLCreation {
+
+// An element: a name, attributes in the order of their names (compared by UTF-16 unit), children in the order
+// added, and one text behind them. Names are written as they are given. Values and texts are escaped when
+// they are set, if the caller asks for it: "&", "<" and ">" become "&amp;", "&lt;" and "&gt;", nothing else
+// changes.
+//
+// An element that is made by its constructor owns the whole tree below it: the elements, names, values and
+// texts lie in memory of the tree and go with it. Arguments are copied unless an operation says otherwise.
+class VXmlTag {
+  public:
+    explicit VXmlTag(std::u16string_view name);
+    VXmlTag(const VXmlTag&) = delete;
+    VXmlTag& operator=(const VXmlTag&) = delete;
+    virtual ~VXmlTag();
+
+    // The element and all below it. An element without children and text prints as <NAME/>, with attributes
+    // as <NAME a="1" />. A line feed follows each element's end and nothing else.
+    [[nodiscard]] virtual NPlatform::TextBuffer Print() const;
+
+    // Adds a last child and returns it; it belongs to the tree.
+    VXmlTag* AddChild(std::u16string_view name);
+    // Adds a child with the name and the attributes that `model`, an element of the same tree, has now. The
+    // two share them, which costs neither time nor memory.
+    VXmlTag* AddChildLike(const VXmlTag& model);
+
+    // True when the name was new; false when it had a value, which is replaced.
+    bool SetAttribute(std::u16string_view name, std::u16string_view value, bool escape);
+    bool SetNumberAttribute(std::u16string_view name, std::int32_t value);
+
+    // Replaces the element's text.
+    void SetText(std::u16string_view text, bool escape);
+    // The same, escaped. Where nothing has to be escaped the text is not copied: it has to outlive the tree.
+    void ReferToText(std::u16string_view text);
+
+  protected:
+    void PrintTo(NPlatform::TextBuffer& out) const;
+    // How many units the whole tree prints as, if this element owns it.
+    [[nodiscard]] std::size_t TreeSize() const;
+
+  private:
+    struct Attribute;
+    struct Name;
+    struct Tree;
+
+    VXmlTag(const Name* name, const Attribute* attributes) : name_(name), attributes_(attributes) {}
+
+    VXmlTag* Adopt(const Name* name, const Attribute* attributes);
+    [[nodiscard]] Tree& OwnTree() const;
+    [[nodiscard]] bool IsEmpty() const { return lastChild_ == nullptr && text_.empty(); }
+    [[nodiscard]] std::size_t OwnSize() const;
+    template <typename Change>
+    void Account(Change change);
+
+    const Name* name_;
+    const Attribute* attributes_ = nullptr;
+    VXmlTag* lastChild_ = nullptr;
+    VXmlTag* next_ = nullptr;  // the next child of the same parent; behind the last one, the first
+    std::u16string_view text_;
+};
+
+// The root of a document: prints the XML declaration before itself.
+class VXmlTagRoot : public VXmlTag {
+  public:
+    using VXmlTag::VXmlTag;
+    ~VXmlTagRoot() override = default;
+    [[nodiscard]] NPlatform::TextBuffer Print() const override;
+};
+
+}  // namespace VSimpleXMLCreation

@@ -1,0 +1,53 @@
+// Files: the open check, whole text files in, text-mode streams out. Paths are UTF-16.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "platform/replaceable.h"
+#include "platform/text_buffer.h"
+
+namespace NPlatform {
+
+// Opens the file for reading, sharing it with everybody, and closes it again. Fills in its full path. False:
+// it cannot be opened, or it is no regular file; `fullPath` is then unchanged.
+extern Replaceable<bool(std::u16string_view path, std::u16string& fullPath)> FindReadableFile;
+
+enum class TextEncoding {
+    EightBit,  // each byte is the character of the same value
+    Utf8,  // a byte-order mark at the start is left out; a malformed sequence becomes one U+FFFD, divided as
+           // the Unicode standard recommends. A file that begins with the UTF-16 little-endian mark is
+           // read as that, as the Windows runtime does.
+};
+
+enum class TextFileResult {
+    Read,
+    NotOpened,  // no text
+    TooLarge,   // no text: the file has more than kLargestTextFile bytes
+    Failed,     // the system reported an error on the way; the text is what came before it
+};
+
+// Every table whose document can be written fits many times; what is larger would only exhaust the memory.
+inline constexpr std::uint64_t kLargestTextFile = std::uint64_t{1} << 31;
+
+// Reads a whole text file: a carriage return before a line feed is dropped, and the last line is ended by a
+// line feed even where the file's is not. NUL and every other character stay as they are.
+extern Replaceable<TextFileResult(std::u16string_view path, TextEncoding encoding, TextBuffer& text)>
+    ReadTextFile;
+
+// Writes bytes to a file in text mode: each line feed goes out as carriage return and line feed. The file is
+// created, or emptied if it exists. Nothing is thrown; as with any stream, a failure shows in its state.
+class TextOutputStream : public std::ostream {
+  public:
+    explicit TextOutputStream(std::u16string_view path);
+    ~TextOutputStream() override;
+
+  private:
+    class Buffer;
+    std::unique_ptr<Buffer> buffer_;
+};
+
+}  // namespace NPlatform

@@ -1,0 +1,115 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/linux/file_descriptor.h"
+#include "platform/linux/paths.h"
+
+namespace NPlatform {
+
+FileDescriptor OpenRegularFile(const std::string& path) {
+    // Without O_NONBLOCK the opening of a pipe would wait for somebody who writes into it.
+    FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (file.IsOpen() && (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))) file.Close();
+    return file;
+}
+
+static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
+    const std::string bytes = PathToBytes(path);
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(bytes.c_str(), nullptr), std::free);
+    if (!OpenRegularFile(bytes).IsOpen() || resolved == nullptr) return false;
+    fullPath = PathFromBytes(resolved.get());
+    return true;
+}
+
+constinit Replaceable<bool(std::u16string_view, std::u16string&)> FindReadableFile{FindFile};
+
+// Collects bytes, each line feed already as carriage return and line feed, and writes them in large pieces.
+class TextOutputStream::Buffer : public std::streambuf {
+  public:
+    explicit Buffer(const std::string& path)
+        : file_(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
+          bytes_(std::make_unique_for_overwrite<char[]>(kSize)) {}
+    ~Buffer() override { Flush(); }
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+
+    [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+
+  protected:
+    int_type overflow(int_type character) override {
+        if (traits_type::eq_int_type(character, traits_type::eof())) return traits_type::not_eof(character);
+        const char byte = traits_type::to_char_type(character);
+        return xsputn(&byte, 1) == 1 ? character : traits_type::eof();
+    }
+
+    std::streamsize xsputn(const char* text, std::streamsize count) override {
+        const char* const end = text + count;
+        const char* line = text;
+        while (line != end) {
+            const auto* feed =
+                static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(end - line)));
+            if (!Put(line, static_cast<std::size_t>((feed == nullptr ? end : feed) - line)))
+                return line - text;
+            if (feed == nullptr) break;
+            if (!Put("\r\n", 2)) return feed - text;
+            line = feed + 1;
+        }
+        return count;
+    }
+
+    int sync() override { return Flush() ? 0 : -1; }
+
+  private:
+    static constexpr std::size_t kSize = std::size_t{1} << 18;
+
+    bool Put(const char* bytes, std::size_t count) {
+        while (count > kSize - used_) {
+            const std::size_t part = kSize - used_;
+            std::memcpy(bytes_.get() + used_, bytes, part);
+            used_ = kSize;
+            bytes += part;
+            count -= part;
+            if (!Flush()) return false;
+        }
+        std::memcpy(bytes_.get() + used_, bytes, count);
+        used_ += count;
+        return true;
+    }
+
+    bool Flush() {
+        const char* next = bytes_.get();
+        while (used_ > 0) {
+            const ssize_t written = ::write(file_.Get(), next, used_);
+            if (written < 0 && errno == EINTR) continue;
+            if (written <= 0) break;
+            next += written;
+            used_ -= static_cast<std::size_t>(written);
+        }
+        const bool complete = used_ == 0;
+        used_ = 0;
+        return complete;
+    }
+
+    FileDescriptor file_;
+    std::unique_ptr<char[]> bytes_;
+    std::size_t used_ = 0;
+};
+
+TextOutputStream::TextOutputStream(std::u16string_view path)
+    : std::ostream(nullptr), buffer_(std::make_unique<Buffer>(PathToBytes(path))) {
+    rdbuf(buffer_.get());
+    if (!buffer_->IsOpen()) setstate(badbit);
+}
+
+TextOutputStream::~TextOutputStream() = default;
+
+}  // namespace NPlatform

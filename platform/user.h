@@ -1,0 +1,15 @@
+// The user that runs the process.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "platform/replaceable.h"
+
+namespace NPlatform {
+
+// Fills in the user's name, if it fits into `capacity` UTF-16 units with its terminator. False: the name is
+// longer or the system could not tell it; the text is then unchanged.
+extern Replaceable<bool(std::u16string& name, std::size_t capacity)> UserName;
+
+}  // namespace NPlatform

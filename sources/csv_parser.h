@@ -1,0 +1,72 @@
+// The states of the CSV parser.
+//
+// A cell begins at the start of the text, after a separator and after a line feed. A double quote as its
+// first character makes it a quoted cell, in which separators and line feeds are text and a doubled quote
+// stands for one; anywhere else a quote is text. Nothing is trimmed. There are no other special characters.
+//
+// Each state consumes one character and returns the next state. States are small and short-lived, so their
+// storage is recycled.
+#pragma once
+
+#include <cstddef>
+
+#include "sources/vector_heap.h"
+
+namespace VCSVReader {
+
+class VParserStateInterface {
+  public:
+    VParserStateInterface(const VParserStateInterface&) = delete;
+    VParserStateInterface& operator=(const VParserStateInterface&) = delete;
+    virtual ~VParserStateInterface() = default;
+
+    // Consumes the character and returns a new state, never itself. The caller owns the result and destroys
+    // the state it called. Throws VParserException when the character cannot stand here.
+    virtual VParserStateInterface* HandleChar(const char16_t* character) = 0;
+
+    // Consumes, of the characters from `first` up to `last`, all those at the front that would only be added
+    // to the cell and leave the state as it is, and returns the first that it leaves.
+    virtual const char16_t* HandleRun(const char16_t* first, const char16_t* /*last*/) { return first; }
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* state, std::size_t size) noexcept;
+
+  protected:
+    // `heap` receives the cells and is not owned.
+    VParserStateInterface(V2DVectorHeap* heap, char16_t separator) : heap_(heap), separator_(separator) {}
+
+    V2DVectorHeap* heap_;
+    char16_t separator_;
+};
+
+// At the start of a cell.
+class VParserStart final : public VParserStateInterface {
+  public:
+    VParserStart(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
+    VParserStateInterface* HandleChar(const char16_t* character) override;
+};
+
+// Inside a cell that did not begin with a quote.
+class VParserNormal final : public VParserStateInterface {
+  public:
+    VParserNormal(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
+    VParserStateInterface* HandleChar(const char16_t* character) override;
+    const char16_t* HandleRun(const char16_t* first, const char16_t* last) override;
+};
+
+// Inside a cell that began with a quote.
+class VParserQuoted final : public VParserStateInterface {
+  public:
+    VParserQuoted(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
+    VParserStateInterface* HandleChar(const char16_t* character) override;
+    const char16_t* HandleRun(const char16_t* first, const char16_t* last) override;
+};
+
+// Behind a quote inside a quoted cell: the next character tells whether it was doubled or closed the cell.
+class VParserQuotedPending final : public VParserStateInterface {
+  public:
+    VParserQuotedPending(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
+    VParserStateInterface* HandleChar(const char16_t* character) override;
+};
+
+}  // namespace VCSVReader

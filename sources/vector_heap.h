@@ -1,0 +1,72 @@
+// The cell table that all sources share.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "log/log_object.h"
+#include "platform/run_store.h"
+#include "sources/heap_interface.h"
+
+namespace VCSVReader {
+
+class VDefaultHeapIterator : public VHeapIterator {
+  public:
+    explicit VDefaultHeapIterator(const std::vector<VTableRow>& rows) : rows_(&rows) {}
+
+    const VTableRow* GetNextRow() override { return &(*rows_)[static_cast<std::size_t>(next_++)]; }
+    void Reset() override { next_ = 0; }
+    [[nodiscard]] bool HasMoreRows() const override {
+        return static_cast<std::size_t>(next_) < rows_->size();
+    }
+    [[nodiscard]] bool IsHeaderRow() const override { return next_ == 1; }
+
+  private:
+    std::int32_t next_ = 0;
+    const std::vector<VTableRow>* rows_;
+};
+
+// Holds the table. The characters of the cells lie in few large blocks, row by row; a cell is the place where
+// it ends. Limits, each with a message of its own: 20 million rows (no document that could be written has
+// more) and 2^32 - 1 characters in a row.
+class V2DVectorHeap : public VHeapInterface {
+  public:
+    // `log` is not owned and outlives the source.
+    V2DVectorHeap(std::u16string_view fileName, VLogObject* log);
+    V2DVectorHeap(const V2DVectorHeap&) = delete;
+    V2DVectorHeap& operator=(const V2DVectorHeap&) = delete;
+    ~V2DVectorHeap() override;
+
+    void AppendChar(const char16_t& character) override;
+    void AddCell(const char16_t* text) override;
+    void EndRow(bool closeCell) override;
+    void CheckConsistency() override;
+    // Checks that the input can be opened and puts its full path in the place of its name.
+    void OpenSource() override;
+    VHeapIterator* GetIterator() override { return iterator_.get(); }
+    void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const override;
+
+    // Adds the characters from `first` up to `last` to the pending cell, as AppendChar does one by one.
+    void AppendRun(const char16_t* first, const char16_t* last);
+
+  protected:
+    void Log(std::u16string_view message) { log_->LogMessage(message); }
+    [[nodiscard]] const std::u16string& FileName() const { return fileName_; }
+
+  private:
+    // How many characters of the open row belong to cells that are ended already.
+    [[nodiscard]] std::size_t EndedSize() const {
+        return ends_.RunSize() == 0 ? 0 : ends_.Run()[ends_.RunSize() - 1];
+    }
+
+    VLogObject* log_;
+    std::u16string fileName_;
+    NPlatform::RunStore<char16_t> units_;      // the open run: the current row, then the pending cell
+    NPlatform::RunStore<std::uint32_t> ends_;  // the open run: the current row
+    std::vector<VTableRow> rows_;
+    std::unique_ptr<VHeapIterator> iterator_;
+};
+
+}  // namespace VCSVReader
