@@ -1,0 +1,27 @@
+// What ends the command early, and what it tells the user.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace NCli {
+
+// Ends the command with a sentence for the user.
+class Failure : public std::runtime_error {
+  public:
+    using runtime_error::runtime_error;
+};
+
+// The command line cannot be what the user meant; nothing was touched.
+class WrongUsage : public Failure {
+  public:
+    using Failure::Failure;
+};
+
+// Writes "xls2tki: " and the text as a line to standard error. Allocates nothing.
+void Tell(const char* text);
+
+// The system's own text for a value of errno.
+std::string SystemText(int error);
+
+}  // namespace NCli

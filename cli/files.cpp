@@ -1,0 +1,128 @@
+#include "cli/files.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <random>
+#include <system_error>
+#include <vector>
+
+#include "cli/failure.h"
+
+namespace NCli {
+
+namespace fs = std::filesystem;
+
+std::string NameOf(const fs::path& path) {
+    if (path == kStandardInput) return "standard input";
+    if (path == kStandardOutput) return "standard output";
+    return std::string("\"").append(path.string()).append("\"");
+}
+
+File OpenFile(const fs::path& path, const char* mode) {
+    return File(std::fopen(path.string().c_str(), mode));
+}
+
+CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit) {
+    std::vector<char> piece(std::size_t{1} << 18);
+    std::uint64_t size = 0;
+    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), source)) {
+        size += count;
+        if (size > limit) return CopyResult::TooLarge;
+        if (std::fwrite(piece.data(), 1, count, destination) != count) return CopyResult::NotWritten;
+    }
+    if (std::ferror(source) != 0) return CopyResult::NotRead;
+    return std::fflush(destination) == 0 ? CopyResult::Done : CopyResult::NotWritten;
+}
+
+namespace {
+
+// The paths for the handler of signals, which may neither allocate nor lock.
+struct Slot {
+    volatile std::sig_atomic_t isUsed;
+    char path[4096];  // the system refuses a longer one
+};
+constinit Slot slots[2]{};
+
+void RemoveFilesAndDie(int number) {
+    for (const Slot& slot : slots) {
+        if (slot.isUsed != 0) std::remove(slot.path);
+    }
+    std::signal(number, SIG_DFL);
+    std::raise(number);
+}
+
+std::size_t TakeSlot(const std::string& path) {
+    const std::size_t index = slots[0].isUsed == 0 ? 0 : 1;
+    Slot& slot = slots[index];
+    slot.path[path.copy(slot.path, sizeof slot.path - 1)] = '\0';
+    std::atomic_signal_fence(std::memory_order_release);
+    slot.isUsed = 1;
+    return index;
+}
+
+// A hidden name that no other file has, begun with as much of `name` as every file system takes.
+std::string UniqueName(const std::string& name) {
+    constexpr std::size_t kLongestBeginning = 100;
+    std::size_t size = std::min(name.size(), kLongestBeginning);
+    const auto isInsideCharacter = [&] { return size < name.size() && (name[size] & 0xC0) == 0x80; };
+    while (size > 0 && isInsideCharacter()) --size;
+    std::random_device random;
+    char unique[20];
+    std::snprintf(unique, sizeof unique, ".%08x%08x", random(), random());
+    return std::string(".").append(name, 0, size).append(unique);
+}
+
+fs::path SystemFolder() {
+    std::error_code error;
+    fs::path folder = fs::temp_directory_path(error);
+    if (!error) return folder;
+    throw Failure("The folder for temporary files cannot be used: " + error.message());
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(const fs::path& folder, const std::string& name)
+    : path_(folder / UniqueName(name)), slot_(TakeSlot(path_.string())) {
+    if (OpenFile(path_, "wbx")) return;
+    const int error = errno;
+    slots[slot_].isUsed = 0;
+    throw Failure("Could not create a file in the folder " + NameOf(folder) + ": " + SystemText(error));
+}
+
+TemporaryFile::TemporaryFile(const std::string& name) : TemporaryFile(SystemFolder(), name) {
+    RestrictToOwner();
+}
+
+void TemporaryFile::RestrictToOwner() const {
+    std::error_code ignored;
+    fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write, ignored);
+}
+
+TemporaryFile::~TemporaryFile() {
+    std::remove(path_.string().c_str());
+    slots[slot_].isUsed = 0;
+}
+
+void RemoveTemporaryFilesOnSignals() {
+    // Not every system has more than the first two.
+    constexpr int kSignals[] = {
+        SIGINT,
+        SIGTERM,
+#ifdef SIGHUP
+        SIGHUP,
+#endif
+#ifdef SIGPIPE
+        SIGPIPE,
+#endif
+    };
+    for (const int number : kSignals) {
+        if (std::signal(number, RemoveFilesAndDie) == SIG_IGN) std::signal(number, SIG_IGN);
+    }
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);  // a file at the size limit is a write that fails
+#endif
+}
+
+}  // namespace NCli

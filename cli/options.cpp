@@ -1,0 +1,184 @@
+#include "cli/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "cli/failure.h"
+#include "cli/files.h"
+#include "cli/text.h"
+
+namespace NCli {
+
+using namespace NXls2Tki;
+
+namespace {
+
+// What stands on the command line, as bytes.
+struct Arguments {
+    std::string workbook;
+    std::string input;
+    std::string output;
+    bool csv = false;
+    bool excel = false;
+    bool odbc = false;
+    std::string separator = ";";
+    bool utf8 = false;
+    std::string worksheet;
+    std::vector<std::string> vsgNames;
+    std::vector<std::string> typeANames;
+    std::string variant = "COMMON_DIAGNOSTICS";
+    std::string diagnosticInstance = "Emission_Related_Trouble_Codes";
+    bool verbose = false;
+};
+
+class HelpFormatter : public CLI::Formatter {
+  public:
+    HelpFormatter() { column_width(29); }
+
+    std::string make_usage(const CLI::App*, std::string) const override {
+        return "Usage: xls2tki [OPTIONS] INPUT OUTPUT     (- is standard input or output)\n"
+               "       xls2tki --list-worksheets WORKBOOK\n";
+    }
+    std::string make_positionals(const CLI::App*) const override { return {}; }
+    std::string make_option_opts(const CLI::Option* option) const override {
+        return option->get_type_size() == 0 ? "" : " " + option->get_type_name();
+    }
+};
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  xls2tki powertrain.csv powertrain.xml\n"
+    "  xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
+
+void DeclareOptions(CLI::App& app, Arguments& arguments) {
+    const auto add = [&app](const char* name, std::string& value, const char* type, const char* help) {
+        app.add_option(name, value, help)->type_name(type)->take_last();
+    };
+    const auto addList = [&app](const char* name, std::vector<std::string>& values, const char* help) {
+        app.add_option(name, values, help)->type_name("NAME")->allow_extra_args(false);
+    };
+    const auto addFlag = [&app](const char* name, bool& value, const char* help) {
+        app.add_flag(name, value, help)->disable_flag_override();
+    };
+    app.add_option("INPUT", arguments.input);
+    app.add_option("OUTPUT", arguments.output);
+    addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
+    addFlag("-x,--excel", arguments.excel, "Read INPUT with Excel (.xlsx, .xlsm, .xls).");
+    addFlag("-o,--odbc", arguments.odbc, "Read INPUT through the Excel ODBC driver.");
+    add("-s,--separator", arguments.separator, "CHAR", "Split CSV rows at CHAR, tab, comma, pipe; else at ;");
+    addFlag("-u,--utf8", arguments.utf8, "Read CSV text as UTF-8, else as Latin-1.");
+    add("-w,--worksheet", arguments.worksheet, "NAME", "Read this worksheet of an Excel workbook.");
+    addList("--vsg", arguments.vsgNames, "Make columns headed NAME items of type VSG.");
+    addList("--type-a", arguments.typeANames, "Make columns headed NAME items of type A.");
+    add("--variant", arguments.variant, "TEXT", "Set the variant (COMMON_DIAGNOSTICS).");
+    add("--diag-instance", arguments.diagnosticInstance, "TEXT",
+        "Set the instance (Emission_Related_Trouble_Codes).");
+    add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
+    addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
+    app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
+    app.set_help_flag("--help", "Print this help.");
+}
+
+[[noreturn]] void RefuseUsage(const std::string& sentence) {
+    throw WrongUsage(sentence + " (xls2tki --help shows the options.)");
+}
+
+WideString DecodeArgument(const char* option, const std::string& value) {
+    const DecodedText decoded = DecodeUtf8(value);
+    if (!decoded.isUtf8) RefuseUsage(std::string("The value of ") + option + " is not UTF-8.");
+    return decoded.text;
+}
+
+WideStringSet DecodeNames(const char* option, const std::vector<std::string>& values) {
+    WideStringSet names;
+    for (const std::string& value : values) names.insert(DecodeArgument(option, value));
+    return names;
+}
+
+WideChar ReadSeparator(const std::string& value) {
+    constexpr struct {
+        const char* name;
+        WideChar separator;
+    } kNames[] = {{"tab", '\t'}, {"comma", ','}, {"semicolon", ';'}, {"pipe", '|'}};
+    for (const auto& [name, separator] : kNames) {
+        if (value == name) return separator;
+    }
+    const WideString text = DecodeArgument("--separator", value);
+    if (text.size() != 1) RefuseUsage("--separator takes one character, or tab, comma, semicolon or pipe.");
+    return text[0];
+}
+
+VImportType KindByExtension(const std::filesystem::path& input) {
+    constexpr struct {
+        const char* extension;
+        VImportType kind;
+    } kExtensions[] = {{".csv", ImportTypeCSV},    {".txt", ImportTypeCSV},    {".tsv", ImportTypeCSV},
+                       {".xlsx", ImportTypeExcel}, {".xlsm", ImportTypeExcel}, {".xls", ImportTypeExcel}};
+    const std::string extension = CLI::detail::to_lower(input.extension().string());
+    for (const auto& [known, kind] : kExtensions) {
+        if (extension == known) return kind;
+    }
+    RefuseUsage("The kind of " + NameOf(input) +
+                " is not known by its extension; give --csv, --excel or --odbc.");
+}
+
+VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& input) {
+    const bool kinds[] = {arguments.csv, arguments.excel, arguments.odbc};
+    const auto kindCount = std::count(std::begin(kinds), std::end(kinds), true);
+    if (kindCount > 1) RefuseUsage("--csv, --excel and --odbc exclude each other.");
+    const bool isStandardInput = input == kStandardInput;
+    if (isStandardInput && !arguments.csv && kindCount > 0)
+        RefuseUsage("Standard input is read as CSV only.");
+    if (arguments.excel) return ImportTypeExcel;
+    if (arguments.odbc) return ImportTypeODBC;
+    return arguments.csv || isStandardInput ? ImportTypeCSV : KindByExtension(input);
+}
+
+Options CheckListing(const Arguments& arguments) {
+    if (!arguments.input.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
+    Options options;
+    options.listsWorksheets = true;
+    options.input = arguments.workbook;
+    return options;
+}
+
+Options CheckConversion(const Arguments& arguments) {
+    if (arguments.input.empty() || arguments.output.empty()) RefuseUsage("INPUT and OUTPUT are needed.");
+    Options options;
+    options.input = arguments.input == "-" ? kStandardInput : arguments.input;
+    options.output = arguments.output == "-" ? kStandardOutput : arguments.output;
+    options.kind = ChooseKind(arguments, options.input);
+    options.separator = ReadSeparator(arguments.separator);
+    options.utf8 = arguments.utf8;
+    options.verbose = arguments.verbose;
+    options.worksheet = DecodeArgument("--worksheet", arguments.worksheet);
+    options.vsgNames = DecodeNames("--vsg", arguments.vsgNames);
+    options.typeANames = DecodeNames("--type-a", arguments.typeANames);
+    options.variant = DecodeArgument("--variant", arguments.variant);
+    options.diagnosticInstance = DecodeArgument("--diag-instance", arguments.diagnosticInstance);
+    return options;
+}
+
+}  // namespace
+
+std::optional<Options> ReadCommandLine(int count, const char* const* values) {
+    CLI::App app("Turns a table of Diagnostic Trouble Codes into an XML import document.");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(kExamples);
+    Arguments arguments;
+    DeclareOptions(app, arguments);
+    try {
+        app.parse(count, values);
+    } catch (const CLI::Success& shown) {
+        app.exit(shown);
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        RefuseUsage(std::string(error.what()) + ".");
+    }
+    return arguments.workbook.empty() ? CheckConversion(arguments) : CheckListing(arguments);
+}
+
+}  // namespace NCli

@@ -1,0 +1,96 @@
+#include "cli/text.h"
+
+#include <bit>
+
+namespace NCli {
+
+using NXls2Tki::WideChar;
+using NXls2Tki::WideString;
+
+namespace {
+
+struct Sequence {
+    char32_t character;
+    std::size_t length;  // 0: the bytes are not UTF-8
+};
+
+Sequence ReadSequence(std::string_view bytes) {
+    constexpr char32_t kLowest[] = {0, 0, 0x80, 0x800, 0x10000};
+    const auto lead = static_cast<unsigned char>(bytes[0]);
+    const auto length = static_cast<std::size_t>(std::countl_one(lead));
+    if (length == 0) return {lead, 1};
+    if (length == 1 || length > 4 || length > bytes.size()) return {0, 0};
+    char32_t character = lead & (0x7FU >> length);
+    for (std::size_t index = 1; index < length; ++index) {
+        const auto byte = static_cast<unsigned char>(bytes[index]);
+        if ((byte & 0xC0) != 0x80) return {0, 0};
+        character = character << 6 | (byte & 0x3FU);
+    }
+    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+    if (character < kLowest[length] || character > 0x10FFFF || isSurrogate) return {0, 0};
+    return {character, length};
+}
+
+void AppendUtf16(WideString& text, char32_t character) {
+    if (character < 0x10000) {
+        text.push_back(static_cast<WideChar>(character));
+        return;
+    }
+    text.push_back(static_cast<WideChar>(0xD7C0 + (character >> 10)));
+    text.push_back(static_cast<WideChar>(0xDC00 + (character & 0x3FF)));
+}
+
+void AppendUtf8(std::string& bytes, char32_t character) {
+    const auto trail = [character](int shift) {
+        return static_cast<char>(0x80 | (character >> shift & 0x3F));
+    };
+    if (character < 0x80) {
+        bytes += static_cast<char>(character);
+    } else if (character < 0x800) {
+        bytes += {static_cast<char>(0xC0 | character >> 6), trail(0)};
+    } else if (character < 0x10000) {
+        bytes += {static_cast<char>(0xE0 | character >> 12), trail(6), trail(0)};
+    } else {
+        bytes += {static_cast<char>(0xF0 | character >> 18), trail(12), trail(6), trail(0)};
+    }
+}
+
+bool IsHigh(char32_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool IsLow(char32_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+}  // namespace
+
+DecodedText DecodeUtf8(std::string_view bytes) {
+    DecodedText decoded{{}, true};
+    while (!bytes.empty()) {
+        const Sequence sequence = ReadSequence(bytes);
+        if (sequence.length == 0) {
+            decoded.isUtf8 = false;
+            decoded.text.push_back(static_cast<WideChar>(0xDC00 + static_cast<unsigned char>(bytes[0])));
+            bytes.remove_prefix(1);
+        } else {
+            AppendUtf16(decoded.text, sequence.character);
+            bytes.remove_prefix(sequence.length);
+        }
+    }
+    return decoded;
+}
+
+std::string EncodeUtf8(std::basic_string_view<WideChar> text) {
+    std::string bytes;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const char32_t unit = text[index];
+        const char32_t next = index + 1 < text.size() ? text[index + 1] : 0;
+        if (IsHigh(unit) && IsLow(next)) {
+            AppendUtf8(bytes, 0x10000 + ((unit & 0x3FF) << 10 | (next & 0x3FF)));
+            ++index;
+        } else if (unit >= 0xDC80 && unit <= 0xDCFF) {
+            bytes += static_cast<char>(unit & 0xFF);
+        } else {
+            AppendUtf8(bytes, IsHigh(unit) || IsLow(unit) ? 0xFFFD : unit);
+        }
+    }
+    return bytes;
+}
+
+}  // namespace NCli
