@@ -17,9 +17,7 @@ std::u16string Inside(const WideChar* text) {
     return {given.begin(), given.end()};
 }
 
-WideString Outside(const std::u16string& text) {
-    return {text.begin(), text.end()};
-}
+WideString Outside(const std::u16string& text) { return {text.begin(), text.end()}; }
 
 // The set as the rooms have it: itself where the types are the same, else a copy that `converted` holds.
 template <typename Set>

@@ -7,9 +7,7 @@ namespace VSimpleXMLCreation {
 
 namespace {
 
-bool IsDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 }  // namespace
 

@@ -74,8 +74,6 @@ void VDTCConvert::ParseSae(std::u16string_view text) {
     value_ = static_cast<std::int32_t>(digits | (top + SystemCode(text.front())) << topShift);
 }
 
-std::u16string VDTCConvert::ToString() const {
-    return NPlatform::Format(12, u"%d", {value_});
-}
+std::u16string VDTCConvert::ToString() const { return NPlatform::Format(12, u"%d", {value_}); }
 
 }  // namespace VSimpleXMLCreation

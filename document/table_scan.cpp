@@ -14,9 +14,7 @@ namespace {
 
 constexpr std::size_t kMessageCapacity = 1024;
 
-bool IsHexLetter(char16_t unit) {
-    return UpperCase(unit) >= u'A' && UpperCase(unit) <= u'F';
-}
+bool IsHexLetter(char16_t unit) { return UpperCase(unit) >= u'A' && UpperCase(unit) <= u'F'; }
 
 bool LooksLikeSae(std::u16string_view cell) {
     if (cell.size() != 5 && cell.size() != 7) return false;
@@ -73,8 +71,6 @@ TableLayout DetectLayout(const VTableRow& header) {
     return TableLayout::SingleNumber;
 }
 
-std::size_t FirstItemColumn(TableLayout layout) {
-    return layout == TableLayout::SingleNumber ? 2 : 3;
-}
+std::size_t FirstItemColumn(TableLayout layout) { return layout == TableLayout::SingleNumber ? 2 : 3; }
 
 }  // namespace VSimpleXMLCreation

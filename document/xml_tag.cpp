@@ -3,27 +3,41 @@
 #include <algorithm>
 #include <charconv>
 #include <forward_list>
-#include <memory_resource>
+#include <memory>
 #include <new>
 #include <string>
+
+#include "platform/run_store.h"
 
 namespace VSimpleXMLCreation {
 
 using NPlatform::TextBuffer;
 
-// Lists of attributes never change once they are made, so that elements may share them.
 struct VXmlTag::Attribute {
-    const Attribute* next;
-    std::u16string_view text;  // as printed: name="value" and a blank
+    const Attribute* next;     // by name
+    std::u16string_view text;  // name="value" and a blank, within the shape's start
     std::size_t nameSize;
 
     [[nodiscard]] std::u16string_view NameText() const { return text.substr(0, nameSize); }
 };
 
+// What an element prints around its content. Shapes never change once they are made, so that elements share
+// them.
+struct VXmlTag::Shape {
+    const Name* name;
+    const Attribute* attributes;
+    std::u16string_view start;  // <NAME a="1" > or <NAME>
+};
+
 struct VXmlTag::Name {
     Tree* tree;
-    std::u16string open;   // <NAME
+    std::u16string start;  // <NAME>
     std::u16string close;  // </NAME> and a line feed
+    Shape shape;           // without attributes
+
+    [[nodiscard]] std::u16string_view Text() const {
+        return std::u16string_view(start).substr(1, start.size() - 2);
+    }
 };
 
 struct VXmlTag::Tree {
@@ -32,26 +46,40 @@ struct VXmlTag::Tree {
     const VXmlTag* const owner;
     std::size_t printedSize = 0;
     std::forward_list<Name> names;
-    std::pmr::monotonic_buffer_resource memory;
+    NPlatform::RunStore<char16_t> units;
+    NPlatform::RunStore<std::uint64_t> nodes;
 
-    template <typename T>
-    T* Allocate(std::size_t count) {
-        return static_cast<T*>(memory.allocate(count * sizeof(T), alignof(T)));
+    char16_t* AllocateUnits(std::size_t count) {
+        units.Extend(count);
+        return units.Close();
     }
 
-    const Name* FindOrAddName(std::u16string_view text);
+    // The node is never destroyed: it owns nothing outside the tree.
+    template <typename Node, typename... Arguments>
+    Node* Make(Arguments&&... arguments) {
+        static_assert(sizeof(Node) % sizeof(std::uint64_t) == 0 && alignof(Node) <= alignof(std::uint64_t));
+        nodes.Extend(sizeof(Node) / sizeof(std::uint64_t));
+        return new (nodes.Close()) Node{std::forward<Arguments>(arguments)...};
+    }
+
+    const Shape* ShapeOf(std::u16string_view name);
+    const Shape* WithAttribute(const Shape& shape, std::u16string_view name, std::u16string_view value,
+                               bool escape, bool& isNew);
     std::u16string_view Store(std::u16string_view text, bool escape);
-    Attribute MakeAttribute(std::u16string_view name, std::u16string_view value, bool escape);
-    const Attribute* Insert(const Attribute* list, Attribute added, bool& isNew);
 };
 
 namespace {
 
 constexpr std::u16string_view kEmptyEnd = u"/>\n";
 
+// Most characters are behind u'>' and need but one comparison.
+bool IsEscaped(char16_t unit) { return unit <= u'>' && (unit == u'>' || unit == u'<' || unit == u'&'); }
+
+bool HasEscaped(std::u16string_view text) { return std::any_of(text.begin(), text.end(), IsEscaped); }
+
 std::size_t EscapedSize(std::u16string_view text) {
     std::size_t size = text.size();
-    for (const char16_t unit : text) size += unit == u'&' ? 4U : (unit == u'<' || unit == u'>' ? 3U : 0U);
+    for (const char16_t unit : text) size += unit == u'&' ? 4U : (IsEscaped(unit) ? 3U : 0U);
     return size;
 }
 
@@ -76,54 +104,63 @@ char16_t* CopyEscaped(std::u16string_view text, char16_t* out) {
 
 }  // namespace
 
-const VXmlTag::Name* VXmlTag::Tree::FindOrAddName(std::u16string_view text) {
-    const auto found = std::find_if(names.begin(), names.end(), [text](const Name& name) {
-        return std::u16string_view(name.open).substr(1) == text;
-    });
-    if (found != names.end()) return &*found;
-    const std::u16string copy(text);
-    return &names.emplace_front(Name{this, u"<" + copy, u"</" + copy + u">\n"});
+const VXmlTag::Shape* VXmlTag::Tree::ShapeOf(std::u16string_view name) {
+    for (const Name& known : names) {
+        if (known.Text() == name) return &known.shape;
+    }
+    const std::u16string copy(name);
+    Name& added = names.emplace_front(Name{this, u"<" + copy + u">", u"</" + copy + u">\n", {}});
+    added.shape = {&added, nullptr, added.start};
+    return &added.shape;
+}
+
+// The shape with the attribute in its place among the others, which are copied.
+const VXmlTag::Shape* VXmlTag::Tree::WithAttribute(const Shape& shape, std::u16string_view name,
+                                                   std::u16string_view value, bool escape, bool& isNew) {
+    const std::size_t size =
+        shape.start.size() + name.size() + (escape ? EscapedSize(value) : value.size()) + 5;
+    char16_t* const start = AllocateUnits(size);
+    char16_t* out = CopyUnits(shape.name->start, start);
+    out[-1] = u' ';
+    const Attribute* first = nullptr;
+    const Attribute** link = &first;
+    const auto add = [&](const char16_t* begin, std::size_t nameSize) {
+        auto* const added = Make<Attribute>(nullptr, std::u16string_view(begin, out), nameSize);
+        *link = added;
+        link = &added->next;
+    };
+    const auto copy = [&](const Attribute& attribute) {
+        const char16_t* const begin = out;
+        out = CopyUnits(attribute.text, out);
+        add(begin, attribute.nameSize);
+    };
+    const Attribute* other = shape.attributes;
+    for (; other != nullptr && other->NameText() < name; other = other->next) copy(*other);
+    const char16_t* const begin = out;
+    out = CopyUnits(u"=\"", CopyUnits(name, out));
+    out = CopyUnits(u"\" ", escape ? CopyEscaped(value, out) : CopyUnits(value, out));
+    add(begin, name.size());
+    isNew = other == nullptr || other->NameText() != name;
+    if (!isNew) other = other->next;
+    for (; other != nullptr; other = other->next) copy(*other);
+    *out++ = u'>';
+    return Make<Shape>(shape.name, first, std::u16string_view(start, out));
 }
 
 std::u16string_view VXmlTag::Tree::Store(std::u16string_view text, bool escape) {
     const std::size_t size = escape ? EscapedSize(text) : text.size();
-    auto* const units = Allocate<char16_t>(size);
-    if (size == text.size()) {
-        CopyUnits(text, units);
+    char16_t* const stored = AllocateUnits(size);
+    if (escape) {
+        CopyEscaped(text, stored);
     } else {
-        CopyEscaped(text, units);
+        CopyUnits(text, stored);
     }
-    return {units, size};
-}
-
-VXmlTag::Attribute VXmlTag::Tree::MakeAttribute(std::u16string_view name, std::u16string_view value,
-                                                bool escape) {
-    const std::size_t size = name.size() + 2 + (escape ? EscapedSize(value) : value.size()) + 2;
-    auto* const units = Allocate<char16_t>(size);
-    char16_t* out = CopyUnits(u"=\"", CopyUnits(name, units));
-    out = escape ? CopyEscaped(value, out) : CopyUnits(value, out);
-    CopyUnits(u"\" ", out);
-    return {nullptr, {units, size}, name.size()};
-}
-
-// The list with the attribute in its place; what stands before that place is copied.
-const VXmlTag::Attribute* VXmlTag::Tree::Insert(const Attribute* list, Attribute added, bool& isNew) {
-    isNew = list == nullptr || added.NameText() < list->NameText();
-    Attribute first = added;
-    if (isNew) {
-        first.next = list;
-    } else if (added.NameText() == list->NameText()) {
-        first.next = list->next;
-    } else {
-        first = *list;
-        first.next = Insert(list->next, added, isNew);
-    }
-    return new (Allocate<Attribute>(1)) Attribute(first);
+    return {stored, size};
 }
 
 VXmlTag::VXmlTag(std::u16string_view name) {
     auto tree = std::make_unique<Tree>(this);
-    name_ = tree->FindOrAddName(name);
+    shape_ = tree->ShapeOf(name);
     tree.release()->printedSize = OwnSize();
 }
 
@@ -131,22 +168,14 @@ VXmlTag::~VXmlTag() {
     if (OwnTree().owner == this) delete &OwnTree();
 }
 
-VXmlTag::Tree& VXmlTag::OwnTree() const {
-    return *name_->tree;
-}
+VXmlTag::Tree& VXmlTag::OwnTree() const { return *shape_->name->tree; }
 
-std::size_t VXmlTag::TreeSize() const {
-    return OwnTree().owner == this ? OwnTree().printedSize : 0;
-}
+std::size_t VXmlTag::TreeSize() const { return OwnTree().owner == this ? OwnTree().printedSize : 0; }
 
 // What the element itself adds to the printed text.
 std::size_t VXmlTag::OwnSize() const {
-    std::size_t size = name_->open.size();
-    if (attributes_ != nullptr) ++size;
-    for (const Attribute* attribute = attributes_; attribute != nullptr; attribute = attribute->next) {
-        size += attribute->text.size();
-    }
-    return size + (IsEmpty() ? kEmptyEnd.size() : 1 + text_.size() + name_->close.size());
+    if (IsEmpty()) return shape_->start.size() - 1 + kEmptyEnd.size();
+    return shape_->start.size() + text_.size() + shape_->name->close.size();
 }
 
 // Makes the change and keeps the size of the printed tree true.
@@ -158,9 +187,11 @@ void VXmlTag::Account(Change change) {
     size += OwnSize();
 }
 
-VXmlTag* VXmlTag::Adopt(const Name* name, const Attribute* attributes) {
-    auto* const child = new (OwnTree().Allocate<VXmlTag>(1)) VXmlTag(name, attributes);
-    OwnTree().printedSize += child->OwnSize();
+VXmlTag* VXmlTag::Adopt(const Shape* shape) {
+    Tree& tree = OwnTree();
+    tree.nodes.Extend(sizeof(VXmlTag) / sizeof(std::uint64_t));
+    auto* const child = new (tree.nodes.Close()) VXmlTag(shape);
+    tree.printedSize += child->OwnSize();
     Account([this, child] {
         child->next_ = lastChild_ == nullptr ? child : lastChild_->next_;
         if (lastChild_ != nullptr) lastChild_->next_ = child;
@@ -169,18 +200,13 @@ VXmlTag* VXmlTag::Adopt(const Name* name, const Attribute* attributes) {
     return child;
 }
 
-VXmlTag* VXmlTag::AddChild(std::u16string_view name) {
-    return Adopt(OwnTree().FindOrAddName(name), nullptr);
-}
+VXmlTag* VXmlTag::AddChild(std::u16string_view name) { return Adopt(OwnTree().ShapeOf(name)); }
 
-VXmlTag* VXmlTag::AddChildLike(const VXmlTag& model) {
-    return Adopt(model.name_, model.attributes_);
-}
+VXmlTag* VXmlTag::AddChildLike(const VXmlTag& model) { return Adopt(model.shape_); }
 
 bool VXmlTag::SetAttribute(std::u16string_view name, std::u16string_view value, bool escape) {
     bool isNew = false;
-    const Attribute added = OwnTree().MakeAttribute(name, value, escape);
-    Account([&] { attributes_ = OwnTree().Insert(attributes_, added, isNew); });
+    Account([&] { shape_ = OwnTree().WithAttribute(*shape_, name, value, escape, isNew); });
     return isNew;
 }
 
@@ -198,7 +224,7 @@ void VXmlTag::SetText(std::u16string_view text, bool escape) {
 }
 
 void VXmlTag::ReferToText(std::u16string_view text) {
-    const std::u16string_view stored = EscapedSize(text) == text.size() ? text : OwnTree().Store(text, true);
+    const std::u16string_view stored = HasEscaped(text) ? OwnTree().Store(text, true) : text;
     Account([this, stored] { text_ = stored; });
 }
 
@@ -210,16 +236,12 @@ TextBuffer VXmlTag::Print() const {
 }
 
 void VXmlTag::PrintTo(TextBuffer& out) const {
-    out.Append(name_->open);
-    if (attributes_ != nullptr) out.Append(u" ");
-    for (const Attribute* attribute = attributes_; attribute != nullptr; attribute = attribute->next) {
-        out.Append(attribute->text);
-    }
     if (IsEmpty()) {
+        out.Append(shape_->start.substr(0, shape_->start.size() - 1));
         out.Append(kEmptyEnd);
         return;
     }
-    out.Append(u">");
+    out.Append(shape_->start);
     if (lastChild_ != nullptr) {
         const VXmlTag* child = lastChild_;
         do {
@@ -228,7 +250,7 @@ void VXmlTag::PrintTo(TextBuffer& out) const {
         } while (child != lastChild_);
     }
     out.Append(text_);
-    out.Append(name_->close);
+    out.Append(shape_->name->close);
 }
 
 TextBuffer VXmlTagRoot::Print() const {

@@ -50,19 +50,19 @@ class VXmlTag {
   private:
     struct Attribute;
     struct Name;
+    struct Shape;
     struct Tree;
 
-    VXmlTag(const Name* name, const Attribute* attributes) : name_(name), attributes_(attributes) {}
+    explicit VXmlTag(const Shape* shape) : shape_(shape) {}
 
-    VXmlTag* Adopt(const Name* name, const Attribute* attributes);
+    VXmlTag* Adopt(const Shape* shape);
     [[nodiscard]] Tree& OwnTree() const;
     [[nodiscard]] bool IsEmpty() const { return lastChild_ == nullptr && text_.empty(); }
     [[nodiscard]] std::size_t OwnSize() const;
     template <typename Change>
     void Account(Change change);
 
-    const Name* name_;
-    const Attribute* attributes_ = nullptr;
+    const Shape* shape_;  // the name and the attributes
     VXmlTag* lastChild_ = nullptr;
     VXmlTag* next_ = nullptr;  // the next child of the same parent; behind the last one, the first
     std::u16string_view text_;

@@ -7,12 +7,8 @@ namespace NPlatform {
 
 namespace {
 
-bool IsHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
-bool IsLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
+bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
 void AppendLimited(std::u16string& result, std::u16string_view text, std::size_t limit) {
     result.append(text.substr(0, limit - std::min(limit, result.size())));

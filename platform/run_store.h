@@ -1,15 +1,16 @@
-// Many small sequences in few large blocks: the cells of a table, the texts of a document tree.
+// Many small sequences in few large blocks: the cells of a table, the parts of a document tree.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <vector>
+
+#include "platform/memory.h"
 
 namespace NPlatform {
 
 // Builds one run of elements at a time. A closed run lies in one piece and stays where it is as long as the
-// store lives; nothing is released before that. T is a plain number or character type.
+// store lives; nothing is released before that. T is a plain type.
 template <typename T>
 class RunStore {
   public:
@@ -17,45 +18,57 @@ class RunStore {
     [[nodiscard]] const T* Run() const { return run_; }
     [[nodiscard]] std::size_t RunSize() const { return static_cast<std::size_t>(end_ - run_); }
 
-    void Push(T element) {
-        if (end_ == limit_) Grow(1);
-        *end_++ = element;
+    // Adds `count` elements, which the caller writes, and returns where they are.
+    T* Extend(std::size_t count) {
+        if (count > static_cast<std::size_t>(limit_ - end_)) Grow(count);
+        end_ += count;
+        return end_ - count;
     }
 
+    void Push(T element) { *Extend(1) = element; }
+
+    // The elements may lie in this store's adopted block, at or behind the end of the open run.
     void Append(const T* elements, std::size_t count) {
-        if (count > static_cast<std::size_t>(limit_ - end_)) Grow(count);
-        end_ = std::copy_n(elements, count, end_);
+        std::copy(elements, elements + count, Extend(count));
     }
 
     // Drops what is behind the first `size` elements of the open run.
     void Truncate(std::size_t size) { end_ = run_ + size; }
 
     // Ends the open run, starts an empty one and returns where the closed one is.
-    const T* Close() {
-        const T* closed = run_;
+    T* Close() {
+        T* const closed = run_;
         run_ = end_;
         return closed;
     }
 
+    // Continues in this block, from its beginning. What is in it stays readable until it is written over.
+    void Adopt(Block<T> block) {
+        const std::size_t size = RunSize();
+        const T* const run = run_;
+        run_ = block.Data();
+        limit_ = run_ + block.Size();
+        blocks_.push_back(std::move(block));
+        end_ = std::copy(run, run + size, run_);
+    }
+
   private:
-    static constexpr std::size_t kFirstBlock = std::size_t{1} << 12;
-    static constexpr std::size_t kLargestBlock = std::size_t{1} << 20;
+    static constexpr std::size_t kFirstBlock = (std::size_t{1} << 14) / sizeof(T);
+    static constexpr std::size_t kLargestBlock = (std::size_t{1} << 25) / sizeof(T);
 
     // Moves the open run to a new block that has room for `count` more.
     void Grow(std::size_t count) {
-        const std::size_t size = RunSize();
         blockSize_ = std::clamp(2 * blockSize_, kFirstBlock, kLargestBlock);
-        const std::size_t capacity = std::max(blockSize_, 2 * (size + count));
-        auto block = std::make_unique_for_overwrite<T[]>(capacity);
-        end_ = std::copy_n(run_, size, block.get());
-        limit_ = block.get() + capacity;
-        // A block that held the open run alone is of no more use.
-        if (!blocks_.empty() && blocks_.back().get() == run_) blocks_.pop_back();
-        run_ = block.get();
-        blocks_.push_back(std::move(block));
+        // A block that holds the open run alone is of no more use behind the move.
+        Block<T> old;
+        if (!blocks_.empty() && blocks_.back().Data() == run_) {
+            old = std::move(blocks_.back());
+            blocks_.pop_back();
+        }
+        Adopt(Block<T>(std::max(blockSize_, 2 * (RunSize() + count))));
     }
 
-    std::vector<std::unique_ptr<T[]>> blocks_;
+    std::vector<Block<T>> blocks_;
     std::size_t blockSize_ = 0;
     T* run_ = nullptr;
     T* end_ = nullptr;

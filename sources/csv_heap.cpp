@@ -29,12 +29,12 @@ void VDefaultCSVHeap::ReadData() {
     Log(u"Parsing CSV file ... ");
     const char16_t* character = fileContent_.View().data();
     const char16_t* const end = character + fileContent_.Size();
+    BuildCellsIn(std::move(fileContent_));
     while (character != end) {
         state.reset(state->HandleChar(character++));
         character = state->HandleRun(character, end);
     }
     state.reset();
-    fileContent_.Release();
     Log(u"Parsing CSV file ... done");
 }
 

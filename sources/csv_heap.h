@@ -18,7 +18,7 @@ class VDefaultCSVHeap : public V2DVectorHeap {
     // Reads the text. A file that cannot be opened again after the check gives an empty table; one that is
     // larger than 2 GB or cannot be read to its end is refused.
     void OpenSource() override;
-    // Parses the text and lets go of it.
+    // Parses the text; the cells are built in its memory.
     void ReadData() override;
 
   private:

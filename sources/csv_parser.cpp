@@ -44,38 +44,41 @@ void VParserStateInterface::operator delete(void* state, std::size_t size) noexc
     ::operator delete(state, size);
 }
 
+bool VParserStateInterface::EndsCell(char16_t character) {
+    if (character == separator_) {
+        heap_->AddCell(u"");
+        return true;
+    }
+    if (character == kLineFeed) {
+        heap_->EndRow(true);
+        return true;
+    }
+    return false;
+}
+
 VParserStateInterface* VParserStart::HandleChar(const char16_t* character) {
     if (*character == kQuote) return new VParserQuoted(heap_, separator_);
-    if (*character == separator_) {
-        heap_->AddCell(u"");
-        return new VParserStart(heap_, separator_);
-    }
-    if (*character == kLineFeed) {
-        heap_->EndRow(true);
-        return new VParserStart(heap_, separator_);
-    }
+    if (EndsCell(*character)) return new VParserStart(heap_, separator_);
     heap_->AppendChar(*character);
     return new VParserNormal(heap_, separator_);
+}
+
+const char16_t* VParserStart::HandleRun(const char16_t* first, const char16_t* last) {
+    while (first != last && *first != kQuote) {
+        const char16_t* end = first;
+        while (end != last && *end != separator_ && *end != kLineFeed) ++end;
+        if (end == last) break;
+        heap_->AppendRun(first, end);
+        EndsCell(*end);
+        first = end + 1;
+    }
+    return first;
 }
 
 VParserStateInterface* VParserNormal::HandleChar(const char16_t* character) {
-    if (*character == separator_) {
-        heap_->AddCell(u"");
-        return new VParserStart(heap_, separator_);
-    }
-    if (*character == kLineFeed) {
-        heap_->EndRow(true);
-        return new VParserStart(heap_, separator_);
-    }
+    if (EndsCell(*character)) return new VParserStart(heap_, separator_);
     heap_->AppendChar(*character);
     return new VParserNormal(heap_, separator_);
-}
-
-const char16_t* VParserNormal::HandleRun(const char16_t* first, const char16_t* last) {
-    const char16_t* end = first;
-    while (end != last && *end != separator_ && *end != kLineFeed) ++end;
-    heap_->AppendRun(first, end);
-    return end;
 }
 
 VParserStateInterface* VParserQuoted::HandleChar(const char16_t* character) {

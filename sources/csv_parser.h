@@ -35,15 +35,20 @@ class VParserStateInterface {
     // `heap` receives the cells and is not owned.
     VParserStateInterface(V2DVectorHeap* heap, char16_t separator) : heap_(heap), separator_(separator) {}
 
+    // Ends the cell, and the row with it, if the character is the separator or a line feed; tells whether it
+    // was.
+    bool EndsCell(char16_t character);
+
     V2DVectorHeap* heap_;
     char16_t separator_;
 };
 
-// At the start of a cell.
+// At the start of a cell. Runs of unquoted cells, up to whole tables, are consumed at once.
 class VParserStart final : public VParserStateInterface {
   public:
     VParserStart(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
     VParserStateInterface* HandleChar(const char16_t* character) override;
+    const char16_t* HandleRun(const char16_t* first, const char16_t* last) override;
 };
 
 // Inside a cell that did not begin with a quote.
@@ -51,7 +56,6 @@ class VParserNormal final : public VParserStateInterface {
   public:
     VParserNormal(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}
     VParserStateInterface* HandleChar(const char16_t* character) override;
-    const char16_t* HandleRun(const char16_t* first, const char16_t* last) override;
 };
 
 // Inside a cell that began with a quote.

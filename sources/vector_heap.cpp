@@ -15,9 +15,7 @@ namespace {
 constexpr std::size_t kMostRows = 20'000'000;
 
 // The count as messages print it.
-std::int32_t Number(std::size_t count) {
-    return static_cast<std::int32_t>(count);
-}
+std::int32_t Number(std::size_t count) { return static_cast<std::int32_t>(count); }
 
 [[noreturn]] void RefuseHeader(std::size_t rowCount, std::size_t columnCount) {
     const std::u16string area = Format(64, u"Z1S1:Z%dS%d", {Number(rowCount), Number(columnCount)});
@@ -47,20 +45,16 @@ V2DVectorHeap::V2DVectorHeap(std::u16string_view fileName, VLogObject* log)
 
 V2DVectorHeap::~V2DVectorHeap() = default;
 
-void V2DVectorHeap::AppendChar(const char16_t& character) {
-    units_.Push(character);
-}
-
-void V2DVectorHeap::AppendRun(const char16_t* first, const char16_t* last) {
-    units_.Append(first, static_cast<std::size_t>(last - first));
-}
-
 void V2DVectorHeap::AddCell(const char16_t* text) {
     if (*text != 0) {
         const std::u16string_view cell = text;
         units_.Truncate(EndedSize());
         units_.Append(cell.data(), cell.size());
     }
+    EndCell();
+}
+
+void V2DVectorHeap::EndCell() {
     const std::size_t end = units_.RunSize();
     if (end > std::numeric_limits<std::uint32_t>::max()) {
         throw VParserException(Format(128, u"Row [%d] is too long.", {Number(rows_.size())}));
@@ -69,16 +63,17 @@ void V2DVectorHeap::AddCell(const char16_t* text) {
 }
 
 void V2DVectorHeap::EndRow(bool closeCell) {
-    if (closeCell) AddCell(u"");
+    if (closeCell) EndCell();
     if (rows_.size() == kMostRows) {
         throw VParserException(
             Format(128, u"The table has too many rows, at most %d are possible.", {Number(kMostRows)}));
     }
-    const std::u16string pending(units_.Run() + EndedSize(), units_.RunSize() - EndedSize());
-    units_.Truncate(EndedSize());
-    const std::size_t size = ends_.RunSize();
-    const char16_t* const units = units_.Close();
-    rows_.emplace_back(units, ends_.Close(), size);
+    // Pending characters go on into the next row.
+    const std::size_t size = EndedSize();
+    const std::u16string pending(units_.Run() + size, units_.RunSize() - size);
+    units_.Truncate(size);
+    const std::size_t cells = ends_.RunSize();
+    rows_.emplace_back(units_.Close(), ends_.Close(), cells);
     units_.Append(pending.data(), pending.size());
 }
 

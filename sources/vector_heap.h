@@ -8,6 +8,7 @@
 
 #include "log/log_object.h"
 #include "platform/run_store.h"
+#include "platform/text_buffer.h"
 #include "sources/heap_interface.h"
 
 namespace VCSVReader {
@@ -39,19 +40,26 @@ class V2DVectorHeap : public VHeapInterface {
     V2DVectorHeap& operator=(const V2DVectorHeap&) = delete;
     ~V2DVectorHeap() override;
 
-    void AppendChar(const char16_t& character) override;
-    void AddCell(const char16_t* text) override;
-    void EndRow(bool closeCell) override;
-    void CheckConsistency() override;
+    void AppendChar(const char16_t& character) final { units_.Push(character); }
+    void AddCell(const char16_t* text) final;
+    void EndRow(bool closeCell) final;
+    void CheckConsistency() final;
     // Checks that the input can be opened and puts its full path in the place of its name.
     void OpenSource() override;
-    VHeapIterator* GetIterator() override { return iterator_.get(); }
-    void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const override;
+    VHeapIterator* GetIterator() final { return iterator_.get(); }
+    void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const final;
 
     // Adds the characters from `first` up to `last` to the pending cell, as AppendChar does one by one.
-    void AppendRun(const char16_t* first, const char16_t* last);
+    void AppendRun(const char16_t* first, const char16_t* last) {
+        units_.Append(first, static_cast<std::size_t>(last - first));
+    }
 
   protected:
+    // Keeps the cells that follow in the text's own memory, from its beginning on. For a parser that walks
+    // over the text and never adds more characters than it has passed: what it has not passed stays as it is.
+    // Call it while there are no pending characters.
+    void BuildCellsIn(NPlatform::TextBuffer text) { units_.Adopt(text.TakeBlock()); }
+
     void Log(std::u16string_view message) { log_->LogMessage(message); }
     [[nodiscard]] const std::u16string& FileName() const { return fileName_; }
 
@@ -60,6 +68,7 @@ class V2DVectorHeap : public VHeapInterface {
     [[nodiscard]] std::size_t EndedSize() const {
         return ends_.RunSize() == 0 ? 0 : ends_.Run()[ends_.RunSize() - 1];
     }
+    void EndCell();
 
     VLogObject* log_;
     std::u16string fileName_;

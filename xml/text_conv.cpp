@@ -28,17 +28,11 @@ std::size_t Fail(ConversionStatus reason) {
 
 }  // namespace
 
-IBuffers* SharedBuffers() {
-    return sharedBuffers;
-}
+IBuffers* SharedBuffers() { return sharedBuffers; }
 
-IBuffers* ReplaceSharedBuffers(IBuffers* buffers) {
-    return std::exchange(sharedBuffers, buffers);
-}
+IBuffers* ReplaceSharedBuffers(IBuffers* buffers) { return std::exchange(sharedBuffers, buffers); }
 
-ConversionStatus LastConversionStatus() {
-    return status;
-}
+ConversionStatus LastConversionStatus() { return status; }
 
 std::size_t WideToMultiByte(std::uint32_t codePage, const char16_t* pWideString, std::size_t nWords,
                             const char*& start, std::size_t nChars) {

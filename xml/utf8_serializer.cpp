@@ -43,21 +43,15 @@ void VUTF8Serializer::Write(char byte) {
     }
 }
 
-void VUTF8Serializer::Write(std::uint32_t number) {
-    stream_ << number;
-}
+void VUTF8Serializer::Write(std::uint32_t number) { stream_ << number; }
 
 void VUTF8Serializer::Write(double number) {
     const bool isTiny = std::abs(number) < std::numeric_limits<double>::min();
     stream_ << (isTiny ? 0.0 : number);
 }
 
-void VUTF8Serializer::Write(std::int32_t number) {
-    stream_ << number;
-}
+void VUTF8Serializer::Write(std::int32_t number) { stream_ << number; }
 
-void VUTF8Serializer::Write(bool flag) {
-    stream_ << (flag ? 1 : 0);
-}
+void VUTF8Serializer::Write(bool flag) { stream_ << (flag ? 1 : 0); }
 
 }  // namespace NTamriskUtil::NXml

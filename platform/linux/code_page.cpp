@@ -6,12 +6,12 @@ namespace NPlatform {
 
 namespace {
 
-constexpr std::size_t kStride = 16;
+constexpr std::size_t kStride = 32;
 
 // A fixed number of turns and no way out of the loop: the compiler makes vector instructions of it.
 bool IsAscii(const char16_t* units) {
-    unsigned all = 0;
-    for (std::size_t index = 0; index < kStride; ++index) all |= units[index];
+    char16_t all = 0;
+    for (std::size_t index = 0; index < kStride; ++index) all = static_cast<char16_t>(all | units[index]);
     return all < 0x80;
 }
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -53,15 +54,14 @@ class TextOutputStream::Buffer : public std::streambuf {
 
     std::streamsize xsputn(const char* text, std::streamsize count) override {
         const char* const end = text + count;
-        const char* line = text;
-        while (line != end) {
-            const auto* feed =
-                static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(end - line)));
-            if (!Put(line, static_cast<std::size_t>((feed == nullptr ? end : feed) - line)))
-                return line - text;
-            if (feed == nullptr) break;
-            if (!Put("\r\n", 2)) return feed - text;
-            line = feed + 1;
+        for (const char* next = text; next != end;) {
+            if (used_ + 2 > kSize && !Flush()) return next - text;
+            if (*next == '\n') {
+                bytes_[used_++] = '\r';
+                bytes_[used_++] = *next++;
+            } else {
+                next = CopyWithinLine(next, end);
+            }
         }
         return count;
     }
@@ -71,18 +71,14 @@ class TextOutputStream::Buffer : public std::streambuf {
   private:
     static constexpr std::size_t kSize = std::size_t{1} << 18;
 
-    bool Put(const char* bytes, std::size_t count) {
-        while (count > kSize - used_) {
-            const std::size_t part = kSize - used_;
-            std::memcpy(bytes_.get() + used_, bytes, part);
-            used_ = kSize;
-            bytes += part;
-            count -= part;
-            if (!Flush()) return false;
-        }
-        std::memcpy(bytes_.get() + used_, bytes, count);
-        used_ += count;
-        return true;
+    // Copies up to the next line feed, as far as there is room.
+    const char* CopyWithinLine(const char* first, const char* last) {
+        const std::size_t size = std::min(static_cast<std::size_t>(last - first), kSize - used_);
+        const void* const feed = std::memchr(first, '\n', size);
+        const char* const end = feed == nullptr ? first + size : static_cast<const char*>(feed);
+        std::memcpy(bytes_.get() + used_, first, static_cast<std::size_t>(end - first));
+        used_ += static_cast<std::size_t>(end - first);
+        return end;
     }
 
     bool Flush() {

@@ -37,17 +37,11 @@ std::uint32_t VLogging::GetOrCreateGroupId(const char* name) {
     return std::uint32_t{1} << (bit < kLastBit ? bit : kLastBit);
 }
 
-bool VLogging::IsEnabled() const {
-    return TheSettings().sink != nullptr;
-}
+bool VLogging::IsEnabled() const { return TheSettings().sink != nullptr; }
 
-std::uint32_t VLogging::GetGlobalLogGroupMask() const {
-    return TheSettings().mask;
-}
+std::uint32_t VLogging::GetGlobalLogGroupMask() const { return TheSettings().mask; }
 
-VLogLevel::VSeverityLevel VLogging::GetGlobalLogLevel() const {
-    return TheSettings().level;
-}
+VLogLevel::VSeverityLevel VLogging::GetGlobalLogLevel() const { return TheSettings().level; }
 
 void VLogging::Log(VLogLevel::VSeverityLevel severity, std::uint32_t group, const char16_t* text) {
     if (IsEnabled()) TheSettings().sink(severity, group, text);
@@ -60,8 +54,6 @@ void VLogging::SwitchOn(std::uint32_t mask, VLogLevel::VSeverityLevel level, Sin
     settings.sink = sink;
 }
 
-void VLogging::SwitchOff() {
-    TheSettings().sink = nullptr;
-}
+void VLogging::SwitchOff() { TheSettings().sink = nullptr; }
 
 }  // namespace NTamriskSharedUtil::Logging

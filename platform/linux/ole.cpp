@@ -9,15 +9,11 @@ namespace NPlatform {
 ModuleState::ModuleState() = default;
 ModuleState::~ModuleState() = default;
 
-static bool AutomationNeedsNoStart() {
-    return true;
-}
+static bool AutomationNeedsNoStart() { return true; }
 
 static void NoControls() {}
 
-static void WriteMessage(const char16_t* text) {
-    std::fprintf(stderr, "%s\n", PathToBytes(text).c_str());
-}
+static void WriteMessage(const char16_t* text) { std::fprintf(stderr, "%s\n", PathToBytes(text).c_str()); }
 
 constinit Replaceable<bool()> InitAutomation{AutomationNeedsNoStart};
 constinit Replaceable<void()> EnableControls{NoControls};

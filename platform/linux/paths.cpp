@@ -7,13 +7,9 @@ namespace NPlatform {
 
 namespace {
 
-bool IsEscapedByte(char16_t unit) {
-    return unit >= 0xDC80 && unit <= 0xDCFF;
-}
+bool IsEscapedByte(char16_t unit) { return unit >= 0xDC80 && unit <= 0xDCFF; }
 
-bool IsHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
+bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
 
 void AppendUtf8(std::string& bytes, std::u16string_view text) {
     const std::size_t size = bytes.size();
