@@ -61,20 +61,11 @@ TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& reques
     return document;
 }
 
-// What keeps the document from being written is found here, while an older output is still whole.
-void RequireWritable(const TextBuffer& document) {
-    if (document.Size() > NTamriskUtil::kMostUnitsOfOneWrite) {
-        throw VSimpleXMLCreation::VSimpleXMLException(Format(
-            256,
-            u"The import document is too large: it has %s million characters, at most %d million can be "
-            u"written.",
-            {Format(16, u"%d", {static_cast<std::int32_t>(document.Size() / 1'000'000 + 1)}),
-             static_cast<std::int32_t>(NTamriskUtil::kMostUnitsOfOneWrite / 1'000'000)}));
-    }
-    if (!NTamriskUtil::ReserveUtf8(document.Size())) {
-        throw VSimpleXMLCreation::VSimpleXMLException(
-            u"There is not enough memory to write the import document.");
-    }
+// Obtained here, while an older output is still whole.
+void ReserveMemoryToWrite(const TextBuffer& document) {
+    if (NTamriskUtil::ReserveUtf8(document.Size())) return;
+    throw VSimpleXMLCreation::VSimpleXMLException(
+        u"There is not enough memory to write the import document.");
 }
 
 void WriteDocument(const TextBuffer& document, std::u16string_view path) {
@@ -85,7 +76,7 @@ void WriteDocument(const TextBuffer& document, std::u16string_view path) {
 
 std::u16string Run(const ConversionRequest& request, VHeapInterface& source, VLogObject& log) {
     const TextBuffer document = BuildDocument(source, request, log);
-    RequireWritable(document);
+    ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
     WriteDocument(document, request.outputPath);
     log.LogMessage(u"Writing to file completed.");

@@ -5,7 +5,9 @@
 #include "document/cell_text.h"
 #include "document/dtc_convert.h"
 #include "document/table_scan.h"
+#include "document/xml_exception.h"
 #include "document/xml_tag.h"
+#include "platform/code_page.h"
 #include "platform/format.h"
 
 namespace VSimpleXMLCreation {
@@ -57,6 +59,7 @@ class DocumentBuilder {
     void AddHeader(const VTableRow& row);
     void AddDtc(const VTableRow& row);
     [[nodiscard]] NPlatform::TextBuffer Print() const { return root_.Print(); }
+    [[nodiscard]] std::size_t PrintedSize() const { return root_.PrintedSize(); }
 
   private:
     [[nodiscard]] std::u16string ItemId(std::size_t column) const;
@@ -174,6 +177,15 @@ std::uint32_t DocumentBuilder::Convert(std::u16string_view cell, NumberNotation 
     return static_cast<std::uint32_t>(converter.GetValue());
 }
 
+// Found while the document grows, so that a table much too large takes no more memory than the largest that
+// fits.
+[[noreturn]] void RefuseSize(std::size_t rowIndex) {
+    throw VSimpleXMLException(NPlatform::Format(
+        256,
+        u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
+        {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), static_cast<std::int32_t>(rowIndex)}));
+}
+
 }  // namespace
 
 void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result, VLogObject& log,
@@ -184,13 +196,14 @@ void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result,
                             log);
     builder.AddSkeleton(diagnosticInstance, variant);
     iterator.Reset();
-    while (iterator.HasMoreRows()) {
+    for (std::size_t index = 0; iterator.HasMoreRows(); ++index) {
         const VTableRow& row = *iterator.GetNextRow();
         if (iterator.IsHeaderRow()) {
             builder.AddHeader(row);
         } else {
             builder.AddDtc(row);
         }
+        if (builder.PrintedSize() > NPlatform::kMostUnitsToUtf8) RefuseSize(index);
     }
     result = builder.Print();
 }

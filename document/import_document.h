@@ -31,8 +31,9 @@ namespace VSimpleXMLCreation {
 // bits 16 to 18 in its bits 5 to 7 (SAE J1939); an FMI above 31 overlaps them. With a base DTC and a failure
 // type byte it is the base shifted left by 8 bits, and the failure type (SAE J2012).
 //
-// Throws VSimpleXMLException on a malformed SAE code. Any other text that is no number gives the number that
-// its conversion makes of it.
+// Throws VSimpleXMLException on a malformed SAE code, and when the document becomes longer than one
+// conversion to UTF-8 takes. Any other text that is no number gives the number that its conversion makes of
+// it.
 void BuildImportDocument(VCSVReader::VHeapIterator& iterator, NPlatform::TextBuffer& result,
                          VCSVReader::VLogObject& log, std::u16string_view diagnosticInstance,
                          std::u16string_view variant, const std::set<std::u16string>& vsgNames,

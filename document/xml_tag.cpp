@@ -70,6 +70,7 @@ struct VXmlTag::Tree {
 
 namespace {
 
+constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
 constexpr std::u16string_view kEmptyEnd = u"/>\n";
 
 // Most characters are behind u'>' and need but one comparison.
@@ -254,12 +255,13 @@ void VXmlTag::PrintTo(TextBuffer& out) const {
 }
 
 TextBuffer VXmlTagRoot::Print() const {
-    constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
     TextBuffer text;
-    text.Reserve(kDeclaration.size() + TreeSize());
+    text.Reserve(PrintedSize());
     text.Append(kDeclaration);
     PrintTo(text);
     return text;
 }
+
+std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + TreeSize(); }
 
 }  // namespace VSimpleXMLCreation

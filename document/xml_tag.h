@@ -74,6 +74,8 @@ class VXmlTagRoot : public VXmlTag {
     using VXmlTag::VXmlTag;
     ~VXmlTagRoot() override = default;
     [[nodiscard]] NPlatform::TextBuffer Print() const override;
+    // How many units Print returns; known at any time without printing.
+    [[nodiscard]] std::size_t PrintedSize() const;
 };
 
 }  // namespace VSimpleXMLCreation

@@ -13,6 +13,7 @@ using NPlatform::Format;
 namespace {
 
 constexpr std::size_t kMostRows = 20'000'000;
+constexpr std::size_t kMostColumns = 1'000'000;
 
 // The count as messages print it.
 std::int32_t Number(std::size_t count) { return static_cast<std::int32_t>(count); }
@@ -58,6 +59,10 @@ void V2DVectorHeap::EndCell() {
     const std::size_t end = units_.RunSize();
     if (end > std::numeric_limits<std::uint32_t>::max()) {
         throw VParserException(Format(128, u"Row [%d] is too long.", {Number(rows_.size())}));
+    }
+    if (ends_.RunSize() == kMostColumns) {
+        throw VParserException(Format(128, u"Row [%d] has too many columns, at most %d are possible.",
+                                      {Number(rows_.size()), Number(kMostColumns)}));
     }
     ends_.Push(static_cast<std::uint32_t>(end));
 }

@@ -30,8 +30,8 @@ class VDefaultHeapIterator : public VHeapIterator {
 };
 
 // Holds the table. The characters of the cells lie in few large blocks, row by row; a cell is the place where
-// it ends. Limits, each with a message of its own: 20 million rows (no document that could be written has
-// more) and 2^32 - 1 characters in a row.
+// it ends. Limits, each with a message of its own, so that no input exhausts the memory: 20 million rows (no
+// document that could be written has more), a million columns, 2^32 - 1 characters in a row.
 class V2DVectorHeap : public VHeapInterface {
   public:
     // `log` is not owned and outlives the source.

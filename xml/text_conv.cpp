@@ -62,7 +62,7 @@ std::size_t WideToUtf8(const char16_t* pWideString, const char16_t* pWideStringE
 }
 
 bool ReserveUtf8(std::size_t nWords) {
-    return nWords <= kMostUnitsOfOneWrite &&
+    return nWords <= NPlatform::kMostUnitsToUtf8 &&
            SharedBuffers()->GetCharBuffer(kMostBytesOfUnit * nWords) != nullptr;
 }
 

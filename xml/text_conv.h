@@ -18,9 +18,6 @@ enum class ConversionStatus : std::uint32_t {
     Failed = 0x20000014,    // nothing came out, an empty input included
 };
 
-// The most units that one conversion to UTF-8 takes: three bytes each have to stay within INT_MAX.
-inline constexpr std::size_t kMostUnitsOfOneWrite = 715'827'882;
-
 // The buffers that all conversions use. They are made when the library is loaded; a test may put its own in
 // their place and has to put the old ones back.
 IBuffers* SharedBuffers();
