@@ -1,0 +1,200 @@
+#!/usr/bin/python3
+"""Usage: command_test.py COMMAND
+Runs the command as users do, above all on what it has to refuse. Each run has a fresh folder with the table
+in.csv, an older out.xml and the folder for temporary files; afterwards nothing else may have changed there."""
+
+import contextlib
+import os
+import resource
+import signal
+import stat
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+COMMAND = os.path.abspath(sys.argv[1])
+OLD = b"an older document"
+BEFORE = ["./in.csv", "./out.xml"]
+HEAD = b"DTC;Text;Lamp\n"
+TABLE = HEAD + b"P0123;Stuck;red\n"
+ONE_COLUMN = ("xls2tki: The Header (first row in excel sheet) does not define enough columns. It should define at "
+              "least two columns containing DTC and Description. (Data-Area in Excel is assumed as 'Z1S1:%s')\n")
+NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
+HINT = " (xls2tki --help shows the options.)\n"
+UTF16 = TABLE.decode().encode("utf-16")
+EVERY_BYTE = b'P0123;"' + bytes(set(range(256)) - {ord('"')}) + b'";red\n'
+
+IO = "in.csv out.xml"
+# Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
+CASES = [
+    ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n", None),
+    ("one column", b"DTC\nP0123\n", IO, 1, ONE_COLUMN % "Z2S1", None),
+    ("another separator", TABLE, "-s tab " + IO, 1, ONE_COLUMN % "Z2S1", None),
+    ("row of another length", HEAD + b"P0123;Stuck\n", IO, 1,
+     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nStuck\n", None),
+    ("text behind a closing quote", HEAD + b'P0123;"Stuck"!;red\n', IO, 1,
+     "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n", None),
+    ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, "", b"<DTCS/>"),
+    ("SAE code beyond the range", HEAD + b"PFFFF;Stuck;red\n", IO, 1,
+     "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n", None),
+    ("a line of 100 MB", b"x" * 100_000_000, IO, 1, ONE_COLUMN % "Z1S1", None),
+    ("every byte", HEAD + EVERY_BYTE, IO, 0, "", "\x7f\x80".encode()),
+    ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "-u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
+    ("UTF-16", UTF16, "-u " + IO, 0, "", b"<ERRORTEXT>Stuck<"),
+    ("UTF-16 as 8-bit", UTF16, IO, 1,
+     'xls2tki: Note: "in.csv" begins with the byte order mark of UTF-16; --utf8 reads that, too.\n'
+     "xls2tki: Row [2] defines 1 columns. Header defines 3\nValues:\n", None),
+    ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, IO, 0,
+     'xls2tki: Note: "in.csv" begins with the byte order mark of UTF-8; --utf8 reads it so.\n', b">Stuck<"),
+    ("missing input", TABLE, "none.csv out.xml", 1, NO_FILE % "none.csv", None),
+    ("folder as input", TABLE, "-c tmp out.xml", 1, NO_FILE % "tmp", None),
+    ("endless device as input", TABLE, "-c /dev/zero out.xml", 1, NO_FILE % "/dev/zero", None),
+    ("missing output folder", TABLE, "in.csv none/out.xml", 1,
+     'xls2tki: Could not create a file in the folder "none": No such file or directory\n', None),
+    ("folder as output", TABLE, "in.csv tmp", 1, 'xls2tki: Could not write "tmp": Is a directory\n', None),
+    ("full device", TABLE, "in.csv /dev/full", 1,
+     'xls2tki: Could not write "/dev/full": No space left on device\n', None),
+    ("output is the input", TABLE, "in.csv ./in.csv", 2,
+     'xls2tki: The output "./in.csv" is the input itself.\n', None),
+    ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, None),
+    ("unknown option", TABLE, "--cvs " + IO, 2,
+     "xls2tki: The following argument was not expected: --cvs." + HINT, None),
+    ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known by its extension; '
+     "give --csv, --excel or --odbc." + HINT, None),
+    ("two kinds", TABLE, "-c -x " + IO, 2, "xls2tki: --csv, --excel and --odbc exclude each other." + HINT, None),
+    ("long separator", TABLE, "-s ;; " + IO, 2,
+     "xls2tki: --separator takes one character, or tab, comma, semicolon or pipe." + HINT, None),
+    ("argument not UTF-8", TABLE, b"--variant \xed\xb2\x80 in.csv out.xml", 2,
+     "xls2tki: The value of --variant is not UTF-8." + HINT, None),
+    ("workbook", TABLE, "IN.XLSX out.xml", 1,
+     "xls2tki: This version cannot read Excel workbooks yet. Save the table as a CSV file.\n", None),
+    ("worksheets", TABLE, "--list-worksheets in.xlsx", 1,
+     "xls2tki: This version cannot list the worksheets of Excel workbooks yet.\n", None),
+    ("worksheet of a CSV text", TABLE, "-w DTC " + IO, 0,
+     "xls2tki: Note: --worksheet is for --excel only and has no effect here.\n", b">Stuck<"),
+    ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0, "",
+     b'"_1" type="A" >[a,b]</ITEMMAPPING>\r\n<ITEMMAPPING id="_2" type="VSG" >{}<'),
+    ("service mapping", TABLE, "--variant \U0001f600 --diag-instance \u00fc " + IO, 0, "",
+     'diaginstance="\u00fc" variant="\U0001f600"'.encode()),
+]
+
+failures = 0
+
+
+def check(name, expected, actual):
+    global failures
+    if expected != actual:
+        failures += 1
+        print(f"{name}:\n  expected {expected!r}\n  actual   {actual!r}")
+
+
+def check_document(name, part, document):
+    check(name + ": document", (True, True), (part in document, document.endswith(b"</TAMRISKIMPORT>\r\n")))
+
+
+@contextlib.contextmanager
+def folder(table):
+    with tempfile.TemporaryDirectory() as path:
+        os.chdir(path)
+        os.mkdir("tmp")
+        Path("in.csv").write_bytes(table)
+        Path("out.xml").write_bytes(OLD)
+        yield dict(os.environ, TMPDIR=os.path.join(path, "tmp"))
+        os.chdir("/")
+
+
+def files():
+    return sorted(os.path.join(parent, name) for parent, _, names in os.walk(".") for name in names)
+
+
+def run(arguments, environment, **options):
+    return subprocess.run([COMMAND, *arguments.split(b" " if isinstance(arguments, bytes) else " ")],
+                          env=environment, capture_output=True, timeout=300, **options)
+
+
+def test_tables():
+    for name, table, arguments, status, message, part in CASES:
+        with folder(table) as environment:
+            result = run(arguments, environment)
+            check(name, (status, message, b""), (result.returncode, result.stderr.decode(), result.stdout))
+            check(name + ": files", (BEFORE, True), (files(), Path("in.csv").read_bytes() == table))
+            if part is None:
+                check(name + ": output", OLD, Path("out.xml").read_bytes())
+            else:
+                check_document(name, part, Path("out.xml").read_bytes())
+
+
+def test_streams_and_pipes():
+    with folder(TABLE) as environment:
+        result = run("-u - -", environment, input=TABLE)
+        check("streams", (0, b"", BEFORE), (result.returncode, result.stderr, files()))
+        check_document("streams", b"Stuck", result.stdout)
+        with open("/dev/full", "wb") as full:
+            result = subprocess.run([COMMAND, "in.csv", "-"], stdout=full, stderr=subprocess.PIPE, env=environment)
+        check("full standard output", (1, b"xls2tki: Could not write standard output: No space left on device\n"),
+              (result.returncode, result.stderr))
+        os.mkfifo("in")
+        os.mkfifo("out")
+        with subprocess.Popen([COMMAND, "-c", "in", "out"], env=environment):
+            with open("out", "rb") as out:
+                Path("in").write_bytes(TABLE)
+                check_document("pipes", b"Stuck", out.read())
+        check("pipes", ["./in", "./in.csv", "./out", "./out.xml"], files())
+
+
+def test_no_room():
+    def limit_file_size():
+        resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
+
+    for arguments, name in [("in.csv out.xml", '"out.xml"'), ("in.csv -", '"%s"')]:
+        with folder(TABLE) as environment:
+            result = run(arguments, environment, preexec_fn=limit_file_size)
+            message = f"xls2tki: Could not write {name}: File too large\n".replace("%s", environment["TMPDIR"])
+            check(arguments, (1, message, b""), (result.returncode, result.stderr.decode(), result.stdout))
+            check(arguments, (BEFORE, OLD), (files(), Path("out.xml").read_bytes()))
+
+
+def test_replacing():
+    with folder(TABLE) as environment:
+        os.chmod("out.xml", 0o640)
+        os.symlink("out.xml", "link")
+        os.symlink("new.xml", "dangling")
+        for output in "link", "dangling":
+            check(output, 0, run("in.csv " + output, environment).returncode)
+            check(output, True, os.path.islink(output))
+        check_document("behind a link", b"Stuck", Path("out.xml").read_bytes())
+        check("permissions", 0o640, stat.S_IMODE(os.stat("out.xml").st_mode))
+        check("behind a dangling link", Path("out.xml").read_bytes(), Path("new.xml").read_bytes())
+
+
+def test_signals():
+    for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
+        with folder(TABLE) as environment:
+            command = subprocess.Popen([COMMAND, "-", "out.xml"], env=environment, stdin=subprocess.PIPE,
+                                       preexec_fn=lambda: signal.signal(number, signal.SIG_DFL))
+            deadline = time.monotonic() + 60
+            while len(files()) < 4 and time.monotonic() < deadline:
+                time.sleep(0.01)
+            check("temporary files", 4, len(files()))
+            command.send_signal(number)
+            check("signal", (-number, OLD), (command.wait(), Path("out.xml").read_bytes()))
+            check("signal: files", BEFORE, files())
+
+
+def test_what_it_shows():
+    with folder(TABLE) as environment:
+        result = run("--help", environment)
+        lines = result.stdout.splitlines()
+        check("help", (0, b"", True, True),
+              (result.returncode, result.stderr, len(lines) <= 24, max(map(len, lines)) <= 80))
+        result = run("--version", environment)
+        check("version", (0, b"xls2tki "), (result.returncode, result.stdout[:8]))
+        steps = run("-v in.csv out.xml", environment).stderr.decode().splitlines()
+        check("verbose", (True, "Writing to file completed."), ("Parsing CSV file ... done" in steps, steps[-1]))
+
+
+for test in [test for name, test in list(globals().items()) if name.startswith("test_")]:
+    test()
+sys.exit(failures > 0)
