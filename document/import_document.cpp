@@ -44,16 +44,18 @@ std::uint32_t PackJ1939(std::uint32_t spn, std::uint32_t fmi) {
     return fmi | (spn & 0xFF00) | (spn >> 11 & 0xE0) | (spn & 0xFF) << 16;
 }
 
+struct ItemColumn {
+    std::size_t index;
+    std::u16string id;
+    VXmlTag* model;  // the column's first record item, which the others are made like
+};
+
 // Turns rows into elements, the header first.
 class DocumentBuilder {
   public:
     DocumentBuilder(NumberNotation notation, std::vector<bool> skipped, const ItemTypes& types,
                     VLogObject& log)
-        : notation_(notation),
-          skipped_(std::move(skipped)),
-          itemModels_(skipped_.size()),
-          types_(types),
-          log_(log) {}
+        : notation_(notation), skipped_(std::move(skipped)), types_(types), log_(log) {}
 
     void AddSkeleton(std::u16string_view diagnosticInstance, std::u16string_view variant);
     void AddHeader(const VTableRow& row);
@@ -62,9 +64,9 @@ class DocumentBuilder {
     [[nodiscard]] std::size_t PrintedSize() const { return root_.PrintedSize(); }
 
   private:
-    [[nodiscard]] std::u16string ItemId(std::size_t column) const;
-    void AddItemMapping(std::size_t column, std::u16string_view header);
-    void AddItem(VXmlTag& record, std::size_t column, std::u16string_view cell);
+    void AddItemColumn(std::size_t column, std::u16string_view header);
+    static VXmlTag* AddLike(VXmlTag*& model, VXmlTag& parent, std::u16string_view name);
+    static void AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell);
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
     std::uint32_t BaseDtc(std::u16string_view cell);
     std::uint32_t Convert(std::u16string_view cell, NumberNotation notation);
@@ -75,8 +77,9 @@ class DocumentBuilder {
     TableLayout layout_ = TableLayout::SingleNumber;
     NumberNotation notation_;
     std::vector<bool> skipped_;
-    std::vector<VXmlTag*>
-        itemModels_;  // for each column its first record item, which the others are made like
+    VXmlTag* errorTextModel_ = nullptr;
+    VXmlTag* recordModel_ = nullptr;
+    std::vector<ItemColumn> itemColumns_;
     ItemTypes types_;
     VLogObject& log_;
     std::u16string numberText_;
@@ -103,45 +106,46 @@ void DocumentBuilder::AddHeader(const VTableRow& row) {
             log_.LogMessage(NPlatform::Format(1024, u"Skipping column index '%d' as header is empty!",
                                               {static_cast<std::int32_t>(column)}));
         } else if (column >= FirstItemColumn(layout_)) {
-            AddItemMapping(column, header);
+            AddItemColumn(column, header);
         }
     }
 }
 
 // Items are numbered from 1, by column.
-std::u16string DocumentBuilder::ItemId(std::size_t column) const {
+void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view header) {
     const auto number = static_cast<std::int32_t>(column - FirstItemColumn(layout_) + 1);
-    return NPlatform::Format(16, u"_%d", {number});
-}
-
-void DocumentBuilder::AddItemMapping(std::size_t column, std::u16string_view header) {
+    const std::u16string id = NPlatform::Format(16, u"_%d", {number});
     VXmlTag* const mapping = itemMappings_->AddChild(u"ITEMMAPPING");
-    mapping->SetAttribute(u"id", ItemId(column), true);
+    mapping->SetAttribute(u"id", id, true);
     mapping->SetAttribute(u"type", types_.TypeOf(std::u16string(header)), false);
     mapping->ReferToText(header);
+    itemColumns_.push_back({column, id, nullptr});
 }
 
-void DocumentBuilder::AddItem(VXmlTag& record, std::size_t column, std::u16string_view cell) {
-    VXmlTag*& model = itemModels_[column];
-    VXmlTag* item = nullptr;
-    if (model != nullptr) {
-        item = record.AddChildLike(*model);
-    } else {
-        item = model = record.AddChild(u"RECORDITEM");
-        item->SetAttribute(u"itemmappingref", ItemId(column), true);
-    }
+// Elements that every row has are made like the first row's.
+VXmlTag* DocumentBuilder::AddLike(VXmlTag*& model, VXmlTag& parent, std::u16string_view name) {
+    if (model != nullptr) return parent.AddChildLike(*model);
+    model = parent.AddChild(name);
+    return model;
+}
+
+void DocumentBuilder::AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell) {
+    const bool isFirst = column.model == nullptr;
+    VXmlTag* const item = AddLike(column.model, record, u"RECORDITEM");
+    if (isFirst) item->SetAttribute(u"itemmappingref", column.id, true);
     item->ReferToText(cell);
 }
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
     VXmlTag* const dtc = dtcs_->AddChild(u"DTC");
-    VXmlTag* const errorText = dtc->AddChild(u"ERRORTEXT");
-    VXmlTag* const record = dtc->AddChild(u"RECORD");
+    VXmlTag* const errorText = AddLike(errorTextModel_, *dtc, u"ERRORTEXT");
+    VXmlTag* const record = AddLike(recordModel_, *dtc, u"RECORD");
     AddNumber(*dtc, row);
     const std::size_t description = FirstItemColumn(layout_) - 1;
     if (description < row.size() && !skipped_[description]) errorText->ReferToText(row[description]);
-    for (std::size_t column = description + 1; column < row.size(); ++column) {
-        if (!skipped_[column] && !row[column].empty()) AddItem(*record, column, row[column]);
+    for (ItemColumn& column : itemColumns_) {
+        const std::u16string_view cell = row[column.index];
+        if (!cell.empty()) AddItem(*record, column, cell);
     }
 }
 

@@ -171,34 +171,42 @@ VXmlTag::~VXmlTag() {
 
 VXmlTag::Tree& VXmlTag::OwnTree() const { return *shape_->name->tree; }
 
-std::size_t VXmlTag::TreeSize() const { return OwnTree().owner == this ? OwnTree().printedSize : 0; }
-
 // What the element itself adds to the printed text.
 std::size_t VXmlTag::OwnSize() const {
-    if (IsEmpty()) return shape_->start.size() - 1 + kEmptyEnd.size();
-    return shape_->start.size() + text_.size() + shape_->name->close.size();
+    return shape_->start.size() - 1 + kEmptyEnd.size() + (IsEmpty() ? 0 : ContentCost() + text_.size());
 }
 
-// Makes the change and keeps the size of the printed tree true.
-template <typename Change>
-void VXmlTag::Account(Change change) {
-    std::size_t& size = OwnTree().printedSize;
-    size -= OwnSize();
-    change();
-    size += OwnSize();
+// What an element that is not empty prints more than an empty one, besides its content.
+std::size_t VXmlTag::ContentCost() const { return 1 + shape_->name->close.size() - kEmptyEnd.size(); }
+
+std::size_t VXmlTag::PrintedSize() const {
+    if (OwnTree().owner == this) return OwnTree().printedSize;
+    std::size_t size = OwnSize();
+    if (lastChild_ == nullptr) return size;
+    const VXmlTag* child = lastChild_;
+    do {
+        child = child->next_;
+        size += child->PrintedSize();
+    } while (child != lastChild_);
+    return size;
 }
 
 VXmlTag* VXmlTag::Adopt(const Shape* shape) {
     Tree& tree = OwnTree();
     tree.nodes.Extend(sizeof(VXmlTag) / sizeof(std::uint64_t));
     auto* const child = new (tree.nodes.Close()) VXmlTag(shape);
-    tree.printedSize += child->OwnSize();
-    Account([this, child] {
-        child->next_ = lastChild_ == nullptr ? child : lastChild_->next_;
-        if (lastChild_ != nullptr) lastChild_->next_ = child;
-        lastChild_ = child;
-    });
+    tree.printedSize += child->OwnSize() + (IsEmpty() ? ContentCost() : 0);
+    child->next_ = lastChild_ == nullptr ? child : lastChild_->next_;
+    if (lastChild_ != nullptr) lastChild_->next_ = child;
+    lastChild_ = child;
     return child;
+}
+
+void VXmlTag::ReplaceText(std::u16string_view text) {
+    std::size_t& size = OwnTree().printedSize;
+    if (!IsEmpty()) size -= ContentCost() + text_.size();
+    text_ = text;
+    if (!IsEmpty()) size += ContentCost() + text_.size();
 }
 
 VXmlTag* VXmlTag::AddChild(std::u16string_view name) { return Adopt(OwnTree().ShapeOf(name)); }
@@ -207,7 +215,9 @@ VXmlTag* VXmlTag::AddChildLike(const VXmlTag& model) { return Adopt(model.shape_
 
 bool VXmlTag::SetAttribute(std::u16string_view name, std::u16string_view value, bool escape) {
     bool isNew = false;
-    Account([&] { shape_ = OwnTree().WithAttribute(*shape_, name, value, escape, isNew); });
+    OwnTree().printedSize -= OwnSize();
+    shape_ = OwnTree().WithAttribute(*shape_, name, value, escape, isNew);
+    OwnTree().printedSize += OwnSize();
     return isNew;
 }
 
@@ -219,49 +229,41 @@ bool VXmlTag::SetNumberAttribute(std::u16string_view name, std::int32_t value) {
     return SetAttribute(name, {units, unitsEnd}, false);
 }
 
-void VXmlTag::SetText(std::u16string_view text, bool escape) {
-    const std::u16string_view stored = OwnTree().Store(text, escape);
-    Account([this, stored] { text_ = stored; });
-}
+void VXmlTag::SetText(std::u16string_view text, bool escape) { ReplaceText(OwnTree().Store(text, escape)); }
 
 void VXmlTag::ReferToText(std::u16string_view text) {
-    const std::u16string_view stored = HasEscaped(text) ? OwnTree().Store(text, true) : text;
-    Account([this, stored] { text_ = stored; });
+    ReplaceText(HasEscaped(text) ? OwnTree().Store(text, true) : text);
 }
 
 TextBuffer VXmlTag::Print() const {
     TextBuffer text;
-    text.Reserve(TreeSize());
-    PrintTo(text);
+    PrintTo(text.Extend(PrintedSize()));
     return text;
 }
 
-void VXmlTag::PrintTo(TextBuffer& out) const {
+char16_t* VXmlTag::PrintTo(char16_t* out) const {
     if (IsEmpty()) {
-        out.Append(shape_->start.substr(0, shape_->start.size() - 1));
-        out.Append(kEmptyEnd);
-        return;
+        out = CopyUnits(shape_->start, out) - 1;
+        return CopyUnits(kEmptyEnd, out);
     }
-    out.Append(shape_->start);
+    out = CopyUnits(shape_->start, out);
     if (lastChild_ != nullptr) {
         const VXmlTag* child = lastChild_;
         do {
             child = child->next_;
-            child->PrintTo(out);
+            out = child->PrintTo(out);
         } while (child != lastChild_);
     }
-    out.Append(text_);
-    out.Append(shape_->name->close);
+    out = CopyUnits(text_, out);
+    return CopyUnits(shape_->name->close, out);
 }
 
 TextBuffer VXmlTagRoot::Print() const {
     TextBuffer text;
-    text.Reserve(PrintedSize());
-    text.Append(kDeclaration);
-    PrintTo(text);
+    PrintTo(CopyUnits(kDeclaration, text.Extend(PrintedSize())));
     return text;
 }
 
-std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + TreeSize(); }
+std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + VXmlTag::PrintedSize(); }
 
 }  // namespace VSimpleXMLCreation

@@ -42,10 +42,12 @@ class VXmlTag {
     // The same, escaped. Where nothing has to be escaped the text is not copied: it has to outlive the tree.
     void ReferToText(std::u16string_view text);
 
+    // How many units Print returns.
+    [[nodiscard]] std::size_t PrintedSize() const;
+
   protected:
-    void PrintTo(NPlatform::TextBuffer& out) const;
-    // How many units the whole tree prints as, if this element owns it.
-    [[nodiscard]] std::size_t TreeSize() const;
+    // Writes PrintedSize() units and returns the place behind them.
+    char16_t* PrintTo(char16_t* out) const;
 
   private:
     struct Attribute;
@@ -56,11 +58,11 @@ class VXmlTag {
     explicit VXmlTag(const Shape* shape) : shape_(shape) {}
 
     VXmlTag* Adopt(const Shape* shape);
+    void ReplaceText(std::u16string_view text);
     [[nodiscard]] Tree& OwnTree() const;
     [[nodiscard]] bool IsEmpty() const { return lastChild_ == nullptr && text_.empty(); }
     [[nodiscard]] std::size_t OwnSize() const;
-    template <typename Change>
-    void Account(Change change);
+    [[nodiscard]] std::size_t ContentCost() const;
 
     const Shape* shape_;  // the name and the attributes
     VXmlTag* lastChild_ = nullptr;
@@ -74,7 +76,7 @@ class VXmlTagRoot : public VXmlTag {
     using VXmlTag::VXmlTag;
     ~VXmlTagRoot() override = default;
     [[nodiscard]] NPlatform::TextBuffer Print() const override;
-    // How many units Print returns; known at any time without printing.
+    // As above; for an element that owns its tree it is known at any time.
     [[nodiscard]] std::size_t PrintedSize() const;
 };
 

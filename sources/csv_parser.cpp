@@ -64,10 +64,11 @@ VParserStateInterface* VParserStart::HandleChar(const char16_t* character) {
 }
 
 const char16_t* VParserStart::HandleRun(const char16_t* first, const char16_t* last) {
+    // With a line feed at the end, every cell has an end.
+    if (first == last || last[-1] != kLineFeed) return first;
     while (first != last && *first != kQuote) {
         const char16_t* end = first;
-        while (end != last && *end != separator_ && *end != kLineFeed) ++end;
-        if (end == last) break;
+        while (*end != separator_ && *end != kLineFeed) ++end;
         heap_->AppendRun(first, end);
         EndsCell(*end);
         first = end + 1;

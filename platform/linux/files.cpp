@@ -55,13 +55,13 @@ class TextOutputStream::Buffer : public std::streambuf {
     std::streamsize xsputn(const char* text, std::streamsize count) override {
         const char* const end = text + count;
         for (const char* next = text; next != end;) {
-            if (used_ + 2 > kSize && !Flush()) return next - text;
-            if (*next == '\n') {
-                bytes_[used_++] = '\r';
-                bytes_[used_++] = *next++;
-            } else {
-                next = CopyWithinLine(next, end);
-            }
+            const auto left = static_cast<std::size_t>(end - next);
+            const void* const feed = std::memchr(next, '\n', left);
+            const char* const lineEnd = feed == nullptr ? end : static_cast<const char*>(feed);
+            if (!Put(next, static_cast<std::size_t>(lineEnd - next))) return next - text;
+            if (feed == nullptr) break;
+            if (!Put("\r\n", 2)) return lineEnd - text;
+            next = lineEnd + 1;
         }
         return count;
     }
@@ -71,14 +71,23 @@ class TextOutputStream::Buffer : public std::streambuf {
   private:
     static constexpr std::size_t kSize = std::size_t{1} << 18;
 
-    // Copies up to the next line feed, as far as there is room.
-    const char* CopyWithinLine(const char* first, const char* last) {
-        const std::size_t size = std::min(static_cast<std::size_t>(last - first), kSize - used_);
-        const void* const feed = std::memchr(first, '\n', size);
-        const char* const end = feed == nullptr ? first + size : static_cast<const char*>(feed);
-        std::memcpy(bytes_.get() + used_, first, static_cast<std::size_t>(end - first));
-        used_ += static_cast<std::size_t>(end - first);
-        return end;
+    bool Put(const char* bytes, std::size_t count) {
+        if (count > kSize - used_) return PutInParts(bytes, count);
+        std::memcpy(bytes_.get() + used_, bytes, count);
+        used_ += count;
+        return true;
+    }
+
+    bool PutInParts(const char* bytes, std::size_t count) {
+        while (count > 0) {
+            if (used_ == kSize && !Flush()) return false;
+            const std::size_t part = std::min(count, kSize - used_);
+            std::memcpy(bytes_.get() + used_, bytes, part);
+            used_ += part;
+            bytes += part;
+            count -= part;
+        }
+        return true;
     }
 
     bool Flush() {
