@@ -85,13 +85,32 @@ class DocumentBuilder {
     std::u16string numberText_;
 };
 
+// The caller's names are the only values that may hold a double quote, which would end the attribute early.
+void SetNameAttribute(VXmlTag& tag, std::u16string_view attribute, std::u16string_view name) {
+    std::u16string escaped;
+    for (const char16_t unit : name) {
+        if (unit == u'&') {
+            escaped += u"&amp;";
+        } else if (unit == u'<') {
+            escaped += u"&lt;";
+        } else if (unit == u'>') {
+            escaped += u"&gt;";
+        } else if (unit == u'"') {
+            escaped += u"&quot;";
+        } else {
+            escaped += unit;
+        }
+    }
+    tag.SetAttribute(attribute, escaped, false);
+}
+
 void DocumentBuilder::AddSkeleton(std::u16string_view diagnosticInstance, std::u16string_view variant) {
     root_.SetAttribute(u"dtdfilevers", u"1.5.2", false);
     root_.SetAttribute(u"xmlns:xsi", u"http://www.w3.org/2001/XMLSchema-instance", false);
     VXmlTag* const collection = root_.AddChild(u"IMPORTDOC")->AddChild(u"DTCCOLLECTION");
     VXmlTag* const service = collection->AddChild(u"SERVICEMAPPING");
-    if (!diagnosticInstance.empty()) service->SetAttribute(u"diaginstance", diagnosticInstance, true);
-    if (!variant.empty()) service->SetAttribute(u"variant", variant, true);
+    if (!diagnosticInstance.empty()) SetNameAttribute(*service, u"diaginstance", diagnosticInstance);
+    if (!variant.empty()) SetNameAttribute(*service, u"variant", variant);
     itemMappings_ = collection->AddChild(u"RECORDTEMPLATEMAPPING");
     dtcs_ = collection->AddChild(u"DTCS");
 }

@@ -23,8 +23,8 @@ namespace VSimpleXMLCreation {
 //   vsgNames            header texts of columns whose items have the type "VSG"
 //   secondNames, thirdNames  header texts of columns whose items have the type "A"; vsgNames go first
 //
-// In the names of the diagnostic instance and the variant a double quote is not replaced, as in every other
-// text.
+// A double quote in the name of the diagnostic instance or of the variant is written as "&quot;", so that the
+// attribute does not end there; everywhere else it is written as it is.
 //
 // The table's layout and its number notations are told in table_scan.h and dtc_convert.h. In the J1939 layout
 // the number is the FMI, SPN bits 0 to 7 in its bits 16 to 23, SPN bits 8 to 15 in its bits 8 to 15 and SPN
