@@ -7,7 +7,6 @@ the rounds. The slow Python tree takes part in every fourth round only."""
 
 import argparse
 import filecmp
-import mmap
 import os
 import statistics
 import subprocess
@@ -64,23 +63,6 @@ def run(arguments):
     return seconds, usage.ru_maxrss * 1024 / 1e6
 
 
-def apart(function, *arguments):
-    """Whether the function says yes, called in a process of its own. What takes much memory goes there: the
-    system counts the peak of the process that starts a program as the program's."""
-    process = os.fork()
-    if process == 0:
-        os._exit(0 if function(*arguments) else 1)
-    return os.waitpid(process, 0)[1] == 0
-
-
-def touch_memory(megabytes):
-    """A virtual machine gives idle memory back to its host; fetches some, lest it be fetched while timed."""
-    with mmap.mmap(-1, megabytes << 20) as memory:
-        memory.madvise(mmap.MADV_HUGEPAGE)
-        memory[::mmap.PAGESIZE] = bytes(len(memory) // mmap.PAGESIZE)
-    return True
-
-
 def content(path):
     """The elements in document order: name, attributes, number of children, text."""
     for element in ElementTree.parse(path).iter():
@@ -88,12 +70,21 @@ def content(path):
         yield element.tag, element.attrib, len(element), text.strip() if len(element) else text
 
 
-def same_document(name):
+def compare(name):
     if name == FLOOR:
         return OUTPUT.stat().st_size == WANTED.stat().st_size
     if name == FORMAT:
         return filecmp.cmp(OUTPUT, WANTED, shallow=False)
     return all(ours == theirs for ours, theirs in zip_longest(content(WANTED), content(OUTPUT)))
+
+
+def same_document(name):
+    """Compares the output with the wanted document, in a process of its own: the system counts the peak memory
+    of the process that starts a program as the program's, so this one has to stay small."""
+    process = os.fork()
+    if process == 0:
+        os._exit(0 if compare(name) else 1)
+    return os.waitpid(process, 0)[1] == 0
 
 
 def prepare(rows):
@@ -107,7 +98,7 @@ def prepare(rows):
         if name == COMMAND or (name in PARSED and rows > MOST_ROWS_PARSED):
             continue
         run(arguments)
-        if not apart(same_document, name):
+        if not same_document(name):
             sys.exit(f"{name}: {OUTPUT} is not the document that {COMMAND} wrote, {WANTED}")
     return commands
 
@@ -124,7 +115,6 @@ class Measurement:
         for turn in range(rounds):
             for name, arguments in commands.items():
                 if name != TREE or turn % TREE_TURNS == 0:
-                    apart(touch_memory, 64 + rows // 400)
                     self.runs[name].append(run(arguments))
 
     def seconds(self, name, choose=statistics.median):
@@ -182,7 +172,7 @@ def main():
     options = parser.parse_args()
     sizes = sorted(options.rows or [10_000, 100_000] + ([] if options.quick else [1_000_000]))
     FOLDER.mkdir(parents=True, exist_ok=True)
-    measurements = [Measurement(rows, options.rounds or (13 if rows <= 100_000 else 5)) for rows in sizes]
+    measurements = [Measurement(rows, options.rounds or (13 if rows <= 100_000 else 7)) for rows in sizes]
     text = "\n".join(report(measurements)) + "\n"
     (FOLDER / "result.txt").write_text(text)
     print(text, end="")
