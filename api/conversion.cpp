@@ -68,17 +68,13 @@ void ReserveMemoryToWrite(const TextBuffer& document) {
         u"There is not enough memory to write the import document.");
 }
 
-void WriteDocument(const TextBuffer& document, std::u16string_view path) {
-    NPlatform::TextOutputStream stream(path);
-    NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
-    serializer.Write(document.View());
-}
-
 std::u16string Run(const ConversionRequest& request, VHeapInterface& source, VLogObject& log) {
     const TextBuffer document = BuildDocument(source, request, log);
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
-    WriteDocument(document, request.outputPath);
+    NPlatform::TextOutputStream stream(request.outputPath);
+    NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
+    serializer.Write(document.View());
     log.LogMessage(u"Writing to file completed.");
     return log.LastLine();
 }

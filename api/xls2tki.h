@@ -101,8 +101,9 @@ XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* ou
 XLS2TKI_EXPORT bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names);
 
 // The outcome of the last operation: after a conversion that returned true its last progress line, with a
-// time stamp and a line feed; after one that returned false the reason. Empty before the first. The text
-// belongs to the library and stays valid until the next call of Xls2TkiConvert or GetExcelWorksheets.
+// time stamp and a line feed; after one that returned false the reason. Empty before the first and after one
+// that ended with an exception. A NUL of a cell is shown in it as U+FFFD. The text belongs to the library and
+// stays valid until the next call of Xls2TkiConvert or GetExcelWorksheets.
 XLS2TKI_EXPORT const WideChar* GetLoggedMessages();
 
 }  // namespace NXls2Tki

@@ -34,12 +34,13 @@ std::u16string UpperCase(std::u16string_view text) {
 }
 
 std::int32_t DecimalValue(std::u16string_view text) {
-    const auto* unit = std::find_if_not(text.begin(), text.end(), IsWhiteSpace);
-    const bool isNegative = unit != text.end() && *unit == u'-';
-    if (unit != text.end() && (*unit == u'-' || *unit == u'+')) ++unit;
+    const char16_t* const end = text.data() + text.size();
+    const char16_t* unit = std::find_if_not(text.data(), end, IsWhiteSpace);
+    const bool isNegative = unit != end && *unit == u'-';
+    if (unit != end && (*unit == u'-' || *unit == u'+')) ++unit;
     constexpr std::int64_t kHighest = std::numeric_limits<std::int32_t>::max();
     std::int64_t value = 0;
-    for (; unit != text.end() && IsDigit(*unit); ++unit) {
+    for (; unit != end && IsDigit(*unit); ++unit) {
         value = std::min(10 * value + (*unit - u'0'), kHighest + 1);
     }
     return static_cast<std::int32_t>(isNegative ? -value : std::min(value, kHighest));

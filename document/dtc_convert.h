@@ -28,7 +28,7 @@ class VDTCConvert {
 
     // Makes the number that of the SAE code; any letter but B, C and U counts as P. Throws
     // VSimpleXMLException when the code has not 3, 5, 7 or 9 characters or its first digit is above 3; the
-    // number is undefined then.
+    // number is 0 then.
     void ParseSae(std::u16string_view text);
 
     [[nodiscard]] std::int32_t GetValue() const { return value_; }

@@ -5,6 +5,7 @@
 #include "document/cell_text.h"
 #include "document/dtc_convert.h"
 #include "document/table_scan.h"
+#include "document/xml_escape.h"
 #include "document/xml_exception.h"
 #include "document/xml_tag.h"
 #include "platform/code_page.h"
@@ -61,12 +62,12 @@ class DocumentBuilder {
     void AddHeader(const VTableRow& row);
     void AddDtc(const VTableRow& row);
     [[nodiscard]] NPlatform::TextBuffer Print() const { return root_.Print(); }
-    [[nodiscard]] std::size_t PrintedSize() const { return root_.PrintedSize(); }
 
   private:
     void AddItemColumn(std::size_t column, std::u16string_view header);
     static VXmlTag* AddLike(VXmlTag*& model, VXmlTag& parent, std::u16string_view name);
-    static void AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell);
+    void AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell);
+    void SetCellText(VXmlTag& tag, std::u16string_view cell);
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
     std::uint32_t BaseDtc(std::u16string_view cell);
     std::uint32_t Convert(std::u16string_view cell, NumberNotation notation);
@@ -83,23 +84,15 @@ class DocumentBuilder {
     ItemTypes types_;
     VLogObject& log_;
     std::u16string numberText_;
+    std::int32_t rowIndex_ = 0;  // of the current row, the header's is 0
 };
 
 // The caller's names are the only values that may hold a double quote, which would end the attribute early.
 void SetNameAttribute(VXmlTag& tag, std::u16string_view attribute, std::u16string_view name) {
-    std::u16string escaped;
-    for (const char16_t unit : name) {
-        if (unit == u'&') {
-            escaped += u"&amp;";
-        } else if (unit == u'<') {
-            escaped += u"&lt;";
-        } else if (unit == u'>') {
-            escaped += u"&gt;";
-        } else if (unit == u'"') {
-            escaped += u"&quot;";
-        } else {
-            escaped += unit;
-        }
+    std::u16string escaped(EscapedSize(name), u'\0');
+    CopyEscaped(name, escaped.data());
+    for (std::size_t quote = 0; (quote = escaped.find(u'"', quote)) != std::u16string::npos;) {
+        escaped.replace(quote, 1, u"&quot;");
     }
     tag.SetAttribute(attribute, escaped, false);
 }
@@ -137,7 +130,7 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
     VXmlTag* const mapping = itemMappings_->AddChild(u"ITEMMAPPING");
     mapping->SetAttribute(u"id", id, true);
     mapping->SetAttribute(u"type", types_.TypeOf(std::u16string(header)), false);
-    mapping->ReferToText(header);
+    SetCellText(*mapping, header);
     itemColumns_.push_back({column, id, nullptr});
 }
 
@@ -152,20 +145,35 @@ void DocumentBuilder::AddItem(VXmlTag& record, ItemColumn& column, std::u16strin
     const bool isFirst = column.model == nullptr;
     VXmlTag* const item = AddLike(column.model, record, u"RECORDITEM");
     if (isFirst) item->SetAttribute(u"itemmappingref", column.id, true);
-    item->ReferToText(cell);
+    SetCellText(*item, cell);
 }
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
+    ++rowIndex_;
     VXmlTag* const dtc = dtcs_->AddChild(u"DTC");
     VXmlTag* const errorText = AddLike(errorTextModel_, *dtc, u"ERRORTEXT");
     VXmlTag* const record = AddLike(recordModel_, *dtc, u"RECORD");
     AddNumber(*dtc, row);
     const std::size_t description = FirstItemColumn(layout_) - 1;
-    if (description < row.size() && !skipped_[description]) errorText->ReferToText(row[description]);
+    if (description < row.size() && !skipped_[description]) SetCellText(*errorText, row[description]);
     for (ItemColumn& column : itemColumns_) {
         const std::u16string_view cell = row[column.index];
         if (!cell.empty()) AddItem(*record, column, cell);
     }
+}
+
+// Found before the memory is taken: nothing larger than what fits is ever held.
+void DocumentBuilder::SetCellText(VXmlTag& tag, std::u16string_view cell) {
+    constexpr std::size_t kMost = NPlatform::kMostUnitsToUtf8;
+    constexpr std::size_t kMostOfUnit = 5;
+    const bool mayNotFit = root_.PrintedSize() + kMostOfUnit * cell.size() > kMost;
+    if (mayNotFit && root_.PrintedSize() + EscapedSize(cell) > kMost) {
+        throw VSimpleXMLException(NPlatform::Format(
+            256,
+            u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
+            {static_cast<std::int32_t>(kMost), rowIndex_}));
+    }
+    tag.ReferToText(cell);
 }
 
 // With two number columns the second one completes the number, so without it there is none.
@@ -200,15 +208,6 @@ std::uint32_t DocumentBuilder::Convert(std::u16string_view cell, NumberNotation 
     return static_cast<std::uint32_t>(converter.GetValue());
 }
 
-// Found while the document grows, so that a table much too large takes no more memory than the largest that
-// fits.
-[[noreturn]] void RefuseSize(std::size_t rowIndex) {
-    throw VSimpleXMLException(NPlatform::Format(
-        256,
-        u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
-        {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), static_cast<std::int32_t>(rowIndex)}));
-}
-
 }  // namespace
 
 void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result, VLogObject& log,
@@ -219,14 +218,13 @@ void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result,
                             log);
     builder.AddSkeleton(diagnosticInstance, variant);
     iterator.Reset();
-    for (std::size_t index = 0; iterator.HasMoreRows(); ++index) {
+    while (iterator.HasMoreRows()) {
         const VTableRow& row = *iterator.GetNextRow();
         if (iterator.IsHeaderRow()) {
             builder.AddHeader(row);
         } else {
             builder.AddDtc(row);
         }
-        if (builder.PrintedSize() > NPlatform::kMostUnitsToUtf8) RefuseSize(index);
     }
     result = builder.Print();
 }

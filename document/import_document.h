@@ -15,9 +15,9 @@ namespace VSimpleXMLCreation {
 //
 //   iterator            stands at the first row of a table that passed its consistency check
 //   result              receives the document; unchanged when the call throws
-//   log                 receives a message for each column that is skipped although others follow it, and one
-//   for
-//                       the column that ends the table
+//   log                 receives a message for the column that ends the table, and one for each column before
+//   it that is
+//                       skipped because its header is empty
 //   diagnosticInstance  "diaginstance" of the service mapping; empty: no such attribute
 //   variant             "variant" of the service mapping; empty: no such attribute
 //   vsgNames            header texts of columns whose items have the type "VSG"

@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 
+#include "document/xml_escape.h"
 #include "platform/run_store.h"
 
 namespace VSimpleXMLCreation {
@@ -73,34 +74,8 @@ namespace {
 constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
 constexpr std::u16string_view kEmptyEnd = u"/>\n";
 
-// Most characters are behind u'>' and need but one comparison.
-bool IsEscaped(char16_t unit) { return unit <= u'>' && (unit == u'>' || unit == u'<' || unit == u'&'); }
-
-bool HasEscaped(std::u16string_view text) { return std::any_of(text.begin(), text.end(), IsEscaped); }
-
-std::size_t EscapedSize(std::u16string_view text) {
-    std::size_t size = text.size();
-    for (const char16_t unit : text) size += unit == u'&' ? 4U : (IsEscaped(unit) ? 3U : 0U);
-    return size;
-}
-
 char16_t* CopyUnits(std::u16string_view text, char16_t* out) {
     return std::copy_n(text.data(), text.size(), out);
-}
-
-char16_t* CopyEscaped(std::u16string_view text, char16_t* out) {
-    for (const char16_t unit : text) {
-        if (unit == u'&') {
-            out = CopyUnits(u"&amp;", out);
-        } else if (unit == u'<') {
-            out = CopyUnits(u"&lt;", out);
-        } else if (unit == u'>') {
-            out = CopyUnits(u"&gt;", out);
-        } else {
-            *out++ = unit;
-        }
-    }
-    return out;
 }
 
 }  // namespace

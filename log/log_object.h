@@ -20,8 +20,9 @@ class VLogObject {
     VLogObject& operator=(const VLogObject&) = delete;
 
     // Makes "[2026/11/16 17:52:32] ", the message and a line feed the last line. Where the local time is
-    // unknown the stamp is "Invalid DateTime", without a blank. The message is forwarded, at severity 2, when
-    // the logging library is on, for this group, and at level 2 at least.
+    // unknown or no valid date-time (a year below 100 or above 9999, a leap second) the stamp is "Invalid
+    // DateTime", without a blank. The message is forwarded, at severity 2, when the logging library is on,
+    // for this group, and at level 2 at least.
     void LogMessage(std::u16string_view message);
 
     // The line of the latest message; empty before the first.

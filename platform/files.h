@@ -12,15 +12,15 @@
 
 namespace NPlatform {
 
-// Opens the file for reading, sharing it with everybody, and closes it again. Fills in its full path. False:
-// it cannot be opened, or it is no regular file; `fullPath` is then unchanged.
+// Opens the file for reading, sharing it with everybody, and closes it again. Fills in its full path, with
+// links as they are. False: it cannot be opened, or it is no regular file; `fullPath` is then unchanged.
 extern Replaceable<bool(std::u16string_view path, std::u16string& fullPath)> FindReadableFile;
 
 enum class TextEncoding {
     EightBit,  // each byte is the character of the same value
     Utf8,  // a byte-order mark at the start is left out; a malformed sequence becomes one U+FFFD, divided as
            // the Unicode standard recommends. A file that begins with the UTF-16 little-endian mark is
-           // read as that, as the Windows runtime does.
+           // read as that, as the Windows runtime does; no other mark is special.
 };
 
 enum class TextFileResult {

@@ -11,7 +11,9 @@ bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
 void AppendLimited(std::u16string& result, std::u16string_view text, std::size_t limit) {
-    result.append(text.substr(0, limit - std::min(limit, result.size())));
+    const std::size_t size = result.size();
+    result.append(text.substr(0, limit - std::min(limit, size)));
+    std::replace(result.begin() + static_cast<std::ptrdiff_t>(size), result.end(), u'\0', u'\uFFFD');
 }
 
 }  // namespace

@@ -30,8 +30,9 @@ class FormatArgument {
 };
 
 // Replaces each %d, %s and %c of the pattern by the next argument, which has to be of that kind. The result
-// holds at most `capacity` - 1 units, as in a buffer of `capacity` units with a terminator: what is longer is
-// cut, and never between the two halves of a surrogate pair.
+// holds no NUL, which would end it early for its readers (U+FFFD stands for it), and at most `capacity` - 1
+// units, as in a buffer of `capacity` units with a terminator: what is longer is cut, and never between the
+// two halves of a surrogate pair.
 std::u16string Format(std::size_t capacity, std::u16string_view pattern,
                       std::initializer_list<FormatArgument> arguments);
 

@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <vector>
-
-#include "platform/memory.h"
 
 namespace NPlatform {
 
@@ -43,11 +42,11 @@ class RunStore {
     }
 
     // Continues in this block, from its beginning. What is in it stays readable until it is written over.
-    void Adopt(Block<T> block) {
+    void Adopt(std::unique_ptr<T[]> block, std::size_t capacity) {
         const std::size_t size = RunSize();
         const T* const run = run_;
-        run_ = block.Data();
-        limit_ = run_ + block.Size();
+        run_ = block.get();
+        limit_ = run_ + capacity;
         blocks_.push_back(std::move(block));
         end_ = std::copy(run, run + size, run_);
     }
@@ -60,15 +59,16 @@ class RunStore {
     void Grow(std::size_t count) {
         blockSize_ = std::clamp(2 * blockSize_, kFirstBlock, kLargestBlock);
         // A block that holds the open run alone is of no more use behind the move.
-        Block<T> old;
-        if (!blocks_.empty() && blocks_.back().Data() == run_) {
+        std::unique_ptr<T[]> old;
+        if (!blocks_.empty() && blocks_.back().get() == run_) {
             old = std::move(blocks_.back());
             blocks_.pop_back();
         }
-        Adopt(Block<T>(std::max(blockSize_, 2 * (RunSize() + count))));
+        const std::size_t capacity = std::max(blockSize_, 2 * (RunSize() + count));
+        Adopt(std::make_unique_for_overwrite<T[]>(capacity), capacity);
     }
 
-    std::vector<Block<T>> blocks_;
+    std::vector<std::unique_ptr<T[]>> blocks_;
     std::size_t blockSize_ = 0;
     T* run_ = nullptr;
     T* end_ = nullptr;

@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
-
-#include "platform/memory.h"
 
 namespace NPlatform {
 
@@ -20,46 +19,52 @@ class TextBuffer {
         return *this;
     }
 
-    [[nodiscard]] std::u16string_view View() const { return {units_.Data(), size_}; }
+    [[nodiscard]] std::u16string_view View() const { return {units_.get(), size_}; }
     [[nodiscard]] std::size_t Size() const { return size_; }
 
     // Makes room for `capacity` units in all.
     void Reserve(std::size_t capacity) {
-        if (capacity > units_.Size()) Reallocate(capacity);
+        if (capacity > capacity_) Reallocate(capacity);
     }
 
     void Append(std::u16string_view text) { std::copy_n(text.data(), text.size(), Extend(text.size())); }
 
     // Adds `count` units and returns where they are; the caller writes them.
     char16_t* Extend(std::size_t count) {
-        if (count > units_.Size() - size_) Reallocate(std::max(size_ + count, 2 * units_.Size()));
+        if (count > capacity_ - size_) Reallocate(std::max(size_ + count, 2 * capacity_));
         size_ += count;
-        return units_.Data() + size_ - count;
+        return units_.get() + size_ - count;
     }
 
     // Drops what is behind the first `size` units.
     void Truncate(std::size_t size) { size_ = std::min(size, size_); }
 
-    // Hands out the memory with the text at its beginning, and leaves an empty text.
-    Block<char16_t> TakeBlock() {
+    // Hands out the memory, with the text at its beginning, and leaves an empty text. Ask for the capacity
+    // first.
+    [[nodiscard]] std::size_t Capacity() const { return capacity_; }
+    std::unique_ptr<char16_t[]> Take() {
         size_ = 0;
-        return std::exchange(units_, {});
+        capacity_ = 0;
+        return std::move(units_);
     }
 
   private:
     void Swap(TextBuffer& other) noexcept {
         std::swap(units_, other.units_);
         std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
     }
 
     void Reallocate(std::size_t capacity) {
-        Block<char16_t> larger(capacity);
-        std::copy_n(units_.Data(), size_, larger.Data());
+        auto larger = std::make_unique_for_overwrite<char16_t[]>(capacity);
+        std::copy_n(units_.get(), size_, larger.get());
         units_ = std::move(larger);
+        capacity_ = capacity;
     }
 
-    Block<char16_t> units_;
+    std::unique_ptr<char16_t[]> units_;
     std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
 };
 
 }  // namespace NPlatform

@@ -30,10 +30,7 @@ void VDefaultCSVHeap::ReadData() {
     const char16_t* character = fileContent_.View().data();
     const char16_t* const end = character + fileContent_.Size();
     BuildCellsIn(std::move(fileContent_));
-    while (character != end) {
-        state.reset(state->HandleChar(character++));
-        character = state->HandleRun(character, end);
-    }
+    while ((character = state->HandleRun(character, end)) != end) state.reset(state->HandleChar(character++));
     state.reset();
     Log(u"Parsing CSV file ... done");
 }

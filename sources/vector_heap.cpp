@@ -12,7 +12,7 @@ using NPlatform::Format;
 
 namespace {
 
-constexpr std::size_t kMostRows = 20'000'000;
+constexpr std::size_t kMostRows = 20'500'000;
 constexpr std::size_t kMostColumns = 1'000'000;
 
 // The count as messages print it.

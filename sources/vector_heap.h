@@ -30,8 +30,8 @@ class VDefaultHeapIterator : public VHeapIterator {
 };
 
 // Holds the table. The characters of the cells lie in few large blocks, row by row; a cell is the place where
-// it ends. Limits, each with a message of its own, so that no input exhausts the memory: 20 million rows (no
-// document that could be written has more), a million columns, 2^32 - 1 characters in a row.
+// it ends. Limits, each with a message of its own, so that no input exhausts the memory: 20.5 million rows
+// (no document that could be written has more), a million columns, 2^32 - 1 characters in a row.
 class V2DVectorHeap : public VHeapInterface {
   public:
     // `log` is not owned and outlives the source.
@@ -58,7 +58,10 @@ class V2DVectorHeap : public VHeapInterface {
     // Keeps the cells that follow in the text's own memory, from its beginning on. For a parser that walks
     // over the text and never adds more characters than it has passed: what it has not passed stays as it is.
     // Call it while there are no pending characters.
-    void BuildCellsIn(NPlatform::TextBuffer text) { units_.Adopt(text.TakeBlock()); }
+    void BuildCellsIn(NPlatform::TextBuffer text) {
+        const std::size_t capacity = text.Capacity();
+        units_.Adopt(text.Take(), capacity);
+    }
 
     void Log(std::u16string_view message) { log_->LogMessage(message); }
     [[nodiscard]] const std::u16string& FileName() const { return fileName_; }

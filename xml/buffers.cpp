@@ -1,9 +1,8 @@
 #include "xml/buffers.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
-
-#include "platform/memory.h"
 
 namespace NTamriskUtil::NBuffers {
 
@@ -15,8 +14,7 @@ Unit* Grow(Unit*& start, Unit*& end, std::size_t size) {
     if (size <= capacity) return start;
     const std::size_t grown = std::max(size, 2 * capacity);
     if (grown > std::numeric_limits<std::size_t>::max() / sizeof(Unit)) return nullptr;
-    auto* const moved =
-        static_cast<Unit*>(NPlatform::GrowMemory(start, capacity * sizeof(Unit), grown * sizeof(Unit)));
+    auto* const moved = static_cast<Unit*>(std::realloc(start, grown * sizeof(Unit)));
     if (moved == nullptr) return nullptr;
     start = moved;
     end = moved + grown;
@@ -34,8 +32,8 @@ char16_t* VCommonBuffers::GetWideBuffer(std::size_t size) {
 }
 
 VCommonBuffers::~VCommonBuffers() {
-    NPlatform::FreeMemory(mpCharBufferStart, CharCapacity());
-    NPlatform::FreeMemory(mpWideBufferStart, WideCapacity() * sizeof(char16_t));
+    std::free(mpCharBufferStart);
+    std::free(mpWideBufferStart);
 }
 
 }  // namespace NTamriskUtil::NBuffers

@@ -27,7 +27,7 @@ ConversionStatus LastConversionStatus();
 
 // Converts `nWords` units to the code page, into a buffer of `nChars` bytes. Returns the number of bytes, no
 // terminator among them, and where they start; 0 and null on failure. Counts above INT_MAX and a null text
-// are the caller's mistakes: std::logic_error names the broken condition.
+// with units are the caller's mistakes: std::logic_error names the broken condition.
 std::size_t WideToMultiByte(std::uint32_t codePage, const char16_t* pWideString, std::size_t nWords,
                             const char*& start, std::size_t nChars);
 

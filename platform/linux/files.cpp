@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/paths.h"
@@ -25,9 +25,10 @@ FileDescriptor OpenRegularFile(const std::string& path) {
 
 static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
     const std::string bytes = PathToBytes(path);
-    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(bytes.c_str(), nullptr), std::free);
-    if (!OpenRegularFile(bytes).IsOpen() || resolved == nullptr) return false;
-    fullPath = PathFromBytes(resolved.get());
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
+    if (error || !OpenRegularFile(bytes).IsOpen()) return false;
+    fullPath = PathFromBytes(absolute.native());
     return true;
 }
 
