@@ -102,10 +102,7 @@ void Convert(const Options& options) {
     CheckWorksheet(options);
     Output output(options.output);
     const Input input(options.input, options.kind);
-    if (options.kind == ImportTypeCSV) {
-        const std::string note = input.EncodingNote(options.utf8);
-        if (!note.empty()) Note(note);
-    }
+    if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
     if (options.verbose) ShowMessages();
     if (!CallLibrary(options, input, output)) FailWithLibraryMessage();
     output.Publish();

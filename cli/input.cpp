@@ -63,16 +63,15 @@ Input::Input(const fs::path& path, NXls2Tki::VImportType kind) : path_(path) {
     }
 }
 
-std::string Input::EncodingNote(bool utf8) const {
+void Input::RequireEncoding(bool utf8) const {
     char bytes[3] = {};
     const File file = IsRegularFile(Path()) ? OpenFile(Path(), "rb") : nullptr;
     const std::string_view mark(bytes, file ? std::fread(bytes, 1, sizeof bytes, file.get()) : 0);
     const std::string begin = NameOf(path_) + " begins with the byte order mark of ";
-    if (mark.starts_with("\xFE\xFF")) return begin + "big-endian UTF-16; save it as UTF-8.";
-    if (utf8) return {};
-    if (mark.starts_with("\xFF\xFE")) return begin + "UTF-16; --utf8 reads that, too.";
-    if (mark == "\xEF\xBB\xBF") return begin + "UTF-8; --utf8 reads it so.";
-    return {};
+    if (mark.starts_with("\xFE\xFF")) throw Failure(begin + "big-endian UTF-16. Save it as UTF-8.");
+    if (utf8) return;
+    if (mark.starts_with("\xFF\xFE")) throw Failure(begin + "UTF-16. Give --utf8, which reads that, too.");
+    if (mark == "\xEF\xBB\xBF") throw Failure(begin + "UTF-8. Give --utf8.");
 }
 
 }  // namespace NCli

@@ -19,9 +19,8 @@ class Input {
 
     [[nodiscard]] const std::filesystem::path& Path() const { return copy_ ? copy_->Path() : path_; }
 
-    // A sentence for a user whose CSV text says by its first bytes that it has to be read another way; else
-    // empty.
-    [[nodiscard]] std::string EncodingNote(bool utf8) const;
+    // Throws Failure when a CSV text says by its first bytes that it has to be read another way.
+    void RequireEncoding(bool utf8) const;
 
   private:
     std::filesystem::path path_;

@@ -162,6 +162,23 @@ Options CheckConversion(const Arguments& arguments) {
     return options;
 }
 
+// CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument comes first,
+// as CLI11 wants it.
+std::vector<std::string> SeparateEmptyValues(int count, const char* const* values) {
+    std::vector<std::string> reversed;
+    bool areOptions = true;
+    for (int index = 1; index < count; ++index) {
+        std::string argument = values[index];
+        areOptions = areOptions && argument != "--";
+        const bool isEmptyValue =
+            areOptions && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+        if (isEmptyValue) argument.pop_back();
+        reversed.insert(reversed.begin(), argument);
+        if (isEmptyValue) reversed.insert(reversed.begin(), "");
+    }
+    return reversed;
+}
+
 }  // namespace
 
 std::optional<Options> ReadCommandLine(int count, const char* const* values) {
@@ -171,7 +188,7 @@ std::optional<Options> ReadCommandLine(int count, const char* const* values) {
     Arguments arguments;
     DeclareOptions(app, arguments);
     try {
-        app.parse(count, values);
+        app.parse(SeparateEmptyValues(count, values));
     } catch (const CLI::Success& shown) {
         app.exit(shown);
         return std::nullopt;

@@ -21,6 +21,7 @@ HEAD = b"DTC;Text;Lamp\n"
 TABLE = HEAD + b"P0123;Stuck;red\n"
 ONE_COLUMN = ("xls2tki: The Header (first row in excel sheet) does not define enough columns. It should define at "
               "least two columns containing DTC and Description. (Data-Area in Excel is assumed as 'Z1S1:%s')\n")
+MARK = 'xls2tki: "in.csv" begins with the byte order mark of %s\n'
 NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
 HINT = " (xls2tki --help shows the options.)\n"
 UTF16 = TABLE.decode().encode("utf-16")
@@ -43,11 +44,10 @@ CASES = [
     ("every byte", HEAD + EVERY_BYTE, IO, 0, "", "\x7f\x80".encode()),
     ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "-u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
     ("UTF-16", UTF16, "-u " + IO, 0, "", b"<ERRORTEXT>Stuck<"),
-    ("UTF-16 as 8-bit", UTF16, IO, 1,
-     'xls2tki: Note: "in.csv" begins with the byte order mark of UTF-16; --utf8 reads that, too.\n'
-     "xls2tki: Row [2] defines 1 columns. Header defines 3\nValues:\n", None),
-    ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, IO, 0,
-     'xls2tki: Note: "in.csv" begins with the byte order mark of UTF-8; --utf8 reads it so.\n', b">Stuck<"),
+    ("no names", TABLE, "--variant= --diag-instance= " + IO, 0, "", b"<SERVICEMAPPING/>"),
+    ("UTF-16 as 8-bit", UTF16, IO, 1, MARK % "UTF-16. Give --utf8, which reads that, too.", None),
+    ("big-endian UTF-16", b"\xfe\xff\0D", "-u " + IO, 1, MARK % "big-endian UTF-16. Save it as UTF-8.", None),
+    ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, IO, 1, MARK % "UTF-8. Give --utf8.", None),
     ("missing input", TABLE, "none.csv out.xml", 1, NO_FILE % "none.csv", None),
     ("folder as input", TABLE, "-c tmp out.xml", 1, NO_FILE % "tmp", None),
     ("endless device as input", TABLE, "-c /dev/zero out.xml", 1, NO_FILE % "/dev/zero", None),
