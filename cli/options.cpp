@@ -162,8 +162,8 @@ Options CheckConversion(const Arguments& arguments) {
     return options;
 }
 
-// CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument comes first,
-// as CLI11 wants it.
+// CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
+// comes first, as CLI11 wants it.
 std::vector<std::string> SeparateEmptyValues(int count, const char* const* values) {
     std::vector<std::string> reversed;
     bool areOptions = true;
