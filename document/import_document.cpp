@@ -1,5 +1,6 @@
 #include "document/import_document.h"
 
+#include <optional>
 #include <vector>
 
 #include "document/cell_text.h"
@@ -47,11 +48,11 @@ std::uint32_t PackJ1939(std::uint32_t spn, std::uint32_t fmi) {
 
 struct ItemColumn {
     std::size_t index;
-    std::u16string id;
-    VXmlTag* model;  // the column's first record item, which the others are made like
+    const VXmlTag* model;  // the column's record items are made like it
 };
 
-// Turns rows into elements, the header first.
+// Turns rows into elements, the header first, and prints those of each data row before it goes on to the
+// next.
 class DocumentBuilder {
   public:
     DocumentBuilder(NumberNotation notation, std::vector<bool> skipped, const ItemTypes& types,
@@ -61,12 +62,12 @@ class DocumentBuilder {
     void AddSkeleton(std::u16string_view diagnosticInstance, std::u16string_view variant);
     void AddHeader(const VTableRow& row);
     void AddDtc(const VTableRow& row);
-    [[nodiscard]] NPlatform::TextBuffer Print() const { return root_.Print(); }
+    // After the last row; the builder is of no more use.
+    NPlatform::TextBuffer Finish() { return printer_->Finish(); }
 
   private:
+    void AddModels();
     void AddItemColumn(std::size_t column, std::u16string_view header);
-    static VXmlTag* AddLike(VXmlTag*& model, VXmlTag& parent, std::u16string_view name);
-    void AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell);
     void SetCellText(VXmlTag& tag, std::u16string_view cell);
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
     std::uint32_t BaseDtc(std::u16string_view cell);
@@ -78,6 +79,8 @@ class DocumentBuilder {
     TableLayout layout_ = TableLayout::SingleNumber;
     NumberNotation notation_;
     std::vector<bool> skipped_;
+    // A row that is never printed; the elements of all others are made like its elements.
+    VXmlTag* dtcModel_ = nullptr;
     VXmlTag* errorTextModel_ = nullptr;
     VXmlTag* recordModel_ = nullptr;
     std::vector<ItemColumn> itemColumns_;
@@ -85,6 +88,7 @@ class DocumentBuilder {
     VLogObject& log_;
     std::u16string numberText_;
     std::int32_t rowIndex_ = 0;  // of the current row, the header's is 0
+    std::optional<VXmlPrinter> printer_;
 };
 
 // The caller's names are the only values that may hold a double quote, which would end the attribute early.
@@ -110,6 +114,7 @@ void DocumentBuilder::AddSkeleton(std::u16string_view diagnosticInstance, std::u
 
 void DocumentBuilder::AddHeader(const VTableRow& row) {
     layout_ = DetectLayout(row);
+    AddModels();
     for (std::size_t column = 0; column < row.size(); ++column) {
         if (skipped_[column]) continue;
         const std::u16string_view header = Trim(row[column]);
@@ -121,6 +126,14 @@ void DocumentBuilder::AddHeader(const VTableRow& row) {
             AddItemColumn(column, header);
         }
     }
+    dtcs_->DropChildren();
+    printer_.emplace(root_, *dtcs_);
+}
+
+void DocumentBuilder::AddModels() {
+    dtcModel_ = dtcs_->AddChild(u"DTC");
+    errorTextModel_ = dtcModel_->AddChild(u"ERRORTEXT");
+    recordModel_ = dtcModel_->AddChild(u"RECORD");
 }
 
 // Items are numbered from 1, by column.
@@ -131,43 +144,32 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
     mapping->SetAttribute(u"id", id, true);
     mapping->SetAttribute(u"type", types_.TypeOf(std::u16string(header)), false);
     SetCellText(*mapping, header);
-    itemColumns_.push_back({column, id, nullptr});
-}
-
-// Elements that every row has are made like the first row's.
-VXmlTag* DocumentBuilder::AddLike(VXmlTag*& model, VXmlTag& parent, std::u16string_view name) {
-    if (model != nullptr) return parent.AddChildLike(*model);
-    model = parent.AddChild(name);
-    return model;
-}
-
-void DocumentBuilder::AddItem(VXmlTag& record, ItemColumn& column, std::u16string_view cell) {
-    const bool isFirst = column.model == nullptr;
-    VXmlTag* const item = AddLike(column.model, record, u"RECORDITEM");
-    if (isFirst) item->SetAttribute(u"itemmappingref", column.id, true);
-    SetCellText(*item, cell);
+    VXmlTag* const model = recordModel_->AddChild(u"RECORDITEM");
+    model->SetAttribute(u"itemmappingref", id, true);
+    itemColumns_.push_back({column, model});
 }
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
     ++rowIndex_;
-    VXmlTag* const dtc = dtcs_->AddChild(u"DTC");
-    VXmlTag* const errorText = AddLike(errorTextModel_, *dtc, u"ERRORTEXT");
-    VXmlTag* const record = AddLike(recordModel_, *dtc, u"RECORD");
+    VXmlTag* const dtc = dtcs_->AddChildLike(*dtcModel_);
+    VXmlTag* const errorText = dtc->AddChildLike(*errorTextModel_);
+    VXmlTag* const record = dtc->AddChildLike(*recordModel_);
     AddNumber(*dtc, row);
     const std::size_t description = FirstItemColumn(layout_) - 1;
     if (description < row.size() && !skipped_[description]) SetCellText(*errorText, row[description]);
-    for (ItemColumn& column : itemColumns_) {
+    for (const ItemColumn& column : itemColumns_) {
         const std::u16string_view cell = row[column.index];
-        if (!cell.empty()) AddItem(*record, column, cell);
+        if (!cell.empty()) SetCellText(*record->AddChildLike(*column.model), cell);
     }
+    printer_->PrintChildren();
 }
 
 // Found before the memory is taken: nothing larger than what fits is ever held.
 void DocumentBuilder::SetCellText(VXmlTag& tag, std::u16string_view cell) {
     constexpr std::size_t kMost = NPlatform::kMostUnitsToUtf8;
     constexpr std::size_t kMostOfUnit = 5;
-    const bool mayNotFit = root_.PrintedSize() + kMostOfUnit * cell.size() > kMost;
-    if (mayNotFit && root_.PrintedSize() + EscapedSize(cell) > kMost) {
+    const std::size_t size = printer_ ? printer_->PrintedSize() : root_.PrintedSize();
+    if (size + kMostOfUnit * cell.size() > kMost && size + EscapedSize(cell) > kMost) {
         throw VSimpleXMLException(NPlatform::Format(
             256,
             u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
@@ -226,7 +228,7 @@ void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result,
             builder.AddDtc(row);
         }
     }
-    result = builder.Print();
+    result = builder.Finish();
 }
 
 }  // namespace VSimpleXMLCreation

@@ -69,6 +69,16 @@ struct VXmlTag::Tree {
     std::u16string_view Store(std::u16string_view text, bool escape);
 };
 
+// A state of the tree that it can come back to.
+struct VXmlTag::Mark {
+    explicit Mark(const Tree& tree)
+        : printedSize(tree.printedSize), units(tree.units.MarkHere()), nodes(tree.nodes.MarkHere()) {}
+
+    std::size_t printedSize;
+    NPlatform::RunStore<char16_t>::Mark units;
+    NPlatform::RunStore<std::uint64_t>::Mark nodes;
+};
+
 namespace {
 
 constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
@@ -156,7 +166,11 @@ std::size_t VXmlTag::ContentCost() const { return 1 + shape_->name->close.size()
 
 std::size_t VXmlTag::PrintedSize() const {
     if (OwnTree().owner == this) return OwnTree().printedSize;
-    std::size_t size = OwnSize();
+    return OwnSize() + ChildrenSize();
+}
+
+std::size_t VXmlTag::ChildrenSize() const {
+    std::size_t size = 0;
     if (lastChild_ == nullptr) return size;
     const VXmlTag* child = lastChild_;
     do {
@@ -164,6 +178,13 @@ std::size_t VXmlTag::PrintedSize() const {
         size += child->PrintedSize();
     } while (child != lastChild_);
     return size;
+}
+
+void VXmlTag::DropChildren() {
+    std::size_t& size = OwnTree().printedSize;
+    size -= OwnSize() + ChildrenSize();
+    lastChild_ = nullptr;
+    size += OwnSize();
 }
 
 VXmlTag* VXmlTag::Adopt(const Shape* shape) {
@@ -221,16 +242,35 @@ char16_t* VXmlTag::PrintTo(char16_t* out) const {
         out = CopyUnits(shape_->start, out) - 1;
         return CopyUnits(kEmptyEnd, out);
     }
-    out = CopyUnits(shape_->start, out);
-    if (lastChild_ != nullptr) {
-        const VXmlTag* child = lastChild_;
-        do {
-            child = child->next_;
-            out = child->PrintTo(out);
-        } while (child != lastChild_);
-    }
+    out = PrintChildrenTo(CopyUnits(shape_->start, out));
     out = CopyUnits(text_, out);
     return CopyUnits(shape_->name->close, out);
+}
+
+char16_t* VXmlTag::PrintChildrenTo(char16_t* out) const {
+    if (lastChild_ == nullptr) return out;
+    const VXmlTag* child = lastChild_;
+    do {
+        child = child->next_;
+        out = child->PrintTo(out);
+    } while (child != lastChild_);
+    return out;
+}
+
+// Adds what this element prints before `element`, or all that it prints if that is not in it. Tells whether
+// it is.
+bool VXmlTag::AddOffsetOf(const VXmlTag& element, std::size_t& offset) const {
+    if (this == &element) return true;
+    const std::size_t begin = offset;
+    offset += shape_->start.size();
+    const VXmlTag* child = lastChild_;
+    while (child != nullptr) {
+        child = child->next_;
+        if (child->AddOffsetOf(element, offset)) return true;
+        if (child == lastChild_) break;
+    }
+    offset = begin + OwnSize() + ChildrenSize();
+    return false;
 }
 
 TextBuffer VXmlTagRoot::Print() const {
@@ -240,5 +280,47 @@ TextBuffer VXmlTagRoot::Print() const {
 }
 
 std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + VXmlTag::PrintedSize(); }
+
+VXmlPrinter::VXmlPrinter(const VXmlTagRoot& root, VXmlTag& growing)
+    : growing_(growing),
+      mark_(std::make_unique<VXmlTag::Mark>(root.OwnTree())),
+      skeleton_(root.Print()),
+      offset_(kDeclaration.size()) {
+    root.AddOffsetOf(growing, offset_);
+    text_.Append(skeleton_.View().substr(0, offset_));
+}
+
+VXmlPrinter::~VXmlPrinter() = default;
+
+void VXmlPrinter::PrintChildren() {
+    if (growing_.lastChild_ == nullptr) return;
+    if (!hasChildren_) text_.Append(growing_.shape_->start);
+    hasChildren_ = true;
+    VXmlTag::Tree& tree = growing_.OwnTree();
+    growing_.PrintChildrenTo(text_.Extend(tree.printedSize - mark_->printedSize - growing_.ContentCost()));
+    growing_.lastChild_ = nullptr;
+    tree.printedSize = mark_->printedSize;
+    tree.units.GoBack(mark_->units);
+    tree.nodes.GoBack(mark_->nodes);
+}
+
+std::size_t VXmlPrinter::PrintedSize() const {
+    const std::size_t pending = growing_.OwnTree().printedSize - mark_->printedSize;
+    if (!hasChildren_) return skeleton_.Size() + pending;
+    const std::size_t empty = growing_.shape_->start.size() - 1 + kEmptyEnd.size();
+    const std::size_t content = pending == 0 ? 0 : pending - growing_.ContentCost();
+    return text_.Size() + content + growing_.shape_->name->close.size() + skeleton_.Size() - offset_ - empty;
+}
+
+TextBuffer VXmlPrinter::Finish() {
+    PrintChildren();
+    std::u16string_view rest = skeleton_.View().substr(offset_);
+    if (hasChildren_) {
+        rest.remove_prefix(growing_.OwnSize());
+        text_.Append(growing_.shape_->name->close);
+    }
+    text_.Append(rest);
+    return std::move(text_);
+}
 
 }  // namespace VSimpleXMLCreation

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "platform/text_buffer.h"
@@ -33,6 +34,9 @@ class VXmlTag {
     // two share them, which costs neither time nor memory.
     VXmlTag* AddChildLike(const VXmlTag& model);
 
+    // Removes the children. Their memory stays with the tree, and they may still serve as models.
+    void DropChildren();
+
     // True when the name was new; false when it had a value, which is replaced.
     bool SetAttribute(std::u16string_view name, std::u16string_view value, bool escape);
     bool SetNumberAttribute(std::u16string_view name, std::int32_t value);
@@ -50,7 +54,10 @@ class VXmlTag {
     char16_t* PrintTo(char16_t* out) const;
 
   private:
+    friend class VXmlPrinter;
+
     struct Attribute;
+    struct Mark;
     struct Name;
     struct Shape;
     struct Tree;
@@ -63,6 +70,9 @@ class VXmlTag {
     [[nodiscard]] bool IsEmpty() const { return lastChild_ == nullptr && text_.empty(); }
     [[nodiscard]] std::size_t OwnSize() const;
     [[nodiscard]] std::size_t ContentCost() const;
+    [[nodiscard]] std::size_t ChildrenSize() const;
+    char16_t* PrintChildrenTo(char16_t* out) const;
+    bool AddOffsetOf(const VXmlTag& element, std::size_t& offset) const;
 
     const Shape* shape_;  // the name and the attributes
     VXmlTag* lastChild_ = nullptr;
@@ -78,6 +88,36 @@ class VXmlTagRoot : public VXmlTag {
     [[nodiscard]] NPlatform::TextBuffer Print() const override;
     // As above; for an element that owns its tree it is known at any time.
     [[nodiscard]] std::size_t PrintedSize() const;
+};
+
+// Prints a document of which one element has more children than one wants to hold at a time.
+//
+// The tree is complete but for the children of that element. They are added as many at a time as one likes,
+// and printed and dropped; meanwhile nothing else in the tree may change. The text is that of a tree with all
+// of them.
+class VXmlPrinter {
+  public:
+    // `growing` is an element of the root's tree, without children and text. Both outlive the printer.
+    VXmlPrinter(const VXmlTagRoot& root, VXmlTag& growing);
+    VXmlPrinter(const VXmlPrinter&) = delete;
+    VXmlPrinter& operator=(const VXmlPrinter&) = delete;
+    ~VXmlPrinter();
+
+    // Prints the children that the growing element has now and drops them, with all that was added to the
+    // tree since the printer was made.
+    void PrintChildren();
+    // How long the text gets with the children so far, printed or not.
+    [[nodiscard]] std::size_t PrintedSize() const;
+    // The whole text. The printer is of no more use.
+    NPlatform::TextBuffer Finish();
+
+  private:
+    VXmlTag& growing_;
+    std::unique_ptr<VXmlTag::Mark> mark_;  // the tree without the children
+    NPlatform::TextBuffer skeleton_;       // printed without the children
+    std::size_t offset_;                   // of the growing element in it
+    NPlatform::TextBuffer text_;
+    bool hasChildren_ = false;
 };
 
 }  // namespace VSimpleXMLCreation

@@ -3,8 +3,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <vector>
+
+#include "platform/array.h"
 
 namespace NPlatform {
 
@@ -42,13 +43,34 @@ class RunStore {
     }
 
     // Continues in this block, from its beginning. What is in it stays readable until it is written over.
-    void Adopt(std::unique_ptr<T[]> block, std::size_t capacity) {
+    void Adopt(Array<T> block) {
         const std::size_t size = RunSize();
         const T* const run = run_;
-        run_ = block.get();
-        limit_ = run_ + capacity;
+        run_ = block.Data();
+        limit_ = run_ + block.Size();
         blocks_.push_back(std::move(block));
         end_ = std::copy(run, run + size, run_);
+    }
+
+    // A state to come back to.
+    struct Mark {
+        std::size_t blocks;
+        std::size_t blockSize;
+        std::size_t used;  // of the last block
+    };
+
+    // The open run has to be empty here and when it is gone back to.
+    [[nodiscard]] Mark MarkHere() const {
+        return {blocks_.size(), blockSize_,
+                blocks_.empty() ? 0 : static_cast<std::size_t>(end_ - blocks_.back().Data())};
+    }
+
+    // Drops the runs that were closed since; their memory is used again.
+    void GoBack(const Mark& mark) {
+        blocks_.resize(mark.blocks);
+        blockSize_ = mark.blockSize;
+        run_ = end_ = blocks_.empty() ? nullptr : blocks_.back().Data() + mark.used;
+        limit_ = blocks_.empty() ? nullptr : blocks_.back().Data() + blocks_.back().Size();
     }
 
   private:
@@ -59,16 +81,15 @@ class RunStore {
     void Grow(std::size_t count) {
         blockSize_ = std::clamp(2 * blockSize_, kFirstBlock, kLargestBlock);
         // A block that holds the open run alone is of no more use behind the move.
-        std::unique_ptr<T[]> old;
-        if (!blocks_.empty() && blocks_.back().get() == run_) {
+        Array<T> old;
+        if (!blocks_.empty() && blocks_.back().Data() == run_) {
             old = std::move(blocks_.back());
             blocks_.pop_back();
         }
-        const std::size_t capacity = std::max(blockSize_, 2 * (RunSize() + count));
-        Adopt(std::make_unique_for_overwrite<T[]>(capacity), capacity);
+        Adopt(Array<T>(std::max(blockSize_, 2 * (RunSize() + count))));
     }
 
-    std::vector<std::unique_ptr<T[]>> blocks_;
+    std::vector<Array<T>> blocks_;
     std::size_t blockSize_ = 0;
     T* run_ = nullptr;
     T* end_ = nullptr;

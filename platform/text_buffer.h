@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <utility>
+
+#include "platform/array.h"
 
 namespace NPlatform {
 
@@ -13,58 +14,44 @@ namespace NPlatform {
 class TextBuffer {
   public:
     TextBuffer() = default;
-    TextBuffer(TextBuffer&& other) noexcept { Swap(other); }
+    TextBuffer(TextBuffer&& other) noexcept
+        : units_(std::move(other.units_)), size_(std::exchange(other.size_, 0)) {}
     TextBuffer& operator=(TextBuffer&& other) noexcept {
-        TextBuffer(std::move(other)).Swap(*this);
+        units_ = std::move(other.units_);
+        size_ = std::exchange(other.size_, 0);
         return *this;
     }
+    ~TextBuffer() = default;
 
-    [[nodiscard]] std::u16string_view View() const { return {units_.get(), size_}; }
+    [[nodiscard]] std::u16string_view View() const { return {units_.Data(), size_}; }
     [[nodiscard]] std::size_t Size() const { return size_; }
 
     // Makes room for `capacity` units in all.
     void Reserve(std::size_t capacity) {
-        if (capacity > capacity_) Reallocate(capacity);
+        if (capacity > units_.Size()) units_.Grow(capacity);
     }
 
     void Append(std::u16string_view text) { std::copy_n(text.data(), text.size(), Extend(text.size())); }
 
     // Adds `count` units and returns where they are; the caller writes them.
     char16_t* Extend(std::size_t count) {
-        if (count > capacity_ - size_) Reallocate(std::max(size_ + count, 2 * capacity_));
+        if (count > units_.Size() - size_) units_.Grow(std::max(size_ + count, 2 * units_.Size()));
         size_ += count;
-        return units_.get() + size_ - count;
+        return units_.Data() + size_ - count;
     }
 
     // Drops what is behind the first `size` units.
     void Truncate(std::size_t size) { size_ = std::min(size, size_); }
 
-    // Hands out the memory, with the text at its beginning, and leaves an empty text. Ask for the capacity
-    // first.
-    [[nodiscard]] std::size_t Capacity() const { return capacity_; }
-    std::unique_ptr<char16_t[]> Take() {
+    // Hands out the memory, with the text at its beginning, and leaves an empty text.
+    Array<char16_t> Take() {
         size_ = 0;
-        capacity_ = 0;
         return std::move(units_);
     }
 
   private:
-    void Swap(TextBuffer& other) noexcept {
-        std::swap(units_, other.units_);
-        std::swap(size_, other.size_);
-        std::swap(capacity_, other.capacity_);
-    }
-
-    void Reallocate(std::size_t capacity) {
-        auto larger = std::make_unique_for_overwrite<char16_t[]>(capacity);
-        std::copy_n(units_.get(), size_, larger.get());
-        units_ = std::move(larger);
-        capacity_ = capacity;
-    }
-
-    std::unique_ptr<char16_t[]> units_;
+    Array<char16_t> units_;
     std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
 };
 
 }  // namespace NPlatform

@@ -58,10 +58,7 @@ class V2DVectorHeap : public VHeapInterface {
     // Keeps the cells that follow in the text's own memory, from its beginning on. For a parser that walks
     // over the text and never adds more characters than it has passed: what it has not passed stays as it is.
     // Call it while there are no pending characters.
-    void BuildCellsIn(NPlatform::TextBuffer text) {
-        const std::size_t capacity = text.Capacity();
-        units_.Adopt(text.Take(), capacity);
-    }
+    void BuildCellsIn(NPlatform::TextBuffer text) { units_.Adopt(text.Take()); }
 
     void Log(std::u16string_view message) { log_->LogMessage(message); }
     [[nodiscard]] const std::u16string& FileName() const { return fileName_; }
