@@ -1,15 +1,20 @@
 #include "cli/failure.h"
 
 #include <cstdio>
-#include <cstring>
 #include <system_error>
 
 namespace NCli {
 
 void Tell(const char* text) {
-    const std::size_t size = std::strlen(text);
-    const bool endsLine = size > 0 && text[size - 1] == '\n';
-    std::fprintf(stderr, "xls2tki: %s%s", text, endsLine ? "" : "\n");
+    std::fputs("xls2tki: ", stderr);
+    char last = '\0';
+    for (; *text != '\0'; ++text) {
+        last = *text;
+        const auto byte = static_cast<unsigned char>(last);
+        const bool isControl = (byte < 0x20 && last != '\n' && last != '\t') || byte == 0x7F;
+        std::fputc(isControl ? '?' : last, stderr);
+    }
+    if (last != '\n') std::fputc('\n', stderr);
 }
 
 std::string SystemText(int error) { return std::generic_category().message(error); }

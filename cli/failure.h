@@ -18,7 +18,8 @@ class WrongUsage : public Failure {
     using Failure::Failure;
 };
 
-// Writes "xls2tki: " and the text as a line to standard error. Allocates nothing.
+// Writes "xls2tki: " and the text as a line to standard error, with a question mark for each control
+// character: a message may quote a table, and that must not control the terminal. Allocates nothing.
 void Tell(const char* text);
 
 // The system's own text for a value of errno.

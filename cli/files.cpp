@@ -105,16 +105,27 @@ TemporaryFile::~TemporaryFile() {
     slots[slot_].isUsed = 0;
 }
 
+void FillStandardStreams() {
+    // Opened files take the lowest free numbers, and these stay open; writing to them fails. Those that were
+    // not needed do no harm.
+    for (int stream = 0; stream < 3; ++stream) static_cast<void>(std::fopen("/dev/null", "r"));
+}
+
 void RemoveTemporaryFilesOnSignals() {
     // Not every system has more than the first two.
     constexpr int kSignals[] = {
-        SIGINT,
-        SIGTERM,
+        SIGINT,  SIGTERM,
 #ifdef SIGHUP
         SIGHUP,
 #endif
 #ifdef SIGPIPE
         SIGPIPE,
+#endif
+#ifdef SIGQUIT
+        SIGQUIT,
+#endif
+#ifdef SIGXCPU
+        SIGXCPU,
 #endif
     };
     for (const int number : kSignals) {

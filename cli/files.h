@@ -53,6 +53,10 @@ class TemporaryFile {
     std::size_t slot_;  // where the handler of signals finds the path
 };
 
+// Where the command was started without one of the standard streams, a file of its own would take the
+// stream's place and receive messages. Call it first of all.
+void FillStandardStreams();
+
 // From now on the signals that end the command remove its temporary files first.
 void RemoveTemporaryFilesOnSignals();
 

@@ -10,6 +10,7 @@
 using namespace NCli;
 
 static void Run(int count, const char* const* arguments) {
+    FillStandardStreams();
     RemoveTemporaryFilesOnSignals();
     const std::optional<Options> options = ReadCommandLine(count, arguments);
     if (!options) return;

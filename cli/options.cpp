@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iostream>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -107,7 +108,10 @@ WideChar ReadSeparator(const std::string& value) {
         if (value == name) return separator;
     }
     const WideString text = DecodeArgument("--separator", value);
-    if (text.size() != 1) RefuseUsage("--separator takes one character, or tab, comma, semicolon or pipe.");
+    if (text.size() != 1) {
+        RefuseUsage("--separator takes one character up to U+FFFF, or tab, comma, semicolon or pipe.");
+    }
+    if (text[0] == '"' || text[0] == '\n') RefuseUsage("A quote or a line feed cannot separate cells.");
     return text[0];
 }
 
@@ -139,6 +143,7 @@ VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& 
 
 Options CheckListing(const Arguments& arguments) {
     if (!arguments.input.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
+    if (arguments.workbook.empty()) RefuseUsage("--list-worksheets needs a workbook.");
     Options options;
     options.listsWorksheets = true;
     options.input = arguments.workbook;
@@ -191,11 +196,12 @@ std::optional<Options> ReadCommandLine(int count, const char* const* values) {
         app.parse(SeparateEmptyValues(count, values));
     } catch (const CLI::Success& shown) {
         app.exit(shown);
+        if (!std::cout.flush()) throw Failure("Could not write to standard output.");
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         RefuseUsage(std::string(error.what()) + ".");
     }
-    return arguments.workbook.empty() ? CheckConversion(arguments) : CheckListing(arguments);
+    return app.count("--list-worksheets") == 0 ? CheckConversion(arguments) : CheckListing(arguments);
 }
 
 }  // namespace NCli

@@ -53,7 +53,7 @@ std::string FindReason(const fs::path& document) {
 
 }  // namespace
 
-Output::Output(const fs::path& path) : destination_(FollowLinks(path)) {
+Output::Output(const fs::path& path) : destination_(path == kStandardOutput ? path : FollowLinks(path)) {
     std::error_code error;
     const fs::file_status status = fs::status(destination_, error);
     if (path == kStandardOutput) {

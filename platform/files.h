@@ -27,7 +27,7 @@ enum class TextFileResult {
     Read,
     NotOpened,  // no text
     TooLarge,   // no text: the file has more than kLargestTextFile bytes
-    Failed,     // the system reported an error on the way; the text is what came before it
+    Failed,     // the system reported an error on the way, or the file changed; the text is a part of it
 };
 
 // Every table whose document can be written fits many times; what is larger would only exhaust the memory.

@@ -102,8 +102,9 @@ void DropCarriageReturns(TextBuffer& text) {
     text.Truncate(kept);
 }
 
-// Reads to the end of the file. False: the system reported an error on the way.
-bool ReadPieces(const FileDescriptor& file, Decoder decode, TextBuffer& text) {
+// Reads `size` bytes, all that the file has from here on. False: the system reported an error on the way, or
+// the file is not as long any more, or longer.
+bool ReadPieces(const FileDescriptor& file, std::size_t size, Decoder decode, TextBuffer& text) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(kPiece);
     std::size_t used = 0;
     for (bool isLast = false; !isLast;) {
@@ -111,6 +112,8 @@ bool ReadPieces(const FileDescriptor& file, Decoder decode, TextBuffer& text) {
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) return false;
         isLast = count == 0;
+        if (isLast ? size != 0 : static_cast<std::size_t>(count) > size) return false;
+        size -= static_cast<std::size_t>(count);
         used += static_cast<std::size_t>(count);
         const std::size_t left = decode(buffer.get(), used, isLast, text);
         std::memmove(buffer.get(), buffer.get() + used - left, left);
@@ -141,7 +144,8 @@ TextFileResult ReadFile(std::u16string_view path, TextEncoding encoding, TextBuf
     if (status.st_size > static_cast<off_t>(kLargestTextFile)) return TextFileResult::TooLarge;
     const Format format = DetectFormat(file, encoding);
     text.Reserve(static_cast<std::size_t>(status.st_size) + 1);
-    if (lseek(file.Get(), format.begin, SEEK_SET) < 0 || !ReadPieces(file, format.decode, text)) {
+    const auto size = static_cast<std::size_t>(status.st_size - format.begin);
+    if (lseek(file.Get(), format.begin, SEEK_SET) < 0 || !ReadPieces(file, size, format.decode, text)) {
         return TextFileResult::Failed;
     }
     if (format.decode == DecodeUtf16Piece) DropCarriageReturns(text);
