@@ -34,12 +34,21 @@ static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
 
 constinit Replaceable<bool(std::u16string_view, std::u16string&)> FindReadableFile{FindFile};
 
+// O_TRUNC would make some file systems write out a whole new file when it is closed, as if it replaced an
+// older one.
+static FileDescriptor OpenEmpty(const std::string& path) {
+    FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    struct stat status {};
+    const bool isEmpty = !file.IsOpen() || (fstat(file.Get(), &status) == 0 && status.st_size == 0);
+    if (!isEmpty && ftruncate(file.Get(), 0) != 0) file.Close();
+    return file;
+}
+
 // Collects bytes, each line feed already as carriage return and line feed, and writes them in large pieces.
 class TextOutputStream::Buffer : public std::streambuf {
   public:
     explicit Buffer(const std::string& path)
-        : file_(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
-          bytes_(std::make_unique_for_overwrite<char[]>(kSize)) {}
+        : file_(OpenEmpty(path)), bytes_(std::make_unique_for_overwrite<char[]>(kSize)) {}
     ~Buffer() override { Flush(); }
     Buffer(const Buffer&) = delete;
     Buffer& operator=(const Buffer&) = delete;
