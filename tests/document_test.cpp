@@ -169,6 +169,46 @@ TEST(Document, PrintsLargeTrees) {
     for (int print = 0; print < 2; ++print) EXPECT_TRUE(root.Print().View() == expected);
 }
 
+// A tree with an element that grows; the children are made like one that was dropped.
+struct GrowingTree {
+    GrowingTree() {
+        root.AddChild(u"BEFORE")->SetText(u"text", false);
+        growing = root.AddChild(u"OUTER")->AddChild(u"GROWING");
+        growing->SetAttribute(u"a", u"1", false);
+        model = growing->AddChild(u"C");
+        model->SetAttribute(u"b", u"2", false);
+        growing->DropChildren();
+        root.AddChild(u"BEHIND");
+    }
+    void AddChild(std::size_t index) const {
+        VXmlTag* const child = growing->AddChildLike(*model);
+        child->AddChild(u"D")->SetText(std::u16string(37 * index, u'&'), true);
+        if (index % 2 == 0) child->SetNumberAttribute(u"n", static_cast<std::int32_t>(index));
+    }
+
+    VXmlTagRoot root{u"R"};
+    VXmlTag* growing;
+    VXmlTag* model;
+};
+
+TEST(Document, PrintsAGrowingElementInParts) {
+    for (const std::size_t together : {1U, 3U, 1000U}) {
+        const GrowingTree whole;
+        const GrowingTree parts;
+        VXmlPrinter printer(parts.root, *parts.growing);
+        for (std::size_t index = 0; index < 100; ++index) {
+            whole.AddChild(index);
+            parts.AddChild(index);
+            EXPECT_EQ(printer.PrintedSize(), whole.root.PrintedSize());
+            if (index % together == 0) printer.PrintChildren();
+            EXPECT_EQ(printer.PrintedSize(), whole.root.PrintedSize());
+        }
+        EXPECT_TRUE(printer.Finish().View() == whole.root.Print().View()) << together;
+    }
+    const GrowingTree empty;
+    EXPECT_TRUE(VXmlPrinter(empty.root, *empty.growing).Finish().View() == empty.root.Print().View());
+}
+
 // ---- From the table to the document ----
 
 struct Built {
@@ -258,6 +298,27 @@ TEST(Document, MapsColumnsToItems) {
 </RECORDTEMPLATEMAPPING>
 <DTCS/>
 )");
+}
+
+TEST(Document, WritesEachRow) {
+    std::u16string table = u"DTC|Text|S|T";
+    std::string body = R"(<SERVICEMAPPING/>
+<RECORDTEMPLATEMAPPING><ITEMMAPPING id="_1" type="A" >S</ITEMMAPPING>
+<ITEMMAPPING id="_2" type="A" >T</ITEMMAPPING>
+</RECORDTEMPLATEMAPPING>
+<DTCS>)";
+    for (std::size_t row = 1; row < 2000; ++row) {
+        const bool hasFirst = row % 5 < 3;
+        const bool hasSecond = row % 7 == 6;
+        table +=
+            u"\n7|" + std::u16string(row, u'&') + (hasFirst ? u"|s" : u"|") + (hasSecond ? u"|t<" : u"|");
+        body += "<DTC number=\"7\" ><ERRORTEXT>" + NTest::ReplaceAll(std::string(row, '&'), "&", "&amp;");
+        body += hasFirst || hasSecond ? "</ERRORTEXT>\n<RECORD>" : "</ERRORTEXT>\n<RECORD/>\n</DTC>\n";
+        if (hasFirst) body += "<RECORDITEM itemmappingref=\"_1\" >s</RECORDITEM>\n";
+        if (hasSecond) body += "<RECORDITEM itemmappingref=\"_2\" >t&lt;</RECORDITEM>\n";
+        if (hasFirst || hasSecond) body += "</RECORD>\n</DTC>\n";
+    }
+    EXPECT_TRUE(Build(table).body == body + "</DTCS>\n");
 }
 
 TEST(Document, SkipsColumns) {
