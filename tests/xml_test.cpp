@@ -146,7 +146,7 @@ TEST(Xml, ConvertsToUtf8) {
     const std::pair<std::u16string, std::string> rows[] = {
         {u"\0"s, "\0"s},
         {u"\x7F\x80", "\x7F\xC2\x80"},
-        {std::u16string(16, u'\x80'), NTest::ReplaceAll(std::string(16, '-'), "-", "\xC2\x80")},
+        {std::u16string(64, u'\x80'), NTest::ReplaceAll(std::string(64, '-'), "-", "\xC2\x80")},
         {u"\x7FF", "\xDF\xBF"},
         {u"\x800", "\xE0\xA0\x80"},
         {u"\xD7FF\xE000", "\xED\x9F\xBF\xEE\x80\x80"},
@@ -158,8 +158,8 @@ TEST(Xml, ConvertsToUtf8) {
         {u"\xD83D\xE000", "\xEF\xBF\xBD\xEE\x80\x80"},
     };
     for (const auto& [units, bytes] : rows) {
-        for (std::size_t before = 0; before < 40; ++before) {
-            for (std::size_t after = 0; after < 40; after += 3) {
+        for (std::size_t before = 0; before < 70; ++before) {
+            for (std::size_t after = 0; after < 70; after += 3) {
                 const std::u16string text =
                     std::u16string(before, u'b') + units + std::u16string(after, u'a');
                 const std::string expected = std::string(before, 'b') + bytes + std::string(after, 'a');
