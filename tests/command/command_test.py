@@ -41,6 +41,9 @@ CASES = [
     ("SAE code beyond the range", HEAD + b"PFFFF;Stuck;red\n", IO, 1,
      "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n", None),
     ("a line of 100 MB", b"x" * 100_000_000, IO, 1, ONE_COLUMN % "Z1S1", None),
+    ("a document that is too large", HEAD + b"P0123;" + b"&" * 144_000_000 + b";red\n", IO, 1,
+     "xls2tki: The import document is too large, at most 715827882 characters can be written. "
+     "Row [1] does not fit.\n", None),
     ("every byte", HEAD + EVERY_BYTE, IO, 0, "", "\x7f\x80".encode()),
     ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "-u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
     ("UTF-16", UTF16, "-u " + IO, 0, "", b"<ERRORTEXT>Stuck<"),
