@@ -13,6 +13,9 @@
 // thread at a time, and convert Excel workbooks on the thread that called XlsInitOle. Every call returns only
 // when its work is done; no threads are started.
 //
+// Between calls it holds one buffer, of three bytes for each character of the largest document so far at
+// most; it is for the next conversion to use again.
+//
 // Exceptions: a conversion reports every failure of its input through its result; only exhausted memory
 // (std::bad_alloc) reaches the caller.
 #pragma once
