@@ -148,28 +148,7 @@ TEST(Document, MakesElementsLikeOthers) {
         u"</B>\n<B b=\"4\" c=\"3\" d=\"1\" />\n</A>\n");
 }
 
-TEST(Document, PrintsLargeTrees) {
-    VXmlTagRoot root(u"R");
-    std::u16string expected = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<R>";
-    std::u16string ends = u"</R>\n";
-    VXmlTag* element = &root;
-    for (std::size_t depth = 0; depth < 500; ++depth) {
-        for (std::size_t size = 1; size < 5000; size += size) {
-            const std::u16string text(size, u'a');
-            element->AddChild(u"S")->SetText(text, true);
-            expected += u"<S>" + text + u"</S>\n";
-        }
-        element = element->AddChild(u"D");
-        expected += u"<D>";
-        ends.insert(0, u"</D>\n");
-    }
-    element->SetText(u"end", true);
-    expected += u"end" + ends;
-    EXPECT_EQ(root.PrintedSize(), expected.size());
-    for (int print = 0; print < 2; ++print) EXPECT_TRUE(root.Print().View() == expected);
-}
-
-// A tree with an element that grows; the children are made like one that was dropped.
+// A document with an element that grows; the children are made like one that was dropped.
 struct GrowingTree {
     GrowingTree() {
         root.AddChild(u"BEFORE")->SetText(u"text", false);
