@@ -8,6 +8,7 @@
 #include "document/table_scan.h"
 #include "document/xml_escape.h"
 #include "document/xml_exception.h"
+#include "document/xml_printer.h"
 #include "document/xml_tag.h"
 #include "platform/code_page.h"
 #include "platform/format.h"
@@ -69,6 +70,9 @@ class DocumentBuilder {
     void AddModels();
     void AddItemColumn(std::size_t column, std::u16string_view header);
     void SetCellText(VXmlTag& tag, std::u16string_view cell);
+    void RequireRoom(std::size_t size) const;
+    [[nodiscard]] bool FitsSurely(const VTableRow& row) const;
+    [[nodiscard]] std::size_t PrintedSize() const;
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
     std::uint32_t BaseDtc(std::u16string_view cell);
     std::uint32_t Convert(std::u16string_view cell, NumberNotation notation);
@@ -87,6 +91,7 @@ class DocumentBuilder {
     ItemTypes types_;
     VLogObject& log_;
     std::u16string numberText_;
+    bool fits_ = false;          // whether the current row fits surely
     std::int32_t rowIndex_ = 0;  // of the current row, the header's is 0
     std::optional<VXmlPrinter> printer_;
 };
@@ -151,6 +156,7 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
     ++rowIndex_;
+    fits_ = FitsSurely(row);
     VXmlTag* const dtc = dtcs_->AddChildLike(*dtcModel_);
     VXmlTag* const errorText = dtc->AddChildLike(*errorTextModel_);
     VXmlTag* const record = dtc->AddChildLike(*recordModel_);
@@ -161,21 +167,34 @@ void DocumentBuilder::AddDtc(const VTableRow& row) {
         const std::u16string_view cell = row[column.index];
         if (!cell.empty()) SetCellText(*record->AddChildLike(*column.model), cell);
     }
+    if (!fits_) RequireRoom(0);
     printer_->PrintChildren();
 }
 
-// Found before the memory is taken: nothing larger than what fits is ever held.
+// What does not fit is found before its memory is taken. Rows that fit whatever is in their cells, and that
+// is nearly all, are not looked at cell by cell.
 void DocumentBuilder::SetCellText(VXmlTag& tag, std::u16string_view cell) {
-    constexpr std::size_t kMost = NPlatform::kMostUnitsToUtf8;
-    constexpr std::size_t kMostOfUnit = 5;
-    const std::size_t size = printer_ ? printer_->PrintedSize() : root_.PrintedSize();
-    if (size + kMostOfUnit * cell.size() > kMost && size + EscapedSize(cell) > kMost) {
-        throw VSimpleXMLException(NPlatform::Format(
-            256,
-            u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
-            {static_cast<std::int32_t>(kMost), rowIndex_}));
-    }
+    if (!fits_) RequireRoom(EscapedSize(cell));
     tag.ReferToText(cell);
+}
+
+void DocumentBuilder::RequireRoom(std::size_t size) const {
+    if (PrintedSize() + size <= NPlatform::kMostUnitsToUtf8) return;
+    throw VSimpleXMLException(NPlatform::Format(
+        256,
+        u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
+        {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), rowIndex_}));
+}
+
+bool DocumentBuilder::FitsSurely(const VTableRow& row) const {
+    constexpr std::size_t kMostOfUnit = 5;
+    constexpr std::size_t kMostMarkup = 256;  // of a cell, and of the row itself
+    const std::size_t most = kMostOfUnit * row.TextSize() + kMostMarkup * (row.size() + 1);
+    return PrintedSize() + most <= NPlatform::kMostUnitsToUtf8;
+}
+
+std::size_t DocumentBuilder::PrintedSize() const {
+    return printer_ ? printer_->PrintedSize() : root_.PrintedSize();
 }
 
 // With two number columns the second one completes the number, so without it there is none.

@@ -2,147 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
-#include <forward_list>
 #include <memory>
-#include <new>
-#include <string>
 
 #include "document/xml_escape.h"
-#include "platform/run_store.h"
+#include "document/xml_tree.h"
 
 namespace VSimpleXMLCreation {
 
 using NPlatform::TextBuffer;
-
-struct VXmlTag::Attribute {
-    const Attribute* next;     // by name
-    std::u16string_view text;  // name="value" and a blank, within the shape's start
-    std::size_t nameSize;
-
-    [[nodiscard]] std::u16string_view NameText() const { return text.substr(0, nameSize); }
-};
-
-// What an element prints around its content. Shapes never change once they are made, so that elements share
-// them.
-struct VXmlTag::Shape {
-    const Name* name;
-    const Attribute* attributes;
-    std::u16string_view start;  // <NAME a="1" > or <NAME>
-};
-
-struct VXmlTag::Name {
-    Tree* tree;
-    std::u16string start;  // <NAME>
-    std::u16string close;  // </NAME> and a line feed
-    Shape shape;           // without attributes
-
-    [[nodiscard]] std::u16string_view Text() const {
-        return std::u16string_view(start).substr(1, start.size() - 2);
-    }
-};
-
-struct VXmlTag::Tree {
-    explicit Tree(const VXmlTag* root) : owner(root) {}
-
-    const VXmlTag* const owner;
-    std::size_t printedSize = 0;
-    std::forward_list<Name> names;
-    NPlatform::RunStore<char16_t> units;
-    NPlatform::RunStore<std::uint64_t> nodes;
-
-    char16_t* AllocateUnits(std::size_t count) {
-        units.Extend(count);
-        return units.Close();
-    }
-
-    // The node is never destroyed: it owns nothing outside the tree.
-    template <typename Node, typename... Arguments>
-    Node* Make(Arguments&&... arguments) {
-        static_assert(sizeof(Node) % sizeof(std::uint64_t) == 0 && alignof(Node) <= alignof(std::uint64_t));
-        nodes.Extend(sizeof(Node) / sizeof(std::uint64_t));
-        return new (nodes.Close()) Node{std::forward<Arguments>(arguments)...};
-    }
-
-    const Shape* ShapeOf(std::u16string_view name);
-    const Shape* WithAttribute(const Shape& shape, std::u16string_view name, std::u16string_view value,
-                               bool escape, bool& isNew);
-    std::u16string_view Store(std::u16string_view text, bool escape);
-};
-
-// A state of the tree that it can come back to.
-struct VXmlTag::Mark {
-    explicit Mark(const Tree& tree)
-        : printedSize(tree.printedSize), units(tree.units.MarkHere()), nodes(tree.nodes.MarkHere()) {}
-
-    std::size_t printedSize;
-    NPlatform::RunStore<char16_t>::Mark units;
-    NPlatform::RunStore<std::uint64_t>::Mark nodes;
-};
-
-namespace {
-
-constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
-constexpr std::u16string_view kEmptyEnd = u"/>\n";
-
-char16_t* CopyUnits(std::u16string_view text, char16_t* out) {
-    return std::copy_n(text.data(), text.size(), out);
-}
-
-}  // namespace
-
-const VXmlTag::Shape* VXmlTag::Tree::ShapeOf(std::u16string_view name) {
-    for (const Name& known : names) {
-        if (known.Text() == name) return &known.shape;
-    }
-    const std::u16string copy(name);
-    Name& added = names.emplace_front(Name{this, u"<" + copy + u">", u"</" + copy + u">\n", {}});
-    added.shape = {&added, nullptr, added.start};
-    return &added.shape;
-}
-
-// The shape with the attribute in its place among the others, which are copied.
-const VXmlTag::Shape* VXmlTag::Tree::WithAttribute(const Shape& shape, std::u16string_view name,
-                                                   std::u16string_view value, bool escape, bool& isNew) {
-    const std::size_t size =
-        shape.start.size() + name.size() + (escape ? EscapedSize(value) : value.size()) + 5;
-    char16_t* const start = AllocateUnits(size);
-    char16_t* out = CopyUnits(shape.name->start, start);
-    out[-1] = u' ';
-    const Attribute* first = nullptr;
-    const Attribute** link = &first;
-    const auto add = [&](const char16_t* begin, std::size_t nameSize) {
-        auto* const added = Make<Attribute>(nullptr, std::u16string_view(begin, out), nameSize);
-        *link = added;
-        link = &added->next;
-    };
-    const auto copy = [&](const Attribute& attribute) {
-        const char16_t* const begin = out;
-        out = CopyUnits(attribute.text, out);
-        add(begin, attribute.nameSize);
-    };
-    const Attribute* other = shape.attributes;
-    for (; other != nullptr && other->NameText() < name; other = other->next) copy(*other);
-    const char16_t* const begin = out;
-    out = CopyUnits(u"=\"", CopyUnits(name, out));
-    out = CopyUnits(u"\" ", escape ? CopyEscaped(value, out) : CopyUnits(value, out));
-    add(begin, name.size());
-    isNew = other == nullptr || other->NameText() != name;
-    if (!isNew) other = other->next;
-    for (; other != nullptr; other = other->next) copy(*other);
-    *out++ = u'>';
-    return Make<Shape>(shape.name, first, std::u16string_view(start, out));
-}
-
-std::u16string_view VXmlTag::Tree::Store(std::u16string_view text, bool escape) {
-    const std::size_t size = escape ? EscapedSize(text) : text.size();
-    char16_t* const stored = AllocateUnits(size);
-    if (escape) {
-        CopyEscaped(text, stored);
-    } else {
-        CopyUnits(text, stored);
-    }
-    return {stored, size};
-}
 
 VXmlTag::VXmlTag(std::u16string_view name) {
     auto tree = std::make_unique<Tree>(this);
@@ -280,47 +147,5 @@ TextBuffer VXmlTagRoot::Print() const {
 }
 
 std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + VXmlTag::PrintedSize(); }
-
-VXmlPrinter::VXmlPrinter(const VXmlTagRoot& root, VXmlTag& growing)
-    : growing_(growing),
-      mark_(std::make_unique<VXmlTag::Mark>(root.OwnTree())),
-      skeleton_(root.Print()),
-      offset_(kDeclaration.size()) {
-    root.AddOffsetOf(growing, offset_);
-    text_.Append(skeleton_.View().substr(0, offset_));
-}
-
-VXmlPrinter::~VXmlPrinter() = default;
-
-void VXmlPrinter::PrintChildren() {
-    if (growing_.lastChild_ == nullptr) return;
-    if (!hasChildren_) text_.Append(growing_.shape_->start);
-    hasChildren_ = true;
-    VXmlTag::Tree& tree = growing_.OwnTree();
-    growing_.PrintChildrenTo(text_.Extend(tree.printedSize - mark_->printedSize - growing_.ContentCost()));
-    growing_.lastChild_ = nullptr;
-    tree.printedSize = mark_->printedSize;
-    tree.units.GoBack(mark_->units);
-    tree.nodes.GoBack(mark_->nodes);
-}
-
-std::size_t VXmlPrinter::PrintedSize() const {
-    const std::size_t pending = growing_.OwnTree().printedSize - mark_->printedSize;
-    if (!hasChildren_) return skeleton_.Size() + pending;
-    const std::size_t empty = growing_.shape_->start.size() - 1 + kEmptyEnd.size();
-    const std::size_t content = pending == 0 ? 0 : pending - growing_.ContentCost();
-    return text_.Size() + content + growing_.shape_->name->close.size() + skeleton_.Size() - offset_ - empty;
-}
-
-TextBuffer VXmlPrinter::Finish() {
-    PrintChildren();
-    std::u16string_view rest = skeleton_.View().substr(offset_);
-    if (hasChildren_) {
-        rest.remove_prefix(growing_.OwnSize());
-        text_.Append(growing_.shape_->name->close);
-    }
-    text_.Append(rest);
-    return std::move(text_);
-}
 
 }  // namespace VSimpleXMLCreation

@@ -20,6 +20,9 @@ class VTableRow {
 
     [[nodiscard]] std::size_t size() const { return size_; }
 
+    // The length of all cells together.
+    [[nodiscard]] std::size_t TextSize() const { return size_ == 0 ? 0 : ends_[size_ - 1]; }
+
     // The cell of the 0-based column, which has to be below size().
     std::u16string_view operator[](std::size_t column) const {
         const std::uint32_t begin = column == 0 ? 0 : ends_[column - 1];

@@ -1,7 +1,5 @@
 #include "sources/vector_heap.h"
 
-#include <limits>
-
 #include "platform/files.h"
 #include "platform/format.h"
 #include "sources/parser_exception.h"
@@ -13,7 +11,6 @@ using NPlatform::Format;
 namespace {
 
 constexpr std::size_t kMostRows = 20'500'000;
-constexpr std::size_t kMostColumns = 1'000'000;
 
 // The count as messages print it.
 std::int32_t Number(std::size_t count) { return static_cast<std::int32_t>(count); }
@@ -46,25 +43,16 @@ V2DVectorHeap::V2DVectorHeap(std::u16string_view fileName, VLogObject* log)
 
 V2DVectorHeap::~V2DVectorHeap() = default;
 
-void V2DVectorHeap::AddCell(const char16_t* text) {
-    if (*text != 0) {
-        const std::u16string_view cell = text;
-        units_.Truncate(EndedSize());
-        units_.Append(cell.data(), cell.size());
-    }
-    EndCell();
+void V2DVectorHeap::ReplacePendingCell(std::u16string_view text) {
+    units_.Truncate(EndedSize());
+    units_.Append(text.data(), text.size());
 }
 
-void V2DVectorHeap::EndCell() {
-    const std::size_t end = units_.RunSize();
-    if (end > std::numeric_limits<std::uint32_t>::max()) {
-        throw VParserException(Format(128, u"Row [%d] is too long.", {Number(rows_.size())}));
-    }
-    if (ends_.RunSize() == kMostColumns) {
-        throw VParserException(Format(128, u"Row [%d] has too many columns, at most %d are possible.",
-                                      {Number(rows_.size()), Number(kMostColumns)}));
-    }
-    ends_.Push(static_cast<std::uint32_t>(end));
+void V2DVectorHeap::RefuseCell() const {
+    const std::int32_t row = Number(rows_.size());
+    if (units_.RunSize() > kMostUnits) throw VParserException(Format(128, u"Row [%d] is too long.", {row}));
+    throw VParserException(
+        Format(128, u"Row [%d] has too many columns, at most %d are possible.", {row, Number(kMostColumns)}));
 }
 
 void V2DVectorHeap::EndRow(bool closeCell) {

@@ -1,6 +1,7 @@
 // The cell table that all sources share.
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,7 +42,10 @@ class V2DVectorHeap : public VHeapInterface {
     ~V2DVectorHeap() override;
 
     void AppendChar(const char16_t& character) final { units_.Push(character); }
-    void AddCell(const char16_t* text) final;
+    void AddCell(const char16_t* text) final {
+        if (*text != 0) ReplacePendingCell(text);
+        EndCell();
+    }
     void EndRow(bool closeCell) final;
     void CheckConsistency() final;
     // Checks that the input can be opened and puts its full path in the place of its name.
@@ -68,7 +72,15 @@ class V2DVectorHeap : public VHeapInterface {
     [[nodiscard]] std::size_t EndedSize() const {
         return ends_.RunSize() == 0 ? 0 : ends_.Run()[ends_.RunSize() - 1];
     }
-    void EndCell();
+    void EndCell() {
+        if (units_.RunSize() > kMostUnits || ends_.RunSize() == kMostColumns) RefuseCell();
+        ends_.Push(static_cast<std::uint32_t>(units_.RunSize()));
+    }
+    void ReplacePendingCell(std::u16string_view text);
+    [[noreturn]] void RefuseCell() const;
+
+    static constexpr std::size_t kMostUnits = std::numeric_limits<std::uint32_t>::max();  // of a row
+    static constexpr std::size_t kMostColumns = 1'000'000;
 
     VLogObject* log_;
     std::u16string fileName_;

@@ -7,6 +7,7 @@
 #include "document/dtc_convert.h"
 #include "document/import_document.h"
 #include "document/xml_exception.h"
+#include "document/xml_printer.h"
 #include "document/xml_tag.h"
 #include "tests/host.h"
 #include "tests/rooms.h"
