@@ -5,7 +5,7 @@
 // stands for one; anywhere else a quote is text. Nothing is trimmed. There are no other special characters.
 //
 // Each state consumes one character and returns the next state. States are small and short-lived, so their
-// storage is recycled.
+// storage is recycled, for one thread at a time like all of the library.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +24,8 @@ class VParserStateInterface {
     // the state it called. Throws VParserException when the character cannot stand here.
     virtual VParserStateInterface* HandleChar(const char16_t* character) = 0;
 
-    // Consumes, of the characters from `first` up to `last`, all those at the front that would only be added
-    // to the cell and leave the state as it is, and returns the first that it leaves.
+    // Consumes characters at the front of those from `first` up to `last`, as HandleChar would one by one, as
+    // long as the state is afterwards what it was. Returns the first that it leaves.
     virtual const char16_t* HandleRun(const char16_t* first, const char16_t* /*last*/) { return first; }
 
     static void* operator new(std::size_t size);
