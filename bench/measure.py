@@ -113,7 +113,8 @@ class Measurement:
         self.input_size, self.output_size = TABLE.stat().st_size, WANTED.stat().st_size
         self.runs = {name: [] for name in commands}
         for turn in range(rounds):
-            for name, arguments in commands.items():
+            # What ran before matters, by the memory and the disk it leaves behind: every other round runs backwards.
+            for name, arguments in list(commands.items())[:: 1 if turn % 2 == 0 else -1]:
                 if name != TREE or turn % TREE_TURNS == 0:
                     self.runs[name].append(run(arguments))
 
@@ -146,7 +147,8 @@ def goals(measurements):
     for name, wanted in ((PUGIXML, 2), (TREE, 20), (FORMAT, 3.5)):
         ratio = largest.ratio(name)
         yield f"at least {wanted} times as fast as {name}", f"{ratio:.2f} times", ratio >= wanted
-    floors = 1 / largest.ratio(FLOOR)
+    # At best, and on the table where it looks worse: what disturbs the floor must not flatter the command.
+    floors = max(each.seconds(COMMAND, min) / each.seconds(FLOOR, min) for each in measurements[-2:])
     yield "at most 2.3 times the floor", f"{floors:.2f} times", floors <= 2.3
     own, other = largest.megabytes(COMMAND), largest.megabytes(PUGIXML)
     yield f"less memory than {PUGIXML}", f"{own:.0f} MB against {other:.0f} MB", own < other
