@@ -1,0 +1,57 @@
+// The part of automation that is the same on every system.
+#include "platform/automation.h"
+
+#include "platform/code_page.h"
+
+namespace NPlatform {
+
+// For what(), which hosts read as bytes.
+static std::string Utf8(std::u16string_view text) {
+    std::string bytes(3 * text.size(), '\0');
+    bytes.resize(Utf16ToCodePage(kUtf8CodePage, text.data(), text.size(), bytes.data(), bytes.size()));
+    return bytes;
+}
+
+OleException::OleException(std::int32_t status, std::u16string message)
+    : status_(status), message_(std::move(message)), what_(Utf8(message_)) {}
+
+DispatchException::DispatchException(std::uint16_t code, std::u16string description, std::u16string source,
+                                     std::u16string helpFile)
+    : code_(code),
+      description_(std::move(description)),
+      source_(std::move(source)),
+      helpFile_(std::move(helpFile)),
+      what_(Utf8(description_)) {}
+
+Variant Dispatch::Call(DispatchId method, std::initializer_list<Variant> arguments) const {
+    return Invoke(method, InvokeKind::Method, {arguments.begin(), arguments.size()});
+}
+
+Variant Dispatch::Get(DispatchId property, std::initializer_list<Variant> arguments) const {
+    return Invoke(property, InvokeKind::PropertyGet, {arguments.begin(), arguments.size()});
+}
+
+void Dispatch::Put(DispatchId property, const Variant& value) const {
+    Invoke(property, InvokeKind::PropertyPut, {&value, 1});
+}
+
+VariantType Variant::Type() const {
+    constexpr VariantType kTypes[] = {VariantType::Empty,  VariantType::Error,    VariantType::Bool,
+                                      VariantType::Int16,  VariantType::Int32,    VariantType::Double,
+                                      VariantType::String, VariantType::Dispatch, VariantType::Array};
+    static_assert(std::size(kTypes) == std::variant_size_v<Value>);
+    return kTypes[value_.index()];
+}
+
+bool Variant::IsMissing() const {
+    const auto* const error = std::get_if<ErrorCode>(&value_);
+    return error != nullptr && error->code == kParameterNotFound;
+}
+
+std::int32_t Variant::AsInteger() const {
+    return Type() == VariantType::Int16 ? As<std::int16_t>() : As<std::int32_t>();
+}
+
+void Variant::ThrowTypeMismatch() { throw OleException(kTypeMismatch, u"Type mismatch."); }
+
+}  // namespace NPlatform

@@ -1,0 +1,56 @@
+// A workbook in memory.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbook/cells.h"
+#include "workbook/error.h"
+#include "workbook/text_store.h"
+
+namespace NWorkbook {
+
+class Worksheet {
+  public:
+    using Read = std::function<void(CellTable& cells)>;
+
+    // `read` fills in the cells when they are first asked for; without it there are none.
+    explicit Worksheet(std::u16string name, Read read = {})
+        : name_(std::move(name)), read_(std::move(read)) {}
+
+    [[nodiscard]] const std::u16string& Name() const { return name_; }
+    void Rename(std::u16string name) { name_ = std::move(name); }
+
+    // Throws WorkbookError when they cannot be read, and then again each time.
+    CellTable& Cells();
+
+  private:
+    std::u16string name_;
+    Read read_;
+    CellTable cells_;
+};
+
+struct Workbook {
+    // Of the cells of all worksheets; who keeps views of them keeps the store.
+    std::shared_ptr<TextStore> texts = std::make_shared<TextStore>();
+    // In workbook order, hidden ones too; there is at least one.
+    std::vector<std::shared_ptr<Worksheet>> worksheets;
+    // The file that it was opened from or saved to last, as a full path; empty for a new one.
+    std::u16string path;
+    // What the file holds beside worksheets of plain cells and would lose if it were saved from here, as
+    // words for the user ("formulas", "charts"); empty if nothing. Not set for a new workbook. Throws
+    // WorkbookError.
+    std::function<std::u16string()> findWhatIsNotKept;
+};
+
+// Opens a file for reading, decided by its content. Throws WorkbookError.
+std::unique_ptr<Workbook> OpenWorkbook(std::u16string_view path);
+
+// Writes the workbook as .xlsx and remembers the path. What the file held before stays when this fails, or
+// when findWhatIsNotKept finds something. Throws WorkbookError.
+void SaveWorkbook(Workbook& workbook, std::u16string_view path);
+
+}  // namespace NWorkbook
