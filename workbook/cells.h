@@ -59,7 +59,7 @@ class CellTable {
 
     NPlatform::Array<Cell> cells_;
     std::size_t size_ = 0;
-    bool isSorted_ = true;
+    std::size_t sorted_ = 0;  // as many at the front are in order
 };
 
 }  // namespace NWorkbook

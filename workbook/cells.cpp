@@ -1,0 +1,56 @@
+#include "workbook/cells.h"
+
+#include <algorithm>
+
+#include "platform/format.h"
+#include "workbook/error.h"
+
+namespace NWorkbook {
+
+static bool IsBefore(const Cell& one, const Cell& other) {
+    return one.row != other.row ? one.row < other.row : one.column < other.column;
+}
+
+void CellTable::Add(const Cell& cell) {
+    const bool isLast = sorted_ == size_ && (size_ == 0 || IsBefore(cells_.Data()[size_ - 1], cell));
+    if (isLast && cell.type == CellType::Nothing) return;
+    if (size_ == kMostCells) {
+        throw WorkbookError(
+            NPlatform::Format(200, u"A worksheet has more than %d cells.", {std::int32_t{kMostCells}}));
+    }
+    if (size_ == cells_.Size()) cells_.Grow(std::max<std::size_t>(256, 2 * size_));
+    cells_.Data()[size_++] = cell;
+    if (isLast) sorted_ = size_;
+}
+
+const Cell* CellTable::Begin() {
+    Sort();
+    return cells_.Data();
+}
+
+const Cell* CellTable::End() {
+    Sort();
+    return cells_.Data() + size_;
+}
+
+const Cell* CellTable::From(std::uint32_t row, std::uint16_t column) {
+    const Cell place{row, column, CellType::Nothing, {}};
+    return std::lower_bound(Begin(), End(), place, IsBefore);
+}
+
+void CellTable::Sort() {
+    if (sorted_ == size_) return;
+    Cell* const begin = cells_.Data();
+    Cell* const end = begin + size_;
+    // Most often a few cells were added to many sorted ones.
+    std::stable_sort(begin + sorted_, end, IsBefore);
+    std::inplace_merge(begin, begin + sorted_, end, IsBefore);
+    Cell* out = begin;
+    for (const Cell* cell = begin; cell != end; ++cell) {
+        const bool isLastOfPlace = cell + 1 == end || IsBefore(*cell, cell[1]);
+        if (isLastOfPlace && cell->type != CellType::Nothing) *out++ = *cell;
+    }
+    size_ = sorted_ = static_cast<std::size_t>(out - begin);
+}
+
+}  // namespace NWorkbook
