@@ -170,7 +170,7 @@ Options CheckConversion(const Arguments& arguments) {
 // CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
 // comes first, as CLI11 wants it.
 std::vector<std::string> SeparateEmptyValues(int count, const char* const* values) {
-    std::vector<std::string> reversed;
+    std::vector<std::string> arguments;
     bool areOptions = true;
     for (int index = 1; index < count; ++index) {
         std::string argument = values[index];
@@ -178,10 +178,11 @@ std::vector<std::string> SeparateEmptyValues(int count, const char* const* value
         const bool isEmptyValue =
             areOptions && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
         if (isEmptyValue) argument.pop_back();
-        reversed.insert(reversed.begin(), argument);
-        if (isEmptyValue) reversed.insert(reversed.begin(), "");
+        arguments.push_back(argument);
+        if (isEmptyValue) arguments.emplace_back();
     }
-    return reversed;
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
 }
 
 }  // namespace
