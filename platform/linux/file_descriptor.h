@@ -26,7 +26,7 @@ class FileDescriptor {
 };
 
 // Opens a regular file for reading. Anything else (a folder, a pipe, a device) counts as a file that cannot
-// be opened: its text may have no end.
-FileDescriptor OpenRegularFile(const std::string& path);
+// be opened: its text may have no end. Fills in the file's size.
+FileDescriptor OpenRegularFile(const std::string& path, off_t& size);
 
 }  // namespace NPlatform

@@ -15,11 +15,12 @@
 
 namespace NPlatform {
 
-FileDescriptor OpenRegularFile(const std::string& path) {
+FileDescriptor OpenRegularFile(const std::string& path, off_t& size) {
     // Without O_NONBLOCK the opening of a pipe would wait for somebody who writes into it.
     FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
     if (file.IsOpen() && (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))) file.Close();
+    size = status.st_size;
     return file;
 }
 
@@ -27,7 +28,8 @@ static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
     const std::string bytes = PathToBytes(path);
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
-    if (error || !OpenRegularFile(bytes).IsOpen()) return false;
+    off_t size = 0;
+    if (error || !OpenRegularFile(bytes, size).IsOpen()) return false;
     fullPath = PathFromBytes(absolute.native());
     return true;
 }

@@ -1,6 +1,5 @@
 // Whole text files, 8-bit and UTF-8.
-#include <fcntl.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -122,12 +121,12 @@ bool ReadPieces(const FileDescriptor& file, std::size_t size, Decoder decode, Te
     return true;
 }
 
-struct Format {
+struct TextFormat {
     Decoder decode;
     off_t begin;  // where the text begins, behind the byte-order mark
 };
 
-Format DetectFormat(const FileDescriptor& file, TextEncoding encoding) {
+TextFormat DetectFormat(const FileDescriptor& file, TextEncoding encoding) {
     if (encoding == TextEncoding::EightBit) return {DecodeBytes<TextEncoding::EightBit>, 0};
     char mark[3] = {};
     const ssize_t size = pread(file.Get(), mark, sizeof mark, 0);
@@ -138,13 +137,13 @@ Format DetectFormat(const FileDescriptor& file, TextEncoding encoding) {
 
 TextFileResult ReadFile(std::u16string_view path, TextEncoding encoding, TextBuffer& text) {
     text.Truncate(0);
-    const FileDescriptor file = OpenRegularFile(PathToBytes(path));
-    struct stat status {};
-    if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return TextFileResult::NotOpened;
-    if (status.st_size > static_cast<off_t>(kLargestTextFile)) return TextFileResult::TooLarge;
-    const Format format = DetectFormat(file, encoding);
-    text.Reserve(static_cast<std::size_t>(status.st_size) + 1);
-    const auto size = static_cast<std::size_t>(status.st_size - format.begin);
+    off_t fileSize = 0;
+    const FileDescriptor file = OpenRegularFile(PathToBytes(path), fileSize);
+    if (!file.IsOpen()) return TextFileResult::NotOpened;
+    if (fileSize > static_cast<off_t>(kLargestTextFile)) return TextFileResult::TooLarge;
+    const TextFormat format = DetectFormat(file, encoding);
+    text.Reserve(static_cast<std::size_t>(fileSize) + 1);
+    const auto size = static_cast<std::size_t>(fileSize - format.begin);
     if (lseek(file.Get(), format.begin, SEEK_SET) < 0 || !ReadPieces(file, size, format.decode, text)) {
         return TextFileResult::Failed;
     }
