@@ -28,8 +28,6 @@ std::size_t Fail(ConversionStatus reason) {
 
 }  // namespace
 
-IBuffers* SharedBuffers() { return sharedBuffers; }
-
 IBuffers* ReplaceSharedBuffers(IBuffers* buffers) { return std::exchange(sharedBuffers, buffers); }
 
 ConversionStatus LastConversionStatus() { return status; }
@@ -63,7 +61,7 @@ std::size_t WideToUtf8(const char16_t* pWideString, const char16_t* pWideStringE
 
 bool ReserveUtf8(std::size_t nWords) {
     return nWords <= NPlatform::kMostUnitsToUtf8 &&
-           SharedBuffers()->GetCharBuffer(kMostBytesOfUnit * nWords) != nullptr;
+           sharedBuffers->GetCharBuffer(kMostBytesOfUnit * nWords) != nullptr;
 }
 
 std::size_t CopyNarrow(const char* text, const char* textEnd, const char*& start, const char*& end) {

@@ -18,9 +18,8 @@ enum class ConversionStatus : std::uint32_t {
     Failed = 0x20000014,    // nothing came out, an empty input included
 };
 
-// The buffers that all conversions use. They are made when the library is loaded; a test may put its own in
-// their place and has to put the old ones back.
-IBuffers* SharedBuffers();
+// Puts `buffers` in the place of those that all conversions use, which are made when the library is loaded.
+// Returns the former ones: a test that puts its own there has to put them back.
 IBuffers* ReplaceSharedBuffers(IBuffers* buffers);
 
 ConversionStatus LastConversionStatus();
