@@ -8,7 +8,8 @@ VXmlPrinter::VXmlPrinter(const VXmlTagRoot& root, VXmlTag& growing)
     : growing_(growing),
       mark_(std::make_unique<VXmlTag::Mark>(root.OwnTree())),
       skeleton_(root.Print()),
-      offset_(kDeclaration.size()) {
+      offset_(kDeclaration.size()),
+      emptySize_(growing.OwnSize()) {
     root.AddOffsetOf(growing, offset_);
     text_.Append(skeleton_.View().substr(0, offset_));
 }
@@ -30,16 +31,16 @@ void VXmlPrinter::PrintChildren() {
 std::size_t VXmlPrinter::PrintedSize() const {
     const std::size_t pending = growing_.OwnTree().printedSize - mark_->printedSize;
     if (!hasChildren_) return skeleton_.Size() + pending;
-    const std::size_t empty = growing_.shape_->start.size() - 1 + kEmptyEnd.size();
     const std::size_t content = pending == 0 ? 0 : pending - growing_.ContentCost();
-    return text_.Size() + content + growing_.shape_->name->close.size() + skeleton_.Size() - offset_ - empty;
+    const std::size_t rest = skeleton_.Size() - offset_ - emptySize_;
+    return text_.Size() + content + growing_.shape_->name->close.size() + rest;
 }
 
 NPlatform::TextBuffer VXmlPrinter::Finish() {
     PrintChildren();
     std::u16string_view rest = skeleton_.View().substr(offset_);
     if (hasChildren_) {
-        rest.remove_prefix(growing_.OwnSize());
+        rest.remove_prefix(emptySize_);
         text_.Append(growing_.shape_->name->close);
     }
     text_.Append(rest);

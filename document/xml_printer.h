@@ -35,6 +35,7 @@ class VXmlPrinter {
     std::unique_ptr<VXmlTag::Mark> mark_;  // the tree without the children
     NPlatform::TextBuffer skeleton_;       // printed without the children
     std::size_t offset_;                   // of the growing element in it
+    std::size_t emptySize_;                // of that element there, without children
     NPlatform::TextBuffer text_;
     bool hasChildren_ = false;
 };
