@@ -9,8 +9,8 @@
 
 namespace NPlatform {
 
-// Builds one run of elements at a time. A closed run lies in one piece and stays where it is as long as the
-// store lives; nothing is released before that. T is a plain type.
+// Builds one run of elements at a time. A closed run lies in one piece and stays where it is until the store
+// goes back to before it, or is destroyed. T is a plain type.
 template <typename T>
 class RunStore {
   public:
