@@ -94,6 +94,7 @@ const char16_t* VParserQuoted::HandleRun(const char16_t* first, const char16_t* 
     return end;
 }
 
+// Not with EndsCell: should the separator be a line feed, here the row ends, elsewhere the cell does.
 VParserStateInterface* VParserQuotedPending::HandleChar(const char16_t* character) {
     if (*character == kQuote) {
         heap_->AppendChar(kQuote);
