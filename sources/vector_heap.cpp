@@ -20,8 +20,7 @@ std::int32_t Number(std::size_t count) { return static_cast<std::int32_t>(count)
     throw VParserException(
         Format(1024,
                u"The Header (first row in excel sheet) does not define enough columns. It should define at "
-               u"least two "
-               u"columns containing DTC and Description. (Data-Area in Excel is assumed as '%s')",
+               u"least two columns containing DTC and Description. (Data-Area in Excel is assumed as '%s')",
                {area}));
 }
 
