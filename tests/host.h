@@ -1,6 +1,7 @@
 // What a host has: files, and an ear at the logging library.
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -55,6 +56,19 @@ class TempFolder {
 
   private:
     std::filesystem::path path_;
+};
+
+// While it lives, this is the system's registry.
+class Registry {
+  public:
+    explicit Registry(std::string_view bytes) {
+        setenv("XLS2TKI_REGISTRY", Utf8(folder_.Put("registry", bytes)).c_str(), 1);
+    }
+    Registry(const Registry&) = delete;
+    ~Registry() { unsetenv("XLS2TKI_REGISTRY"); }
+
+  private:
+    TempFolder folder_;
 };
 
 // Collects what reaches the logging library while the object lives; one at a time.
