@@ -16,6 +16,9 @@ namespace NPlatform {
 // links as they are. False: it cannot be opened, or it is no regular file; `fullPath` is then unchanged.
 extern Replaceable<bool(std::u16string_view path, std::u16string& fullPath)> FindReadableFile;
 
+// Deletes the file of this name, unless it is a directory. What cannot be deleted stays as it is.
+extern Replaceable<void(std::u16string_view path)> RemoveFile;
+
 enum class TextEncoding {
     EightBit,  // each byte is the character of the same value
     Utf8,  // a byte-order mark at the start is left out; a malformed sequence becomes one U+FFFD, divided as

@@ -16,17 +16,31 @@ void AppendLimited(std::u16string& result, std::u16string_view text, std::size_t
     std::replace(result.begin() + static_cast<std::ptrdiff_t>(size), result.end(), u'\0', u'\uFFFD');
 }
 
+std::u16string Digits(std::int32_t number) {
+    char digits[12];
+    char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    const std::u16string text(digits, end);
+    return text;
+}
+
+std::u16string HexDigits(std::uint32_t code) {
+    std::u16string digits;
+    for (int shift = 28; shift >= 0; shift -= 4) digits.push_back(u"0123456789abcdef"[code >> shift & 0xF]);
+    return digits;
+}
+
 }  // namespace
 
 void FormatArgument::AppendTo(std::u16string& result, std::size_t limit) const {
-    if (kind_ == Kind::Text) {
-        AppendLimited(result, text_, limit);
-    } else if (kind_ == Kind::Character) {
-        AppendLimited(result, std::u16string_view(&character_, 1), limit);
-    } else {
-        char digits[12];
-        char* const end = std::to_chars(digits, digits + sizeof digits, number_).ptr;
-        AppendLimited(result, std::u16string(digits, end), limit);
+    switch (kind_) {
+        case Kind::Number:
+            return AppendLimited(result, Digits(number_), limit);
+        case Kind::Code:
+            return AppendLimited(result, HexDigits(code_), limit);
+        case Kind::Character:
+            return AppendLimited(result, std::u16string_view(&character_, 1), limit);
+        case Kind::Text:
+            return AppendLimited(result, text_, limit);
     }
 }
 
@@ -42,7 +56,7 @@ std::u16string Format(std::size_t capacity, std::u16string_view pattern,
         AppendLimited(result, pattern.substr(position, percent - position), limit);
         if (percent == std::u16string_view::npos) break;
         if (argument != arguments.end()) argument++->AppendTo(result, limit);
-        position = percent + 2;
+        position = std::min(pattern.find_first_of(u"dxsc", percent), pattern.size() - 1) + 1;
     }
     result.resize(Cut(result, capacity - 1).size());
     return result;

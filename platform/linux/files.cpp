@@ -36,6 +36,14 @@ static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
 
 constinit Replaceable<bool(std::u16string_view, std::u16string&)> FindReadableFile{FindFile};
 
+static void Unlink(std::u16string_view path) {
+    const std::string bytes = PathToBytes(path);
+    struct stat status {};
+    if (stat(bytes.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) unlink(bytes.c_str());
+}
+
+constinit Replaceable<void(std::u16string_view)> RemoveFile{Unlink};
+
 // O_TRUNC would make some file systems write out a whole new file when it is closed, as if it replaced an
 // older one.
 static FileDescriptor OpenEmpty(const std::string& path) {
