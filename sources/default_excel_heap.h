@@ -34,6 +34,8 @@ class VDefaultExcelHeap : public V2DVectorHeap {
 
   private:
     void ReadFirstWorksheet(const NPlatform::Dispatch& application);
+    // Reads the cells from A1 to `end`, none for the empty text; returns the range that they are.
+    NPlatform::Dispatch ReadArea(const NPlatform::Dispatch& worksheet, std::u16string_view end);
 };
 
 }  // namespace VCSVReader

@@ -9,6 +9,8 @@
 
 namespace VCSVReader {
 
+class CellBlock;
+
 enum class ExcelGeneration { Excel2000, Excel2007, Excel2010 };
 
 // One design for all generations; they differ in messages, in the forms of a few calls and in the switches
@@ -54,11 +56,15 @@ class VExcelHeap final : public IExcelHeap {
     // False: Excel cannot be started, which is logged.
     bool StartExcel();
     void QuietExcel();
-    void OpenFile(const NPlatform::Dispatch& workbooks, bool readOnly, const std::u16string& password);
+    void OpenFile(const NPlatform::Dispatch& workbooks, bool readOnly, std::u16string_view password);
     void CreateFile(const NPlatform::Dispatch& workbooks);
-    void DropWorkbook(const NPlatform::Dispatch& workbooks);
-    void LogUserName();
+    void DropWorkbook(const NPlatform::Dispatch& workbooks, std::u16string_view reason);
     void CloseExcel() noexcept;
+    void AddBlock(const CellBlock& block);
+    // For the generation that tells every step.
+    void LogStep(std::u16string_view message);
+    // Throws VParserException where there is none.
+    [[nodiscard]] const NPlatform::Dispatch& Workbook() const;
 
     std::int32_t scanRows_ = 0;
     std::int32_t scanColumns_ = 0;
