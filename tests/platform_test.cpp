@@ -247,6 +247,8 @@ TEST(Platform, ReadsTheRegistryFromAFile) {
         {head + "@=\"d\"\n\"Other\"=\"o\"\n; \"Value\"=\"c\"", "failed"},
         {head + "\"Value\"=\"a\"\n\"Value\"=\"b\"", "1: 62 00 00 00"},
         {head + "\"Value\"=\"a\"\n\"Value\"=-", "failed"},
+        {head + "\"Value\"=\"a\"\n" + head.substr(9) + "\"Other\"=\"b\"", "1: 61 00 00 00"},
+        {head + "[-HKEY_LOCAL_MACHINE\\Soft\\Key]\n\"Value\"=\"b\"", "key failed"},
         {head + "\"Value\"=\"a\"\n[-hkey_local_machine\\soft]\n\"Value\"=\"b\"", "key failed"},
         {head + "\"Value\"=\"a\"\n[HKEY_LOCAL_MACHINE\\Soft]\n\"Value\"=\"b\"", "1: 61 00 00 00"},
         {"REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Key\\Sub]\n\"Value\"=\"a\"", "failed"},
@@ -257,7 +259,7 @@ TEST(Platform, ReadsTheRegistryFromAFile) {
         {"\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n\r\n" + head.substr(9) + "\"Value\"=\"a\"\r\n",
          "1: 61 00 00 00"},
         {"", "key failed"},
-        {head.substr(9) + R"("Value"="a")", "key failed"},
+        {"REGEDIT5\n" + head.substr(9) + R"("Value"="a")", "key failed"},
         {head + std::string(20'000'000, ';') + "\n\"Value\"=\"a\"", "key failed"},
     };
     for (const auto& [file, expected] : rows) EXPECT_EQ(ReadRegistry(file), expected) << file.substr(0, 200);
