@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "api/excel_detection.h"
 #include "api/xls2tki.h"
 #include "document/import_document.h"
 #include "document/xml_exception.h"
@@ -10,6 +11,7 @@
 #include "platform/format.h"
 #include "platform/user.h"
 #include "sources/csv_heap.h"
+#include "sources/default_excel_heap.h"
 #include "sources/parser_exception.h"
 #include "xml/text_conv.h"
 #include "xml/utf8_serializer.h"
@@ -18,6 +20,7 @@ namespace NXls2Tki {
 
 using NPlatform::Format;
 using NPlatform::TextBuffer;
+using VCSVReader::IExcelHeap;
 using VCSVReader::VHeapInterface;
 using VCSVReader::VLogObject;
 
@@ -31,28 +34,45 @@ void LogUser(VLogObject& log) {
     log.LogMessage(Format(1024, u"Current user is: '%s' (result of WIN-API GetUserName())", {name}));
 }
 
-// Null and a reason when nothing reads this kind of input.
+std::unique_ptr<VHeapInterface> MakeExcelSource(std::u16string_view path, VLogObject& log,
+                                                std::u16string& messageText) {
+    std::u16string displayString;
+    const VExcelVersion version = DetectExcelVersion(displayString);
+    ReportExcelVersion(version, displayString, messageText);
+    if (version == ExcelVersion2003) return std::make_unique<VCSVReader::VDefaultExcelHeap>(path, &log);
+    return MakeExcelHeap(version, path, log);
+}
+
+// Null, and the reason in `messageText`, where nothing reads this kind of input.
 std::unique_ptr<VHeapInterface> MakeSource(const ConversionRequest& request, VLogObject& log,
-                                           std::u16string& reason) {
+                                           std::u16string& messageText) {
     switch (request.importType) {
         case ImportTypeCSV:
             return std::make_unique<VCSVReader::VDefaultCSVHeap>(request.inputPath, &log, request.separator,
                                                                  request.utf8);
         case ImportTypeExcel:
-            reason = u"This version cannot read Excel workbooks yet. Save the table as a CSV file.";
-            return nullptr;
+            return MakeExcelSource(request.inputPath, log, messageText);
         case ImportTypeODBC:
-            reason = u"This version cannot read through ODBC yet. Save the table as a CSV file.";
+            messageText = u"This version cannot read through ODBC yet. Save the table as a CSV file.";
             return nullptr;
         default:
-            reason = u"Import type not supported";
+            messageText = u"Import type not supported";
             return nullptr;
     }
 }
 
+void ReadTable(VHeapInterface& source, std::u16string_view worksheetName) {
+    if (auto* const workbook = dynamic_cast<IExcelHeap*>(&source)) {
+        workbook->SetScanColumns(10);
+        workbook->SetScanRows(0);
+        if (!worksheetName.empty()) return workbook->ReadWorksheet(std::u16string(worksheetName));
+    }
+    source.ReadData();
+}
+
 TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& request, VLogObject& log) {
     source.OpenSource();
-    source.ReadData();
+    ReadTable(source, request.worksheetName);
     source.CheckConsistency();
     TextBuffer document;
     VSimpleXMLCreation::BuildImportDocument(*source.GetIterator(), document, log, request.diagnosticInstance,
@@ -68,32 +88,51 @@ void ReserveMemoryToWrite(const TextBuffer& document) {
         u"There is not enough memory to write the import document.");
 }
 
-std::u16string Run(const ConversionRequest& request, VHeapInterface& source, VLogObject& log) {
-    const TextBuffer document = BuildDocument(source, request, log);
+bool Run(const ConversionRequest& request, VLogObject& log, std::u16string& messageText) {
+    const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, messageText);
+    if (source == nullptr) return false;
+    const TextBuffer document = BuildDocument(*source, request, log);
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
     NPlatform::TextOutputStream stream(request.outputPath);
     NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
     serializer.Write(document.View());
     log.LogMessage(u"Writing to file completed.");
-    return log.LastLine();
+    messageText = log.LastLine();
+    return true;
 }
 
 }  // namespace
 
-ConversionOutcome Convert(const ConversionRequest& request) {
+bool Convert(const ConversionRequest& request, std::u16string& messageText) {
     VLogObject log(request.forwardMessages);
+    messageText.clear();
     LogUser(log);
-    std::u16string reason;
-    const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, reason);
-    if (source == nullptr) return {false, reason};
     try {
-        return {true, Run(request, *source, log)};
+        return Run(request, log, messageText);
     } catch (const VCSVReader::VParserException& exception) {
-        return {false, exception.GetMessage()};
+        messageText = exception.GetMessage();
     } catch (const VSimpleXMLCreation::VSimpleXMLException& exception) {
-        return {false, exception.GetMessage()};
+        messageText = exception.GetMessage();
     }
+    return false;
+}
+
+bool ListWorksheets(std::u16string_view path, std::vector<std::u16string>& names,
+                    std::u16string& messageText) {
+    VLogObject log(false);
+    std::u16string displayString;
+    const VExcelVersion version = DetectExcelVersion(displayString);
+    if (version == ExcelVersion2003) {
+        messageText = u"On using Excel 2003, it is not possible to detect contained Worksheets!";
+        return false;
+    }
+    ReportExcelVersion(version, displayString, messageText);
+    const std::unique_ptr<IExcelHeap> workbook = MakeExcelHeap(version, path, log);
+    if (workbook == nullptr) return false;
+    workbook->OpenWorkbook(false, false, u"");
+    workbook->GetWorksheetNames(names);
+    return true;
 }
 
 }  // namespace NXls2Tki

@@ -1,9 +1,11 @@
-// The conversion driver: one call reads a table, builds its document and writes it.
+// The two operations: the conversion, in which one call reads a table, builds its document and writes it, and
+// the list of a workbook's worksheets.
 #pragma once
 
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace NXls2Tki {
 
@@ -23,13 +25,20 @@ struct ConversionRequest {
     bool utf8;
 };
 
-struct ConversionOutcome {
-    bool done;
-    std::u16string message;  // the last progress line with its stamp, or the reason of the failure
-};
+// Empties `messageText` and puts the last progress line with its stamp there, or the reason when it returns
+// false. Where Excel's version is not known, a warning stands there in between, and remains when an exception
+// passes out. The output file is opened only when the document is complete and the memory to write it is
+// there. Whether it can be written is not checked.
+//
+// Throws what reading throws: NPlatform::DispatchException and NPlatform::OleException where Excel fails.
+bool Convert(const ConversionRequest& request, std::u16string& messageText);
 
-// The output file is opened only when the document is complete and the memory to write it is there. Whether
-// it can be written is not checked.
-ConversionOutcome Convert(const ConversionRequest& request);
+// Appends the names of the workbook's worksheets; none where Excel could not open it. When it returns false,
+// there are none, and `messageText` has the reason. When it returns true, `messageText` is as it was, or has
+// the warning where Excel's version is not known.
+//
+// Throws as Convert does, and VCSVReader::VParserException.
+bool ListWorksheets(std::u16string_view path, std::vector<std::u16string>& names,
+                    std::u16string& messageText);
 
 }  // namespace NXls2Tki

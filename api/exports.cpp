@@ -8,7 +8,8 @@ namespace NXls2Tki {
 
 namespace {
 
-WideString messageText;
+std::u16string messageText;
+WideString shownMessageText;  // as the host reads it
 bool oleInitialised = false;
 
 // The library's rooms use char16_t; a host's character is the same 16 bits under the system's name for them.
@@ -61,13 +62,10 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, co
     std::set<std::u16string> vsg;
     std::set<std::u16string> second;
     std::set<std::u16string> third;
-    messageText.clear();
-    const ConversionOutcome outcome =
-        Convert({input, worksheet, output, importType, forwardMessages, static_cast<char16_t>(separator),
-                 Inside(vsgNames, vsg), Inside(secondNames, second), Inside(thirdNames, third), variantName,
-                 instanceName, utf8});
-    messageText = Outside(outcome.message);
-    return outcome.done;
+    return Convert({input, worksheet, output, importType, forwardMessages, static_cast<char16_t>(separator),
+                    Inside(vsgNames, vsg), Inside(secondNames, second), Inside(thirdNames, third),
+                    variantName, instanceName, utf8},
+                   messageText);
 }
 
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,
@@ -93,15 +91,22 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImpo
                           secondNames, thirdNames, variant, diagnosticInstance, utf8);
 }
 
-bool GetExcelWorksheets(const WideChar* /*path*/, std::vector<WideString>& /*names*/) {
+bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names) {
     const NPlatform::ModuleState moduleState;
-    messageText = Outside(u"This version cannot list the worksheets of Excel workbooks yet.");
-    return false;
+    std::vector<std::u16string> found;
+    if (!ListWorksheets(Inside(path), found, messageText)) return false;
+    std::vector<WideString> converted;
+    converted.reserve(found.size());
+    for (const std::u16string& name : found) converted.push_back(Outside(name));
+    names = std::move(converted);
+    return true;
 }
 
 const WideChar* GetLoggedMessages() {
     const NPlatform::ModuleState moduleState;
-    return messageText.c_str();
+    // The same text stays in the same place: a host may keep the pointer.
+    shownMessageText.assign(messageText.begin(), messageText.end());
+    return shownMessageText.c_str();
 }
 
 }  // namespace NXls2Tki

@@ -16,8 +16,15 @@
 // Between calls it holds one buffer, of three bytes for each character of the largest document so far at
 // most; it is for the next conversion to use again.
 //
-// Exceptions: a conversion reports every failure of its input through its result; only exhausted memory
-// (std::bad_alloc) reaches the caller.
+// Excel workbooks are read by driving the Excel that the system's registry names as the current one. A system
+// without Excel has one inside the library, of which it says by default that it is Excel 2010; there, the
+// environment variable XLS2TKI_REGISTRY may name a file in the format of registry exports that says
+// otherwise.
+//
+// Exceptions: what is wrong with an input is reported through the result. A std::exception reaches the caller
+// where Excel fails in the midst of its work, with Excel's own words as what(), in UTF-8, or where the memory
+// is exhausted (std::bad_alloc). The outputs of the call are then as they were. GetExcelWorksheets throws one
+// more.
 #pragma once
 
 #include <cstdint>
@@ -63,7 +70,8 @@ XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 // written is not part of the result: look at the file.
 //
 //   inputPath           the workbook or CSV file
-//   worksheetName       the worksheet to read; empty leaves the choice to the source; CSV and ODBC ignore it
+//   worksheetName       the worksheet of an Excel workbook, as GetExcelWorksheets lists it; empty: the first;
+//                       CSV, ODBC and Excel 2003 ignore it
 //   outputPath          the import document: UTF-8, lines ended by CR LF; created, or emptied if it exists
 //   importType          what reads the input; any other value is refused
 //   forwardMessages     also pass each progress message to the host's logging library
@@ -99,14 +107,22 @@ XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* ou
                                    const WideStringSet& thirdNames, const WideChar* variant,
                                    const WideChar* diagnosticInstance, bool utf8);
 
-// Replaces `names` by the names of the workbook's worksheets, in workbook order. When it returns false,
-// `names` is as it was.
+// Replaces `names` by the names of the workbook's worksheets, in workbook order. None: Excel did not start or
+// did not open the workbook; a conversion of the workbook forwards the reason among its progress messages.
+//
+// When it returns false, because there is no Excel that can list them, GetLoggedMessages() has the reason.
+// When it returns true, GetLoggedMessages() is as it was, or has a warning that Excel's version is unknown.
+//
+// Throws an exception of the library's own, which a host catches as `...`, for a workbook without worksheets
+// and, with Excel 2000 and 2007, for a file that cannot be opened. `names` and GetLoggedMessages() are then
+// as they were, the warning apart; after a conversion of the workbook, GetLoggedMessages() has the reason.
 XLS2TKI_EXPORT bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names);
 
 // The outcome of the last operation: after a conversion that returned true its last progress line, with a
-// time stamp and a line feed; after one that returned false the reason. Empty before the first and after one
-// that ended with an exception. A NUL of a cell is shown in it as U+FFFD. The text belongs to the library and
-// stays valid until the next call of Xls2TkiConvert or GetExcelWorksheets.
+// time stamp and a line feed; after one that returned false the reason. Empty before the first and after a
+// conversion that ended with an exception, a warning about Excel's version apart. A NUL of a cell is shown in
+// it as U+FFFD. The text belongs to the library and stays valid until the next call of Xls2TkiConvert or
+// GetExcelWorksheets.
 XLS2TKI_EXPORT const WideChar* GetLoggedMessages();
 
 }  // namespace NXls2Tki

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <tuple>
 
+#include "api/excel_detection.h"
 #include "api/xls2tki.h"
+#include "platform/automation_servers.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/ole.h"
@@ -84,8 +87,6 @@ TEST(Api, LeavesTheOutputAloneWhenItFails) {
          u"Row [1] defines 1 columns. Header defines 2\nValues:\n\xFFFD\n"},
         {kGood, kOther, u"Import type not supported"},
         {kGood, kNegative, u"Import type not supported"},
-        {kGood, ImportTypeExcel,
-         u"This version cannot read Excel workbooks yet. Save the table as a CSV file."},
         {kGood, ImportTypeODBC, u"This version cannot read through ODBC yet. Save the table as a CSV file."},
     };
     const std::u16string output = folder.Put("output", "as it was");
@@ -131,6 +132,149 @@ TEST(Api, SaysNothingOfAnOutputThatCannotBeWritten) {
     }
     EXPECT_TRUE(folder.Read("missing/output").empty());
     EXPECT_TRUE(folder.Read("input").starts_with("<?xml"));
+}
+
+// A registry whose key for the current Excel has this value.
+class InstalledExcel : public NTest::Registry {
+  public:
+    explicit InstalledExcel(const std::string& value)
+        : Registry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n" + value) {
+    }
+};
+
+TEST(Api, DetectsTheInstalledExcel) {
+    const auto text = [](const std::string& name) { return "@=\"" + name + "\""; };
+    const std::tuple<std::string, VExcelVersion, std::u16string> rows[] = {
+        {text("Excel.Application.10"), ExcelVersion2000, u"Microsoft Excel 2000"},
+        {text("Excel.Application.11"), ExcelVersion2003, u"Microsoft Excel 2003"},
+        {text("Excel.Application.12"), ExcelVersion2007, u"Microsoft Excel 2007"},
+        {text("Excel.Application.14"), ExcelVersion2010, u"Microsoft Excel 2010"},
+        {text("Excel.Application.15"), ExcelVersionUnknown, u"Excel.Application.15"},
+        {text("Excel.Application.9"), ExcelVersionUnknown, u"Excel.Application.9"},
+        {text("excel.application.11"), ExcelVersionUnknown, u"excel.application.11"},
+        {text("Excel.Application.11 "), ExcelVersionUnknown, u"Excel.Application.11 "},
+        {text(""), ExcelVersionUnknown, u""},
+        {text(std::string(2047, 'x')), ExcelVersionUnknown, std::u16string(2047, u'x')},
+        {text(std::string(2048, 'x')), ExcelNotInstalled, u"unchanged"},
+        {"@=hex(1):", ExcelVersionUnknown, u""},
+        {"@=hex(1):61,00,00,00,62,00,00,00", ExcelVersionUnknown, u"a"},
+        {"@=hex(2):25,00,78,00,25,00,00,00", ExcelVersionUnknown, u"%x%"},
+        {"@=hex(1):61,00", ExcelNotInstalled, u"unchanged"},
+        {"@=hex(1):61,00,00", ExcelNotInstalled, u"unchanged"},
+        {"@=hex(7):61,00,00,00,00,00", ExcelNotInstalled, u"unchanged"},
+        {"@=dword:00000000", ExcelNotInstalled, u"unchanged"},
+        {"\"Name\"=\"Excel.Application.14\"", ExcelNotInstalled, u"unchanged"},
+        {"[-HKEY_LOCAL_MACHINE\\SOFTWARE]", ExcelNotInstalled, u"unchanged"},
+        {";deny key", ExcelAccessDenied, u"unchanged"},
+        {";deny value\n" + text("Excel.Application.14"), ExcelAccessDenied, u"unchanged"},
+    };
+    for (const auto& [value, version, expected] : rows) {
+        const InstalledExcel excel(value);
+        std::u16string displayString = u"unchanged";
+        EXPECT_EQ(DetectExcelVersion(displayString), version) << value;
+        EXPECT_EQ(displayString, expected) << value;
+    }
+}
+
+std::u16string AccessDenied(const std::u16string& what) {
+    return u"It is not possible to detect Excel version. (ERROR_ACCESS_DENIED: Korvalith.exe can't access "
+           u"registry " +
+           what +
+           u": 'HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer'. "
+           u"Please check if installation of MS Excel is available for current user.)";
+}
+
+constexpr char16_t kWarning[] =
+    u"The application MS Excel 2000 or higher is needed on this system. The currently installed MS Excel "
+    u"version is unknown (Excel.Application.15). Trying to use Excel 2010 interfaces.";
+
+// Each text of the message text replaces the one before, and a listing that works leaves it as it was.
+TEST(Api, DrivesTheInstalledExcel) {
+    const std::u16string kNotInstalled =
+        u"The application MS Excel 2000 or higher is not installed on this system. Aborting data "
+        u"transformation.";
+    const struct {
+        std::string value;
+        std::u16string announcement;  // of the source that converts; empty: none
+        std::u16string failure;       // for want of a worksheet
+        bool isListed;
+        std::u16string listing;
+    } rows[] = {
+        {"@=\"Excel.Application.10\"", u"Using Excel automation to receive data.", u"No Workbook", true,
+         u"No Workbook"},
+        {"@=\"Excel.Application.11\"", u"Using VDefaultExcelHeap (excel automation) to receive data.",
+         u"Empty data given ?!", false,
+         u"On using Excel 2003, it is not possible to detect contained Worksheets!"},
+        {"@=\"Excel.Application.12\"", u"Using VExcel2007Heap (excel automation) to receive data.",
+         u"No Workbook", true, u"No Workbook"},
+        {"@=\"Excel.Application.14\"", u"Using VExcel2010Heap (excel automation) to receive data.",
+         u"No Workbook", true, u"No Workbook"},
+        {"@=\"Excel.Application.15\"", u"Using VExcel2010Heap (excel automation) to receive data.",
+         u"No Workbook", true, kWarning},
+        {"", u"", kNotInstalled, false, kNotInstalled},
+        {";deny key", u"", AccessDenied(u"path"), false, AccessDenied(u"path")},
+        {";deny value\n@=\"\"", u"", AccessDenied(u"value"), false, AccessDenied(u"value")},
+    };
+    const NPlatform::AutomationServer broken(u"Excel.Application", []() -> NPlatform::Dispatch {
+        throw NPlatform::OleException(1, u"It does not start.");
+    });
+    const TempFolder folder;
+    const std::u16string input = folder.Put("input", "");
+    const std::u16string output = folder.Put("output", "as it was");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.value);
+        const InstalledExcel excel(row.value);
+        const Progress progress;
+        EXPECT_FALSE(Xls2TkiConvert(input.c_str(), u"Sheet", output.c_str(), ImportTypeExcel, true, u';', {},
+                                    {}, {}, u"", u"", false));
+        EXPECT_EQ(GetLoggedMessages(), row.failure);
+        EXPECT_EQ(folder.Read("output"), "as it was");
+        if (row.announcement.empty()) {
+            EXPECT_EQ(Progress::Messages().size(), 1U);
+        } else {
+            EXPECT_EQ(Progress::Messages().at(1), row.announcement);
+        }
+        const std::size_t count = Progress::Messages().size();
+        std::vector<WideString> names = {u"as it was"};
+        EXPECT_EQ(GetExcelWorksheets(input.c_str(), names), row.isListed);
+        EXPECT_EQ(GetLoggedMessages(), row.listing);
+        EXPECT_EQ(names, row.isListed ? std::vector<WideString>() : std::vector<WideString>{u"as it was"});
+        EXPECT_EQ(Progress::Messages().size(), count);
+    }
+}
+
+// An application that fails whatever it is asked.
+class BrokenApplication : public NPlatform::DispatchObject {
+  public:
+    NPlatform::Variant Invoke(NPlatform::DispatchId, NPlatform::InvokeKind,
+                              std::span<const NPlatform::Variant>) override {
+        throw NPlatform::DispatchException(1004, u"It does not w\u00F6rk.", u"", u"");
+    }
+};
+
+TEST(Api, LetsFailuresOfExcelPass) {
+    const NPlatform::AutomationServer broken(u"Excel.Application",
+                                             [] { return NPlatform::Dispatch(new BrokenApplication); });
+    const TempFolder folder;
+    const std::u16string input = folder.Put("input", "");
+    for (const std::string version : {"10", "11", "12", "14", "15"}) {
+        SCOPED_TRACE(version);
+        const InstalledExcel excel("@=\"Excel.Application." + version + "\"");
+        const std::u16string message = version == "15" ? kWarning : u"";
+        const auto expectFailure = [&](const std::function<void()>& call) {
+            try {
+                call();
+                ADD_FAILURE();
+            } catch (const std::exception& failure) {
+                EXPECT_STREQ(failure.what(), "It does not w\xC3\xB6rk.");
+            }
+            EXPECT_EQ(GetLoggedMessages(), message);
+        };
+        expectFailure([&] { Xls2TkiConvert(input.c_str(), u"", ImportTypeExcel, false, u';', false); });
+        std::vector<WideString> names = {u"as it was"};
+        if (version != "11") expectFailure([&] { GetExcelWorksheets(input.c_str(), names); });
+        EXPECT_EQ(names, std::vector<WideString>{u"as it was"});
+    }
 }
 
 // The preparation happens once in a process, so all of it is in one test.

@@ -130,13 +130,20 @@ TEST(Host, MayPassNullStrings) {
     EXPECT_TRUE(Xls2TkiConvert(input.c_str(), nullptr, ImportTypeCSV, false, u';', none, none, false));
 }
 
-TEST(Host, ListsNoWorksheetsYet) {
+TEST(Host, ListsNoWorksheetsOfWhatIsNoWorkbook) {
     const std::vector<WideString> before = {u"as it was"};
     std::vector<WideString> names = before;
-    for (const char16_t* path : {static_cast<const char16_t*>(nullptr), u"missing.xls"}) {
-        EXPECT_FALSE(GetExcelWorksheets(path, names));
+    {
+        const NTest::Registry excel2000(
+            "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n"
+            "@=\"Excel.Application.10\"");
+        EXPECT_ANY_THROW(GetExcelWorksheets(u"missing.xls", names));
         EXPECT_EQ(names, before);
-        EXPECT_EQ(GetLoggedMessages(), u"This version cannot list the worksheets of Excel workbooks yet."sv);
+    }
+    for (const char16_t* path : {static_cast<const char16_t*>(nullptr), u"missing.xls"}) {
+        names = before;
+        EXPECT_TRUE(GetExcelWorksheets(path, names));
+        EXPECT_TRUE(names.empty());
     }
 }
 
