@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
+#include <new>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -10,14 +12,12 @@
 #include "cli/failure.h"
 #include "cli/input.h"
 #include "cli/output.h"
+#include "cli/progress.h"
 #include "cli/text.h"
-#include "platform/logging.h"
 
 namespace NCli {
 
 using namespace NXls2Tki;
-using NTamriskSharedUtil::Logging::VLogging;
-using NTamriskSharedUtil::Logging::VLogLevel;
 
 namespace fs = std::filesystem;
 
@@ -30,6 +30,12 @@ WideString ToLibraryPath(const fs::path& path) {
     return DecodeUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()}).text;
 }
 
+// A reason without the file's name gets it.
+[[noreturn]] void Fail(const fs::path& path, const std::string& reason) {
+    const bool isNamed = reason.find(path.filename().string()) != std::string::npos;
+    throw Failure(isNamed ? reason : NameOf(path) + ": " + reason);
+}
+
 [[noreturn]] void FailWithLibraryMessage() {
     const std::string message = EncodeUtf8(GetLoggedMessages());
     throw Failure(message.empty() ? "The conversion failed without a message." : message);
@@ -37,18 +43,6 @@ WideString ToLibraryPath(const fs::path& path) {
 
 void PrepareLibrary() {
     if (!XlsInitOle(true)) Note("Automation could not be prepared, without which Excel reads no workbooks.");
-}
-
-void ShowMessage(VLogLevel::VSeverityLevel, std::uint32_t, const char16_t* text) {
-    const std::u16string_view units(text);
-    const std::string line = EncodeUtf8(WideString(units.begin(), units.end())) + "\n";
-    std::fwrite(line.data(), 1, line.size(), stderr);
-}
-
-void ShowMessages() {
-    constexpr std::uint32_t kAllGroups = 0xFFFFFFFF;
-    constexpr VLogLevel::VSeverityLevel kProgress{2};
-    VLogging::GetInstance().SwitchOn(kAllGroups, kProgress, ShowMessage);
 }
 
 // The document must not take the place of its own table. A device can be both, such as the terminal.
@@ -60,6 +54,47 @@ void RefuseInputAsOutput(const Options& options) {
     }
 }
 
+// The message text has the reason when it fails.
+bool CallLibrary(const Options& options, const fs::path& input, const fs::path& output) {
+    try {
+        return Xls2TkiConvert(ToLibraryPath(input).c_str(), options.worksheet.c_str(),
+                              ToLibraryPath(output).c_str(), options.kind, true, options.separator,
+                              options.vsgNames, options.typeANames, {}, options.variant.c_str(),
+                              options.diagnosticInstance.c_str(), options.utf8);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {  // from Excel
+        Fail(options.input, error.what());
+    }
+}
+
+void ConvertTo(const fs::path& output, const Input& input, const Options& options) {
+    ListenToProgress(options.verbose);
+    if (CallLibrary(options, input.Path(), output)) return;
+    if (const std::string reason = OpeningFailure(); !reason.empty()) Fail(options.input, reason);
+    FailWithLibraryMessage();
+}
+
+enum class Listing {
+    Done,
+    NoWorkbook,  // a conversion has the reason
+    Refused,     // the message text has the reason
+};
+
+Listing FindWorksheets(const Options& options, std::vector<WideString>& names) {
+    try {
+        const bool isListed = GetExcelWorksheets(ToLibraryPath(options.input).c_str(), names);
+        if (!isListed) return Listing::Refused;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        return Listing::NoWorkbook;
+    }
+    return names.empty() ? Listing::NoWorkbook : Listing::Done;
+}
+
+bool IsExcelUnableToList() { return EncodeUtf8(GetLoggedMessages()).starts_with("On using Excel 2003, "); }
+
 void CheckWorksheet(const Options& options) {
     if (options.worksheet.empty()) return;
     if (options.kind != ImportTypeExcel) {
@@ -67,20 +102,21 @@ void CheckWorksheet(const Options& options) {
         return;
     }
     std::vector<WideString> names;
-    // Where there is no list, the conversion has the better reason.
-    if (!GetExcelWorksheets(ToLibraryPath(options.input).c_str(), names)) return;
-    if (std::find(names.begin(), names.end(), options.worksheet) != names.end()) return;
+    const Listing listing = FindWorksheets(options, names);
+    if (listing == Listing::Refused && IsExcelUnableToList()) {
+        Note("--worksheet has no effect with Excel 2003, which reads the first worksheet.");
+    }
+    const bool isMissing = std::find(names.begin(), names.end(), options.worksheet) == names.end();
+    if (listing != Listing::Done || !isMissing) return;
     std::string sentence =
         NameOf(options.input) + " has no worksheet \"" + EncodeUtf8(options.worksheet) + "\", only:";
     for (const WideString& name : names) sentence += "\n  " + EncodeUtf8(name);
     throw Failure(sentence);
 }
 
-bool CallLibrary(const Options& options, const Input& input, const Output& output) {
-    return Xls2TkiConvert(ToLibraryPath(input.Path()).c_str(), options.worksheet.c_str(),
-                          ToLibraryPath(output.Path()).c_str(), options.kind, options.verbose,
-                          options.separator, options.vsgNames, options.typeANames, {},
-                          options.variant.c_str(), options.diagnosticInstance.c_str(), options.utf8);
+[[noreturn]] void FailWithoutWorkbook(const Options& options) {
+    ConvertTo({}, Input(options.input, options.kind), options);  // cannot write anything
+    Fail(options.input, "The worksheets could not be listed.");
 }
 
 }  // namespace
@@ -88,7 +124,9 @@ bool CallLibrary(const Options& options, const Input& input, const Output& outpu
 void ListWorksheets(const Options& options) {
     PrepareLibrary();
     std::vector<WideString> names;
-    if (!GetExcelWorksheets(ToLibraryPath(options.input).c_str(), names)) FailWithLibraryMessage();
+    const Listing listing = FindWorksheets(options, names);
+    if (listing == Listing::NoWorkbook) FailWithoutWorkbook(options);
+    if (listing == Listing::Refused) FailWithLibraryMessage();
     std::string lines;
     for (const WideString& name : names) lines += EncodeUtf8(name) + "\n";
     if (std::fwrite(lines.data(), 1, lines.size(), stdout) != lines.size() || std::fflush(stdout) != 0) {
@@ -103,8 +141,7 @@ void Convert(const Options& options) {
     Output output(options.output);
     const Input input(options.input, options.kind);
     if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
-    if (options.verbose) ShowMessages();
-    if (!CallLibrary(options, input, output)) FailWithLibraryMessage();
+    ConvertTo(output.Path(), input, options);
     output.Publish();
 }
 

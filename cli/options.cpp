@@ -146,6 +146,7 @@ Options CheckListing(const Arguments& arguments) {
     if (arguments.workbook.empty()) RefuseUsage("--list-worksheets needs a workbook.");
     Options options;
     options.listsWorksheets = true;
+    options.kind = ImportTypeExcel;
     options.input = arguments.workbook;
     return options;
 }
