@@ -41,6 +41,28 @@ inline constexpr std::uint64_t kLargestTextFile = std::uint64_t{1} << 31;
 extern Replaceable<TextFileResult(std::u16string_view path, TextEncoding encoding, TextBuffer& text)>
     ReadTextFile;
 
+// A regular file, open for reading at any place and shared with everybody.
+class InputFile {
+  public:
+    explicit InputFile(std::u16string_view path);
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile();
+
+    // False: it could not be opened, or it is no regular file.
+    [[nodiscard]] bool IsOpen() const { return system_ != nullptr; }
+    // In bytes, as it was when the file was opened.
+    [[nodiscard]] std::uint64_t Size() const { return size_; }
+    // Reads `count` bytes from `offset` on, all of them. False: the system reported an error, or the file has
+    // become shorter.
+    bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count) const;
+
+  private:
+    struct System;
+    std::unique_ptr<System> system_;
+    std::uint64_t size_ = 0;
+};
+
 // Writes bytes to a file in text mode: each line feed goes out as carriage return and line feed. The file is
 // created, or emptied if it exists. Nothing is thrown; as with any stream, a failure shows in its state.
 class TextOutputStream : public std::ostream {

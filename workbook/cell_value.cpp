@@ -1,0 +1,80 @@
+#include "workbook/cell_value.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace NWorkbook {
+
+namespace {
+
+struct ErrorName {
+    std::string_view name;
+    CellError error;
+};
+
+constexpr ErrorName kErrors[] = {
+    {"#NULL!", CellError::Null},       {"#DIV/0!", CellError::DivisionByZero},
+    {"#VALUE!", CellError::Value},     {"#REF!", CellError::Reference},
+    {"#NAME?", CellError::Name},       {"#NUM!", CellError::Number},
+    {"#N/A", CellError::NotAvailable}, {"#GETTING_DATA", CellError::GettingData},
+};
+
+bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+
+}  // namespace
+
+std::optional<double> ParseNumber(std::string_view text) {
+    if (text.starts_with('+')) text.remove_prefix(1);
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    // Names of infinity and of what is no number are none here.
+    if (first == text.size() || (!IsDigit(text[first]) && text[first] != '.')) return std::nullopt;
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (stop != end || error == std::errc::invalid_argument) return std::nullopt;
+    if (error == std::errc()) return number;
+    const bool isTiny =
+        text.find("e-") != std::string_view::npos || text.find("E-") != std::string_view::npos;
+    return isTiny ? std::optional(0.0) : std::nullopt;
+}
+
+std::optional<std::size_t> ParseIndex(std::string_view text) {
+    std::size_t index = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, index);
+    return stop == end && error == std::errc() ? std::optional(index) : std::nullopt;
+}
+
+std::optional<bool> ParseBool(std::string_view text) {
+    if (text == "1" || text == "true" || text == "TRUE") return true;
+    if (text == "0" || text == "false" || text == "FALSE") return false;
+    return std::nullopt;
+}
+
+std::optional<CellError> ParseError(std::string_view text) {
+    if (!text.starts_with('#')) return std::nullopt;
+    for (const ErrorName& known : kErrors) {
+        if (known.name == text) return known.error;
+    }
+    return CellError::Value;
+}
+
+std::optional<CellPlace> ParseCellName(std::string_view text) {
+    std::uint32_t column = 0;
+    std::uint32_t row = 0;
+    std::size_t index = 0;
+    for (; index < text.size() && column <= kLastColumn; ++index) {
+        const auto letter = static_cast<unsigned>((text[index] | 0x20) - 'a');
+        if (letter >= 26) break;
+        column = column * 26 + letter + 1;
+    }
+    const std::size_t letters = index;
+    for (; index < text.size() && IsDigit(text[index]) && row <= kLastRow; ++index) {
+        row = row * 10 + static_cast<std::uint32_t>(text[index] - '0');
+    }
+    if (letters == 0 || index < text.size()) return std::nullopt;
+    if (column > kLastColumn || row == 0 || row > kLastRow) return std::nullopt;
+    return CellPlace{row, static_cast<std::uint16_t>(column)};
+}
+
+}  // namespace NWorkbook

@@ -1,0 +1,189 @@
+#include "workbook/package.h"
+
+#include <zip.h>
+
+#include <ctime>
+
+#include "platform/files.h"
+#include "platform/format.h"
+#include "workbook/file_kind.h"
+#include "workbook/part_name.h"
+#include "workbook/utf16.h"
+
+namespace NWorkbook {
+
+namespace {
+
+constexpr std::size_t kMostUnitsOfMessage = 2000;
+constexpr std::size_t kMostUnitsOfPartName = 300;
+
+std::u16string_view NameOf(Fault fault) { return fault == Fault::Damaged ? u"damaged" : u"too large"; }
+
+// The name of a part, or the library's words for an error.
+std::u16string Show(std::string_view text) { return ToUtf16(text.substr(0, kMostUnitsOfPartName)); }
+
+}  // namespace
+
+// The file as the zip library reads it.
+struct Package::Archive {
+    explicit Archive(std::u16string_view path) : file(path) { zip_error_init(&error); }
+    Archive(const Archive&) = delete;
+    Archive& operator=(const Archive&) = delete;
+    ~Archive() {
+        if (zip != nullptr) zip_discard(zip);
+        zip_error_fini(&error);
+    }
+
+    zip_int64_t Read(void* bytes, zip_uint64_t capacity) {
+        const zip_uint64_t count = std::min(capacity, file.Size() - offset);
+        if (!file.ReadAt(offset, static_cast<char*>(bytes), count)) {
+            zip_error_set(&error, ZIP_ER_READ, 0);
+            return -1;
+        }
+        offset += count;
+        bytesRead += count;
+        if (zip == nullptr && bytesRead > kMostBytesOfDirectory) {
+            zip_error_set(&error, ZIP_ER_MEMORY, 0);
+            return -1;
+        }
+        return static_cast<zip_int64_t>(count);
+    }
+
+    zip_int64_t Seek(void* where, zip_uint64_t size) {
+        const zip_int64_t place = zip_source_seek_compute_offset(offset, file.Size(), where, size, &error);
+        if (place < 0) return -1;
+        offset = static_cast<zip_uint64_t>(place);
+        return 0;
+    }
+
+    zip_int64_t State(void* where) const {
+        auto* const stat = static_cast<zip_stat_t*>(where);
+        zip_stat_init(stat);
+        stat->valid = ZIP_STAT_SIZE;
+        stat->size = file.Size();
+        return sizeof *stat;
+    }
+
+    static zip_int64_t Serve(void* archive, void* data, zip_uint64_t size, zip_source_cmd_t command) {
+        auto& self = *static_cast<Archive*>(archive);
+        switch (command) {
+            case ZIP_SOURCE_OPEN:
+                self.offset = 0;
+                return 0;
+            case ZIP_SOURCE_READ:
+                return self.Read(data, size);
+            case ZIP_SOURCE_SEEK:
+                return self.Seek(data, size);
+            case ZIP_SOURCE_TELL:
+                return static_cast<zip_int64_t>(self.offset);
+            case ZIP_SOURCE_STAT:
+                return self.State(data);
+            case ZIP_SOURCE_ERROR:
+                return zip_error_to_data(&self.error, data, size);
+            case ZIP_SOURCE_SUPPORTS:
+                return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
+                                                      ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE,
+                                                      ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, -1);
+            default:
+                return 0;
+        }
+    }
+
+    NPlatform::InputFile file;
+    zip_uint64_t offset = 0;
+    zip_uint64_t bytesRead = 0;
+    zip_error_t error;
+    zip_t* zip = nullptr;
+};
+
+Package::Package(std::u16string_view path) : path_(path) {
+    OpenFile();
+    OpenArchive();
+    ListParts();
+    if (Has("xl/workbook.bin"))
+        throw Error(u"is a binary workbook (.xlsb), which cannot be read. Save it as .xlsx.");
+    if (Has("content.xml") && Has("META-INF/manifest.xml")) {
+        throw Error(u"is an OpenDocument file, which cannot be read. Save it as .xlsx.");
+    }
+}
+
+Package::~Package() = default;
+
+void Package::OpenFile() {
+    archive_ = std::make_unique<Archive>(path_);
+    const NPlatform::InputFile& file = archive_->file;
+    if (!NPlatform::FindReadableFile(path_, fullPath_) || !file.IsOpen()) throw Error(u"cannot be opened.");
+    if (file.Size() > kMostBytesOfFile) throw Error(u"is too large: it has more than 512 MiB.");
+    switch (KindOf(file)) {
+        case FileKind::Zip:
+            return;
+        case FileKind::Encrypted:
+            throw Error(u"is encrypted: a password is needed to open it.");
+        case FileKind::OlderWorkbook:
+            throw Error(
+                u"is a workbook of the older kind (.xls), which cannot be read yet. Save it as .xlsx.");
+        case FileKind::SomethingElse:
+            throw Error(u"is not a workbook.");
+    }
+}
+
+void Package::OpenArchive() {
+    zip_error_t& error = archive_->error;
+    zip_source_t* const source = zip_source_function_create(Archive::Serve, archive_.get(), &error);
+    if (source == nullptr) throw std::bad_alloc();
+    archive_->zip = zip_open_from_source(source, ZIP_RDONLY, &error);
+    if (archive_->zip != nullptr) return;
+    zip_source_free(source);
+    if (archive_->bytesRead > kMostBytesOfDirectory) throw Error(u"is too large: it has too many parts.");
+    throw Error(std::u16string(u"is damaged: ").append(Show(zip_error_strerror(&error))).append(u"."));
+}
+
+void Package::ListParts() {
+    const zip_int64_t count = zip_get_num_entries(archive_->zip, 0);
+    for (zip_int64_t index = 0; index < count; ++index) {
+        const auto entry = static_cast<zip_uint64_t>(index);
+        const char* const name = zip_get_name(archive_->zip, entry, 0);
+        if (name != nullptr) parts_[PartKey(name)] = entry;
+    }
+}
+
+bool Package::Has(std::string_view part) const { return parts_.contains(PartKey(part)); }
+
+WorkbookError Package::Error(std::u16string_view what) const {
+    return WorkbookError(NPlatform::Format(kMostUnitsOfMessage, u"'%s' %s", {path_, what}));
+}
+
+WorkbookError Package::PartError(std::string_view part, const PartFault& fault) const {
+    return WorkbookError(NPlatform::Format(kMostUnitsOfMessage, u"'%s' is %s: part '%s': %s.",
+                                           {path_, NameOf(fault.fault), Show(part), fault.what}));
+}
+
+WorkbookError Package::LineError(std::string_view part, std::int32_t line, const PartFault& fault) const {
+    return WorkbookError(NPlatform::Format(kMostUnitsOfMessage, u"'%s' is %s: part '%s', line %d: %s.",
+                                           {path_, NameOf(fault.fault), Show(part), line, fault.what}));
+}
+
+PartReader::PartReader(Package& package, std::string_view part) : package_(package), part_(part) {
+    const auto found = package.parts_.find(PartKey(part));
+    if (found == package.parts_.end()) throw package.PartError(part, {Fault::Damaged, u"it is missing"});
+    zip_t* const zip = package.archive_->zip;
+    file_ = zip_fopen_index(zip, found->second, 0);
+    if (file_ == nullptr) throw package.PartError(part, {Fault::Damaged, Show(zip_strerror(zip))});
+}
+
+PartReader::~PartReader() {
+    if (file_ != nullptr) zip_fclose(file_);
+}
+
+std::size_t PartReader::Read(char* bytes, std::size_t capacity) {
+    const zip_int64_t count = zip_fread(file_, bytes, capacity);
+    if (count < 0) throw package_.PartError(part_, {Fault::Damaged, Show(zip_file_strerror(file_))});
+    package_.inflated_ += static_cast<std::uint64_t>(count);
+    if (package_.inflated_ > kMostInflatedBytes) {
+        throw package_.PartError(part_,
+                                 {Fault::TooLarge, u"the parts have more than 4 GiB when they are unpacked"});
+    }
+    return static_cast<std::size_t>(count);
+}
+
+}  // namespace NWorkbook

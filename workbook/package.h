@@ -1,0 +1,77 @@
+// A workbook's file: a zip archive of parts.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "workbook/error.h"
+#include "workbook/part_fault.h"
+
+struct zip_file;
+
+namespace NWorkbook {
+
+// Limits on what one file may ask for, far beyond any workbook that people work with.
+inline constexpr std::uint64_t kMostBytesOfFile = std::uint64_t{512} << 20;
+inline constexpr std::uint64_t kMostBytesOfDirectory = std::uint64_t{16} << 20;  // about 200,000 parts
+inline constexpr std::uint64_t kMostInflatedBytes = std::uint64_t{4} << 30;      // of all parts that are read
+
+class Package {
+  public:
+    // Opens the file; messages name it as it is given. Throws WorkbookError if it cannot be opened, is no zip
+    // archive or is a known kind of other document.
+    explicit Package(std::u16string_view path);
+    Package(const Package&) = delete;
+    Package& operator=(const Package&) = delete;
+    ~Package();
+
+    [[nodiscard]] const std::u16string& FullPath() const { return fullPath_; }
+
+    // Names are compared as PartKey says. Of several parts with one name the last counts.
+    [[nodiscard]] bool Has(std::string_view part) const;
+    // By PartKey.
+    [[nodiscard]] const std::map<std::string, std::uint64_t>& Parts() const { return parts_; }
+
+    // The sentences about this file.
+    [[nodiscard]] WorkbookError Error(std::u16string_view what) const;
+    [[nodiscard]] WorkbookError PartError(std::string_view part, const PartFault& fault) const;
+    [[nodiscard]] WorkbookError LineError(std::string_view part, std::int32_t line,
+                                          const PartFault& fault) const;
+
+  private:
+    friend class PartReader;
+    struct Archive;
+
+    void OpenFile();
+    void OpenArchive();
+    void ListParts();
+
+    std::u16string path_;
+    std::u16string fullPath_;
+    std::unique_ptr<Archive> archive_;
+    std::map<std::string, std::uint64_t> parts_;
+    std::uint64_t inflated_ = 0;
+};
+
+// Reads one part from its beginning to its end.
+class PartReader {
+  public:
+    // `part` has to outlive it. Throws WorkbookError, as Read does, for a part that is missing or damaged.
+    PartReader(Package& package, std::string_view part);
+    PartReader(const PartReader&) = delete;
+    PartReader& operator=(const PartReader&) = delete;
+    ~PartReader();
+
+    // Returns how many bytes there are, 0 at the end, where the part's checksum has been found to match.
+    std::size_t Read(char* bytes, std::size_t capacity);
+
+  private:
+    Package& package_;
+    std::string_view part_;
+    zip_file* file_ = nullptr;
+};
+
+}  // namespace NWorkbook

@@ -1,0 +1,64 @@
+#include "workbook/relationships.h"
+
+#include <algorithm>
+
+#include "workbook/part_name.h"
+#include "workbook/xml_part.h"
+
+namespace NWorkbook {
+
+namespace {
+
+constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
+
+class RelationshipsReader : public XmlReader {
+  public:
+    RelationshipsReader(std::string_view part, Relationships& relationships)
+        : part_(part), relationships_(relationships) {}
+
+    bool Start(const XmlElement& element) override {
+        if (element.depth == 1) {
+            CheckRoot(element, "Relationships");
+            return true;
+        }
+        if (element.name == "Relationship") Add(element);
+        return false;
+    }
+
+  private:
+    void Add(const XmlElement& element) {
+        const char* const id = element.Find("Id");
+        const char* const type = element.Find("Type");
+        const char* const target = element.Find("Target");
+        if (id == nullptr || type == nullptr || target == nullptr) {
+            throw PartFault{Fault::Damaged, u"a relationship has no identifier, type or target"};
+        }
+        const char* const mode = element.Find("TargetMode");
+        const bool isOutside = mode != nullptr && std::string_view(mode) == "External";
+        const std::string_view kind(type);
+        relationships_[id] = {std::string(kind.substr(kind.rfind('/') + 1)),
+                              isOutside ? std::string() : ResolveTarget(part_, target)};
+    }
+
+    std::string_view part_;
+    Relationships& relationships_;
+};
+
+}  // namespace
+
+Relationships ReadRelationships(Package& package, std::string_view part) {
+    Relationships relationships;
+    const std::string list = RelationshipsOf(part);
+    if (!package.Has(list)) return relationships;
+    RelationshipsReader reader(part, relationships);
+    ReadXmlPart(package, list, XmlNamespace::Package, reader, kMostBytes);
+    return relationships;
+}
+
+std::string FindPart(const Relationships& relationships, std::string_view kind) {
+    const auto found = std::find_if(relationships.begin(), relationships.end(),
+                                    [kind](const auto& entry) { return entry.second.kind == kind; });
+    return found == relationships.end() ? std::string() : found->second.part;
+}
+
+}  // namespace NWorkbook

@@ -1,0 +1,254 @@
+#include "workbook/sheet_reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/format.h"
+#include "workbook/cell_value.h"
+#include "workbook/date_serial.h"
+#include "workbook/utf16.h"
+#include "workbook/xml_part.h"
+
+namespace NWorkbook {
+
+namespace {
+
+constexpr std::size_t kMostUnitsOfFault = 1000;
+
+enum class ValueType : std::uint8_t { Number, SharedText, Text, InlineText, Bool, Error, Date, Unknown };
+
+struct TypeName {
+    std::string_view name;
+    ValueType type;
+};
+
+constexpr TypeName kTypes[] = {
+    {"s", ValueType::SharedText},
+    {"n", ValueType::Number},
+    {"str", ValueType::Text},
+    {"b", ValueType::Bool},
+    {"inlineStr", ValueType::InlineText},
+    {"e", ValueType::Error},
+    {"d", ValueType::Date},
+};
+
+ValueType TypeOf(std::string_view name) {
+    for (const TypeName& known : kTypes) {
+        if (known.name == name) return known.type;
+    }
+    return ValueType::Unknown;
+}
+
+// The characters of a value that is not a text: more than the longest number has.
+class ValueText {
+  public:
+    static constexpr std::size_t kCapacity = 512;
+
+    void Clear() { size_ = 0; }
+    // False: there is no room.
+    bool Append(std::string_view text) {
+        if (text.size() > kCapacity - size_) return false;
+        std::memcpy(characters_ + size_, text.data(), text.size());
+        size_ += text.size();
+        return true;
+    }
+    // Without the blanks around it.
+    [[nodiscard]] std::string_view Trimmed() const {
+        constexpr std::string_view kBlanks = " \t\r\n";
+        std::string_view text(characters_, size_);
+        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    }
+
+  private:
+    char characters_[kCapacity];
+    std::size_t size_ = 0;
+};
+
+class SheetReader : public XmlReader {
+  public:
+    SheetReader(OpenedWorkbook& workbook, CellTable& cells)
+        : workbook_(workbook),
+          sharedStrings_(workbook.SharedStrings()),
+          cells_(cells),
+          text_(*workbook.texts, workbook.budget) {}
+
+    bool Start(const XmlElement& element) override {
+        switch (element.depth) {
+            case kRoot:
+                CheckRoot(element, "worksheet");
+                return true;
+            case kSheetData:
+                return element.name == "sheetData";
+            case kRow:
+                return element.name == "row" && StartRow(element);
+            case kCell:
+                return element.name == "c" && StartCell(element);
+            case kValue:
+                return StartValue(element.name);
+            default:
+                return StartText(element.depth - kValue, element.name);
+        }
+    }
+
+    void End(int depth) override {
+        takesValue_ = takesText_ = false;
+        if (depth == kCell) EndCell();
+    }
+
+    void Text(std::string_view text) override {
+        if (takesText_) {
+            text_.Append(text);
+        } else if (takesValue_ && !value_.Append(text)) {
+            FailCell(u"has a value that is too long");
+        }
+    }
+
+  private:
+    enum Depth { kRoot = 1, kSheetData, kRow, kCell, kValue };
+
+    bool StartRow(const XmlElement& element) {
+        const char* const number = element.Find("r");
+        const std::optional<std::size_t> row = number == nullptr ? row_ + std::size_t{1} : ParseIndex(number);
+        if (!row || *row == 0 || *row > kLastRow) {
+            throw PartFault{Fault::Damaged, number == nullptr
+                                                ? std::u16string(u"there are too many rows")
+                                                : u"there is no row '" + ToUtf16(number) + u"'"};
+        }
+        row_ = static_cast<std::uint32_t>(*row);
+        place_ = {row_, 0};
+        return true;
+    }
+
+    bool StartCell(const XmlElement& element) {
+        const char* name = nullptr;
+        type_ = ValueType::Number;
+        for (const char* const* next = element.attributes; *next != nullptr; next += 2) {
+            const std::string_view attribute = *next;
+            if (attribute == "r") name = next[1];
+            if (attribute == "t") type_ = TypeOf(next[1]);
+        }
+        PlaceCell(name);
+        if (type_ == ValueType::Unknown) FailCell(u"is of an unknown type");
+        hasValue_ = hasOwnText_ = false;
+        value_.Clear();
+        return true;
+    }
+
+    void PlaceCell(const char* name) {
+        if (name != nullptr) {
+            const std::optional<CellPlace> place = ParseCellName(name);
+            if (!place) throw PartFault{Fault::Damaged, u"there is no cell '" + ToUtf16(name) + u"'"};
+            place_ = *place;
+        } else if (place_.column == kLastColumn) {
+            throw PartFault{Fault::Damaged, u"there are too many cells in a row"};
+        } else {
+            ++place_.column;
+        }
+    }
+
+    // Of several values the first one counts, and a text of the cell's own more than a value beside it.
+    bool StartValue(std::string_view name) {
+        const bool isOwnText = type_ == ValueType::InlineText && name == "is" && !hasOwnText_;
+        if (!isOwnText && (hasValue_ || name != "v")) return false;
+        if (isOwnText) text_.Discard();
+        hasValue_ = true;
+        hasOwnText_ = isOwnText;
+        takesText_ = !isOwnText && (type_ == ValueType::Text || type_ == ValueType::InlineText);
+        takesValue_ = !isOwnText && !takesText_;
+        return true;
+    }
+
+    bool StartText(int level, std::string_view name) {
+        takesText_ = type_ == ValueType::InlineText && HoldsText(level, name);
+        return IsTextElement(level, name);
+    }
+
+    void EndCell() {
+        if (!hasValue_) return;
+        Cell cell{place_.row, place_.column, CellType::Nothing, {}};
+        if (type_ == ValueType::Text || type_ == ValueType::InlineText) {
+            SetText(cell, text_.Close());
+        } else if (const std::string_view text = value_.Trimmed(); !text.empty()) {
+            SetValue(cell, text);
+        }
+        if (cell.type == CellType::Nothing) return;
+        if (workbook_.budget.cells-- == 0)
+            throw PartFault{Fault::TooLarge, u"the workbook has too many cells"};
+        cells_.Add(cell);
+    }
+
+    void SetValue(Cell& cell, std::string_view text) {
+        switch (type_) {
+            case ValueType::SharedText:
+                SetText(cell, SharedText(text));
+                break;
+            case ValueType::Bool:
+                cell.type = CellType::Bool;
+                cell.truth = Known(ParseBool(text), text);
+                break;
+            case ValueType::Error:
+                cell.type = CellType::Error;
+                cell.error = Known(ParseError(text), text);
+                break;
+            case ValueType::Date:
+                cell.type = CellType::Number;
+                cell.number = Known(DateSerial(text, workbook_.contents.isFrom1904), text);
+                break;
+            default:
+                cell.type = CellType::Number;
+                cell.number = Known(ParseNumber(text), text);
+        }
+    }
+
+    TextPlace SharedText(std::string_view text) {
+        const TextPlace place = sharedStrings_.Find(Known(ParseIndex(text), text));
+        if (place == nullptr) FailCell(u"refers to shared string " + ToUtf16(text) + u", which there is not");
+        return place;
+    }
+
+    void SetText(Cell& cell, TextPlace text) {
+        const std::size_t size = TextAt(text).size();
+        if (size > unitsLeft_)
+            throw PartFault{Fault::TooLarge, u"the texts of the cells have too many characters"};
+        unitsLeft_ -= size;
+        cell.type = CellType::Text;
+        cell.text = text;
+    }
+
+    template <typename T>
+    T Known(const std::optional<T>& value, std::string_view text) const {
+        if (!value) FailCell(u"has the value '" + ToUtf16(text) + u"', which is none of its type");
+        return *value;
+    }
+
+    [[noreturn]] void FailCell(std::u16string_view what) const {
+        throw PartFault{
+            Fault::Damaged,
+            NPlatform::Format(kMostUnitsOfFault, u"the cell in row %d, column %d %s",
+                              {static_cast<std::int32_t>(place_.row), std::int32_t{place_.column}, what})};
+    }
+
+    OpenedWorkbook& workbook_;
+    const SharedStrings& sharedStrings_;
+    CellTable& cells_;
+    TextBuilder text_;
+    ValueText value_;
+    std::size_t unitsLeft_ = kMostUnitsOfWorksheet;
+    std::uint32_t row_ = 0;
+    CellPlace place_{};
+    ValueType type_ = ValueType::Number;
+    bool hasValue_ = false;
+    bool hasOwnText_ = false;
+    bool takesValue_ = false;
+    bool takesText_ = false;
+};
+
+}  // namespace
+
+void ReadSheet(OpenedWorkbook& workbook, std::string_view part, CellTable& cells) {
+    SheetReader reader(workbook, cells);
+    ReadXmlPart(workbook.package, part, XmlNamespace::Spreadsheet, reader);
+}
+
+}  // namespace NWorkbook
