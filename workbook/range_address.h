@@ -1,0 +1,37 @@
+// Addresses of cells as people write them: column letters, row digits.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "workbook/cells.h"
+
+namespace NWorkbook {
+
+// A rectangle of cells, its edges included.
+struct CellBlock {
+    std::uint32_t firstRow;
+    std::uint32_t lastRow;
+    std::uint16_t firstColumn;
+    std::uint16_t lastColumn;
+
+    [[nodiscard]] std::size_t Rows() const { return lastRow - firstRow + std::size_t{1}; }
+    [[nodiscard]] std::size_t Columns() const { return lastColumn - firstColumn + std::size_t{1}; }
+    [[nodiscard]] std::size_t Cells() const { return Rows() * Columns(); }
+};
+
+// From "A1" to "XFD1048576", letters in either case, a $ before the letters or the digits left out of
+// account; also two such addresses with a colon between them. Throws WorkbookError, which names the address.
+CellBlock ParseAddress(std::u16string_view address);
+
+// The smallest block that holds both.
+CellBlock Span(const CellBlock& one, const CellBlock& other);
+
+// "A1" for the first row and column.
+std::u16string CellName(std::uint32_t row, std::uint16_t column);
+
+// Writes the name into the end of `room` and returns it.
+inline constexpr std::size_t kMostUnitsOfCellName = 10;
+std::string_view WriteCellName(std::uint32_t row, std::uint16_t column, char (&room)[kMostUnitsOfCellName]);
+
+}  // namespace NWorkbook
