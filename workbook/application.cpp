@@ -40,7 +40,7 @@ class WorkbooksObject : public EngineObject<WorkbooksObject> {
     }
 
     Variant Hold(std::unique_ptr<Workbook> workbook, bool isReadOnly) {
-        auto opened = std::make_shared<OpenedWorkbook>();
+        auto opened = std::make_shared<HeldWorkbook>();
         opened->active = workbook->worksheets.front();
         opened->workbook = std::move(workbook);
         opened->isReadOnly = isReadOnly;

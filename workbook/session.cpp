@@ -2,8 +2,8 @@
 
 namespace NWorkbook {
 
-std::shared_ptr<OpenedWorkbook> WorkbookReference::Get() const {
-    std::shared_ptr<OpenedWorkbook> held = opened.lock();
+std::shared_ptr<HeldWorkbook> WorkbookReference::Get() const {
+    std::shared_ptr<HeldWorkbook> held = opened.lock();
     if (held == nullptr) throw WorkbookError(u"The workbook is closed.");
     return held;
 }

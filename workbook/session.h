@@ -8,7 +8,7 @@
 
 namespace NWorkbook {
 
-struct OpenedWorkbook {
+struct HeldWorkbook {
     std::unique_ptr<Workbook> workbook;
     bool isReadOnly = false;
     std::shared_ptr<Worksheet> active;
@@ -18,16 +18,16 @@ struct OpenedWorkbook {
 // Owns the open workbooks; every object of the application holds it. There is no reference the other way.
 struct Session {
     bool hasQuit = false;
-    std::vector<std::shared_ptr<OpenedWorkbook>> workbooks;
+    std::vector<std::shared_ptr<HeldWorkbook>> workbooks;
 };
 
 // Refers to an open workbook. Closing it ends that.
 struct WorkbookReference {
     std::shared_ptr<Session> session;
-    std::weak_ptr<OpenedWorkbook> opened;
+    std::weak_ptr<HeldWorkbook> opened;
 
     // Throws WorkbookError when the workbook is closed.
-    [[nodiscard]] std::shared_ptr<OpenedWorkbook> Get() const;
+    [[nodiscard]] std::shared_ptr<HeldWorkbook> Get() const;
 };
 
 // Refers to a worksheet of an open workbook. Deleting it ends that.

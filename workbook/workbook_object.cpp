@@ -78,7 +78,7 @@ class SheetsObject : public EngineObject<SheetsObject> {
     }
 
     // The first of those added.
-    static const std::shared_ptr<Worksheet>& AddBeforeActive(OpenedWorkbook& opened, std::size_t count) {
+    static const std::shared_ptr<Worksheet>& AddBeforeActive(HeldWorkbook& opened, std::size_t count) {
         Worksheets& worksheets = opened.workbook->worksheets;
         if (worksheets.size() + count > kMostWorksheets) {
             throw WorkbookError(u"A workbook has at most 32767 worksheets.");
@@ -93,7 +93,7 @@ class SheetsObject : public EngineObject<SheetsObject> {
         return opened.active;
     }
 
-    static std::u16string NewName(OpenedWorkbook& opened) {
+    static std::u16string NewName(HeldWorkbook& opened) {
         const Worksheets& worksheets = opened.workbook->worksheets;
         std::u16string name;
         do {
@@ -133,7 +133,7 @@ class WorkbookObject : public EngineObject<WorkbookObject> {
         return {};
     }
 
-    static void Save(OpenedWorkbook& opened) {
+    static void Save(HeldWorkbook& opened) {
         const std::u16string path = opened.workbook->path;
         if (path.empty()) throw WorkbookError(u"The workbook has no file name yet.");
         SaveAs(opened, path);
@@ -153,7 +153,7 @@ class WorkbookObject : public EngineObject<WorkbookObject> {
         return {};
     }
 
-    static void SaveAs(OpenedWorkbook& opened, std::u16string_view path) {
+    static void SaveAs(HeldWorkbook& opened, std::u16string_view path) {
         std::u16string fullPath;
         const bool isSame = opened.workbook->path == path || (NPlatform::FindReadableFile(path, fullPath) &&
                                                               opened.workbook->path == fullPath);
