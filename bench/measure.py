@@ -8,11 +8,12 @@ the rounds. The slowest programs take part in some rounds only."""
 import argparse
 
 import csv_tables
+import workbooks
 from runs import FOLDER, Measurement, report
 
 
 # What is measured, by the option that chooses it alone.
-CONTESTS = {"csv": csv_tables}
+CONTESTS = {"csv": csv_tables, "workbooks": workbooks}
 
 
 def sizes(options, contest):
