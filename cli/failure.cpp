@@ -17,6 +17,8 @@ void Tell(const char* text) {
     if (last != '\n') std::fputc('\n', stderr);
 }
 
+void Note(const std::string& sentence) { Tell(("Note: " + sentence).c_str()); }
+
 std::string SystemText(int error) { return std::generic_category().message(error); }
 
 }  // namespace NCli

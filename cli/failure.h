@@ -22,6 +22,9 @@ class WrongUsage : public Failure {
 // character: a message may quote a table, and that must not control the terminal. Allocates nothing.
 void Tell(const char* text);
 
+// Tells the user what changes nothing about the outcome.
+void Note(const std::string& sentence);
+
 // The system's own text for a value of errno.
 std::string SystemText(int error);
 

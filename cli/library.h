@@ -1,0 +1,26 @@
+// The library's functions, with their failures as sentences for the user.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "api/xls2tki.h"
+#include "cli/options.h"
+
+namespace NCli {
+
+// Call it before the others. All of them throw Failure, and std::bad_alloc when the memory is exhausted.
+void PrepareLibrary();
+
+// Converts the input, which may be a copy of what the options name. That the document could be written is not
+// checked.
+void RunConversion(const Options& options, const std::filesystem::path& input,
+                   const std::filesystem::path& output);
+
+// The names of the workbook's worksheets in their order, at least one. None where the installed Excel cannot
+// list them; the library's message has the reason.
+std::vector<NXls2Tki::WideString> FindWorksheets(const Options& options);
+
+[[noreturn]] void FailWithLibraryMessage();
+
+}  // namespace NCli
