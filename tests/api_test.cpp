@@ -5,12 +5,12 @@
 
 #include "api/excel_detection.h"
 #include "api/xls2tki.h"
-#include "platform/automation_servers.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/ole.h"
 #include "platform/user.h"
 #include "tests/host.h"
+#include "tests/recording_server.h"
 #include "tests/rooms.h"
 
 namespace {
@@ -160,7 +160,7 @@ TEST(Api, DetectsTheInstalledExcel) {
         {"@=hex(1):61,00,00,00,62,00,00,00", ExcelVersionUnknown, u"a"},
         {"@=hex(2):25,00,78,00,25,00,00,00", ExcelVersionUnknown, u"%x%"},
         {"@=hex(1):61,00", ExcelNotInstalled, u"unchanged"},
-        {"@=hex(1):61,00,00", ExcelNotInstalled, u"unchanged"},
+        {"@=hex(1):61,00,00,00,00", ExcelNotInstalled, u"unchanged"},
         {"@=hex(7):61,00,00,00,00,00", ExcelNotInstalled, u"unchanged"},
         {"@=dword:00000000", ExcelNotInstalled, u"unchanged"},
         {"\"Name\"=\"Excel.Application.14\"", ExcelNotInstalled, u"unchanged"},
@@ -215,16 +215,15 @@ TEST(Api, DrivesTheInstalledExcel) {
         {";deny key", u"", AccessDenied(u"path"), false, AccessDenied(u"path")},
         {";deny value\n@=\"\"", u"", AccessDenied(u"value"), false, AccessDenied(u"value")},
     };
-    const NPlatform::AutomationServer broken(u"Excel.Application", []() -> NPlatform::Dispatch {
-        throw NPlatform::OleException(1, u"It does not start.");
-    });
+    NTest::RecordingExcel excel({});
     const TempFolder folder;
     const std::u16string input = folder.Put("input", "");
     const std::u16string output = folder.Put("output", "as it was");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.value);
-        const InstalledExcel excel(row.value);
+        const InstalledExcel installed(row.value);
         const Progress progress;
+        excel.Begin(1);  // it does not start
         EXPECT_FALSE(Xls2TkiConvert(input.c_str(), u"Sheet", output.c_str(), ImportTypeExcel, true, u';', {},
                                     {}, {}, u"", u"", false));
         EXPECT_EQ(GetLoggedMessages(), row.failure);
@@ -236,6 +235,7 @@ TEST(Api, DrivesTheInstalledExcel) {
         }
         const std::size_t count = Progress::Messages().size();
         std::vector<WideString> names = {u"as it was"};
+        excel.Begin(1);
         EXPECT_EQ(GetExcelWorksheets(input.c_str(), names), row.isListed);
         EXPECT_EQ(GetLoggedMessages(), row.listing);
         EXPECT_EQ(names, row.isListed ? std::vector<WideString>() : std::vector<WideString>{u"as it was"});
@@ -243,37 +243,62 @@ TEST(Api, DrivesTheInstalledExcel) {
     }
 }
 
-// An application that fails whatever it is asked.
-class BrokenApplication : public NPlatform::DispatchObject {
-  public:
-    NPlatform::Variant Invoke(NPlatform::DispatchId, NPlatform::InvokeKind,
-                              std::span<const NPlatform::Variant>) override {
-        throw NPlatform::DispatchException(1004, u"It does not w\u00F6rk.", u"", u"");
+TEST(Api, ReadsTheWorksheetThatIsAskedFor) {
+    const auto cells = [](std::u16string_view text) {
+        return NTest::MakeCells(NTest::MakeTable(text), NTest::MakeCell);
+    };
+    NTest::RecordingExcel excel(
+        {{u"One", cells(u"DTC|Text\nP0001|first")}, {u"Two", cells(u"DTC|Text\nP0002|second")}});
+    const TempFolder folder;
+    const std::u16string input = folder.Put("input", "");
+    const std::u16string output = folder.Path("output");
+    for (const std::string version : {"10", "11", "12", "14", "15"}) {
+        SCOPED_TRACE(version);
+        const InstalledExcel installed("@=\"Excel.Application." + version + "\"");
+        const bool choosesSheets = version != "11";
+        for (const auto& sheet : {u"", u"One", u"Two"}) {
+            excel.Begin(0);
+            EXPECT_TRUE(Xls2TkiConvert(input.c_str(), sheet, output.c_str(), ImportTypeExcel, false, u';', {},
+                                       {}, {}, u"", u"", false));
+            EXPECT_TRUE(std::u16string_view(GetLoggedMessages()).ends_with(u"Writing to file completed.\n"));
+            const bool isSecond = choosesSheets && sheet == u"Two"sv;
+            EXPECT_NE(folder.Read("output").find(isSecond ? ">second<" : ">first<"), std::string::npos);
+            EXPECT_EQ(excel.Trace().find("Worksheet get C5 'A1' 'K1'\n") != std::string::npos, choosesSheets);
+        }
+        const std::string opening = excel.Trace().substr(0, excel.Trace().find("Workbook get"));
+        excel.Begin(0);
+        std::vector<WideString> names = {u"as it was"};
+        EXPECT_EQ(GetExcelWorksheets(input.c_str(), names), choosesSheets);
+        if (choosesSheets) {
+            EXPECT_EQ(names, (std::vector<WideString>{u"One", u"Two"}));
+            EXPECT_EQ(excel.Trace().substr(0, opening.size()), opening);
+        }
+        EXPECT_EQ(excel.liveObjects, 0);
     }
-};
+}
 
 TEST(Api, LetsFailuresOfExcelPass) {
-    const NPlatform::AutomationServer broken(u"Excel.Application",
-                                             [] { return NPlatform::Dispatch(new BrokenApplication); });
+    NTest::RecordingExcel excel({});
     const TempFolder folder;
     const std::u16string input = folder.Put("input", "");
     for (const std::string version : {"10", "11", "12", "14", "15"}) {
         SCOPED_TRACE(version);
-        const InstalledExcel excel("@=\"Excel.Application." + version + "\"");
-        const std::u16string message = version == "15" ? kWarning : u"";
+        const InstalledExcel installed("@=\"Excel.Application." + version + "\"");
+        std::vector<WideString> names = {u"as it was"};
         const auto expectFailure = [&](const std::function<void()>& call) {
+            excel.Begin(2);
             try {
                 call();
                 ADD_FAILURE();
             } catch (const std::exception& failure) {
-                EXPECT_STREQ(failure.what(), "It does not w\xC3\xB6rk.");
+                EXPECT_STREQ(failure.what(), "Broken");
             }
-            EXPECT_EQ(GetLoggedMessages(), message);
+            EXPECT_EQ(GetLoggedMessages(), version == "15" ? std::u16string(kWarning) : u"");
+            EXPECT_EQ(names, std::vector<WideString>{u"as it was"});
+            EXPECT_EQ(excel.liveObjects, 0);
         };
         expectFailure([&] { Xls2TkiConvert(input.c_str(), u"", ImportTypeExcel, false, u';', false); });
-        std::vector<WideString> names = {u"as it was"};
         if (version != "11") expectFailure([&] { GetExcelWorksheets(input.c_str(), names); });
-        EXPECT_EQ(names, std::vector<WideString>{u"as it was"});
     }
 }
 
