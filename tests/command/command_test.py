@@ -4,6 +4,7 @@ Runs the command as users do, above all on what it has to refuse. Each run has a
 in.csv, an older out.xml and the folder for temporary files; afterwards nothing else may have changed there."""
 
 import contextlib
+import io
 import os
 import resource
 import signal
@@ -12,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zipfile
 from pathlib import Path
 
 COMMAND = os.path.abspath(sys.argv[1])
@@ -26,6 +28,24 @@ NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
 HINT = " (xls2tki --help shows the options.)\n"
 UTF16 = TABLE.decode().encode("utf-16")
 EVERY_BYTE = b'P0123;"' + bytes(set(range(256)) - {ord('"')}) + b'";red\n'
+EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
+WORKBOOK = (EXAMPLES / "powertrain.xlsx").read_bytes()
+NO_WORKBOOK = "xls2tki: '%s' is not a workbook.\n"
+NOT_OPENED = "xls2tki: '%s' cannot be opened.\n"
+NO_EXCEL = ("xls2tki: The application MS Excel 2000 or higher is not installed on this system. "
+            "Aborting data transformation.\n")
+NO_LIST = "xls2tki: On using Excel 2003, it is not possible to detect contained Worksheets!\n"
+NOT_NAMED = "xls2tki: Note: --worksheet has no effect with Excel 2003, which reads the first worksheet.\n"
+
+
+def cut_worksheet(workbook):
+    damaged = io.BytesIO()
+    with zipfile.ZipFile(io.BytesIO(workbook)) as whole, zipfile.ZipFile(damaged, "w") as parts:
+        for name in whole.namelist():
+            part = whole.read(name)
+            parts.writestr(name, part[:1000] if name.endswith("sheet1.xml") else part)
+    return damaged.getvalue()
+
 
 IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
@@ -73,6 +93,17 @@ CASES = [
      "xls2tki: --separator takes one character up to U+FFFF, or tab, comma, semicolon or pipe." + HINT, None),
     ("argument not UTF-8", TABLE, b"--variant \xed\xb2\x80 in.csv out.xml", 2,
      "xls2tki: The value of --variant is not UTF-8." + HINT, None),
+    ("workbook", WORKBOOK, "-x " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
+    ("worksheet", WORKBOOK, "-x -w J1939 " + IO, 0, "", (EXAMPLES / "j1939.xml").read_bytes()),
+    ("missing worksheet", WORKBOOK, "-x -w j1939 " + IO, 1,
+     'xls2tki: "in.csv" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', None),
+    ("damaged worksheet", cut_worksheet(WORKBOOK), "-x " + IO, 1,
+     "xls2tki: 'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
+    ("missing workbook", TABLE, "IN.XLSX out.xml", 1, NOT_OPENED % "IN.XLSX", None),
+    ("folder as workbook", TABLE, "-x tmp out.xml", 1, NOT_OPENED % "tmp", None),
+    ("no workbook", TABLE, "-x " + IO, 1, NO_WORKBOOK % "in.csv", None),
+    ("worksheet of no workbook", TABLE, "-x -w DTC " + IO, 1, NO_WORKBOOK % "in.csv", None),
+    ("worksheets of no workbook", TABLE, "--list-worksheets in.csv", 1, NO_WORKBOOK % "in.csv", None),
     ("worksheet of a CSV text", TABLE, "-w DTC " + IO, 0,
      "xls2tki: Note: --worksheet is for --excel only and has no effect here.\n", b">Stuck<"),
     ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0, "",
@@ -125,6 +156,25 @@ def test_tables():
                 check(name + ": output", OLD, Path("out.xml").read_bytes())
             else:
                 check_document(name, part, Path("out.xml").read_bytes())
+
+
+def test_installed_excels():
+    for excel, listing, note, sheet in [("10", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
+                                        ("11", (1, b"", NO_LIST), NOT_NAMED, "powertrain"),
+                                        ("15", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
+                                        ("", (1, b"", NO_EXCEL), NO_EXCEL, None)]:
+        with folder(WORKBOOK) as environment:
+            key = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n"
+            Path("registry").write_text(key + f'@="Excel.Application.{excel}"' if excel else "")
+            environment["XLS2TKI_REGISTRY"] = "registry"
+            result = run("--list-worksheets in.csv", environment)
+            check("list with " + excel, listing, (result.returncode, result.stdout, result.stderr.decode()))
+            result = run("-x -w J1939 " + IO, environment)
+            check("convert with " + excel, (note, 0 if sheet else 1), (result.stderr.decode(), result.returncode))
+            check("document with " + excel, (EXAMPLES / (sheet + ".xml")).read_bytes() if sheet else OLD,
+                  Path("out.xml").read_bytes())
+            reason = b"registry' is not a workbook." if excel else b"is not installed"
+            check("reason with " + excel, True, reason in run("-x registry out.xml", environment).stderr)
 
 
 def test_streams_and_pipes():
