@@ -51,7 +51,7 @@ class HelpFormatter : public CLI::Formatter {
 
 constexpr char kExamples[] =
     "Examples:\n"
-    "  xls2tki powertrain.csv powertrain.xml\n"
+    "  xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
     "  xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
 
 void DeclareOptions(CLI::App& app, Arguments& arguments) {
