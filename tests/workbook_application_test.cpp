@@ -43,6 +43,14 @@ std::int32_t StatusOf(Call call) {
     return 0;
 }
 
+std::vector<std::string> NamesIn(const TempFolder& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path(""))) {
+        names.push_back(entry.path().filename().string());
+    }
+    return names;
+}
+
 Variant Text(std::u16string_view text) { return Variant::String(text); }
 
 // Values in the words of these tests: numbers are whole, a b stands before truth values, a text is quoted.
@@ -248,6 +256,96 @@ TEST_F(WorkbookApplication, OutlivesWhatItCameFrom) {
     application.Call(Ids::Application::kQuit);
     application.Call(Ids::Application::kQuit);
     EXPECT_EQ(RefusalOf([&] { books.Call(Ids::Workbooks::kAdd); }), u"The application has quit.");
+}
+
+TEST_F(WorkbookApplication, ReadsWhatItWrote) {
+    const TempFolder folder;
+    const std::u16string path = folder.Put("an ä.xlsx", "older");
+    const Variant values[] = {
+        Variant::Double(0.1 + 0.2),
+        Variant::Double(1e23),
+        Variant::Double(5e-324),
+        Variant::Double(-1.0 / 3),
+        Variant::Double(std::numeric_limits<double>::max()),
+        Variant::Double(9007199254740991),
+        Variant::Bool(true),
+        Variant::Bool(false),
+        Variant(),
+        Text(u""),
+        Text(u" a "),
+        Text(u"\r\n\ta\r"),
+        Text(u"=1+1"),
+        Text(u"007"),
+        Text(u"_x0041__x005F_x0041__x00zz_"),
+        Text(u"_x005F__X0041_"s + u'\0' + u"\x1\x1F\x7F\x85\xFFFE\xFFFF"),
+        Text(u"\xD83D lone \xDE00"),
+        Text(u"<a b=\"😀\">&amp;</a>]]>"),
+        Text(std::u16string(32767, u'\x1')),
+    };
+    sheets.Call(Ids::Sheets::kAdd).AsObject().Put(Ids::Worksheet::kName, Text(u"<&\"_x0041_'ä"));
+    const auto row = [](std::size_t index) {
+        return NPlatform::Format(16, u"ZZ%d", {static_cast<int>(index) + 1});
+    };
+    Sheet(Text(u"Sheet1"))
+        .Get(Ids::Worksheet::kRange, {Text(u"XFD1048576")})
+        .AsObject()
+        .Put(Ids::Range::kValue2, Text(u"z"));
+    for (std::size_t index = 0; index < std::size(values); ++index) Put(row(index), values[index]);
+    SaveAs(path);
+    Put(u"A1", Text(u"y"));
+    book.Call(Ids::Workbook::kClose, {Variant::Bool(true)});
+
+    book = books.Call(Ids::Workbooks::kOpen13, {Text(path)}).AsObject();
+    sheets = book.Get(Ids::Workbook::kWorksheets).AsObject();
+    EXPECT_EQ(Names(), u"<&\"_x0041_'ä Sheet1 ");
+    EXPECT_EQ(Value(u"A1:B1", u"A1"), u"'y' - | ");
+    for (std::size_t index = 0; index < std::size(values); ++index) {
+        const Variant read = Range(row(index), row(index)).Get(Ids::Range::kValue2);
+        ASSERT_EQ(read.Type(), values[index].Type()) << index;
+        const bool isNumber = read.Type() == VariantType::Double;
+        EXPECT_TRUE(isNumber ? read.AsDouble() == values[index].AsDouble()
+                             : Words(read) == Words(values[index]))
+            << index;
+    }
+    EXPECT_EQ(Words(Sheet(Variant::Int16(2))
+                        .Get(Ids::Worksheet::kRange, {Text(u"XFD1048576")})
+                        .AsObject()
+                        .Get(Ids::Range::kValue2)),
+              u"'z'");
+    book.Call(Ids::Workbook::kSave);
+    EXPECT_EQ(NamesIn(folder), std::vector<std::string>{"an ä.xlsx"});
+}
+
+TEST_F(WorkbookApplication, KeepsTheFileThatItCannotReplace) {
+    const TempFolder folder;
+    const std::u16string path = folder.Path("a.xlsx");
+    SaveAs(path);
+    const std::string bytes = folder.Read("a.xlsx");
+    const Variant readOnly =
+        books.Call(Ids::Workbooks::kOpen15, {Text(path), Variant::Missing(), Variant::Int16(1)});
+    Workbook workbook;
+    workbook.worksheets.push_back(std::make_shared<Worksheet>(u"x", [](CellTable& cells) {
+        cells.Add({.row = 2, .column = 28, .type = CellType::Error, .error = CellError::Name});
+    }));
+    const auto save = [&](std::u16string_view place) {
+        try {
+            SaveWorkbook(workbook, place);
+        } catch (const WorkbookError& error) {
+            return error.Message();
+        }
+        return std::u16string();
+    };
+    EXPECT_EQ(save(path), u"The error value in cell AB2 cannot be saved.");
+    workbook.findWhatIsNotKept = [] { return u"formulas, charts"; };
+    EXPECT_EQ(save(path), u"The workbook cannot be saved as '" + path +
+                              u"' without losing what it holds beside plain cells: formulas, charts.");
+    EXPECT_EQ(RefusalOf([&] { readOnly.AsObject().Call(Ids::Workbook::kSave); }),
+              u"The workbook was opened read-only: '" + path + u"'.");
+    EXPECT_EQ(RefusalOf([&] { SaveAs(folder.Path("")); }),
+              u"The workbook cannot be saved as '" + folder.Path("") + u"', which is not a file.");
+    EXPECT_NE(RefusalOf([&] { SaveAs(folder.Path("none/a.xlsx")); }), u"");
+    EXPECT_EQ(folder.Read("a.xlsx"), bytes);
+    EXPECT_EQ(NamesIn(folder), std::vector<std::string>{"a.xlsx"});
 }
 
 }  // namespace

@@ -4,19 +4,21 @@
 #include <string>
 
 #include "platform/library_files.h"
-#include "workbook/sheet_xml.h"
 #include "workbook/workbook.h"
+#include "workbook/written_part.h"
+#include "workbook/xml_text.h"
 
 namespace NWorkbook {
 
 namespace {
 
-constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
 constexpr std::string_view kContentTypes =
     "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
     "<Default Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
     "<Override PartName=\"/xl/workbook.xml\" ContentType="
-    "\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>";
+    "\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
+    "<Override PartName=\"/xl/sharedStrings.xml\" ContentType="
+    "\"application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml\"/>";
 constexpr std::string_view kSheetType =
     ".xml\" ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/>";
 constexpr std::string_view kRelationships =
@@ -29,23 +31,23 @@ constexpr std::string_view kWorkbook =
 
 std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
-// Answers the zip library's questions about a worksheet.
+// Answers the zip library's questions about a part.
 zip_int64_t AnswerZip(void* state, void* data, zip_uint64_t length, zip_source_cmd_t command) noexcept {
-    auto& sheet = *static_cast<SheetXml*>(state);
+    auto& part = *static_cast<WrittenPart*>(state);
     switch (command) {
         case ZIP_SOURCE_SUPPORTS:
             return ZIP_SOURCE_SUPPORTS_READABLE;
         case ZIP_SOURCE_OPEN:
-            sheet.Rewind();
+            part.Rewind();
             return 0;
         case ZIP_SOURCE_READ:
-            return static_cast<zip_int64_t>(sheet.Read(static_cast<char*>(data), length));
+            return static_cast<zip_int64_t>(part.Read(static_cast<char*>(data), length));
         case ZIP_SOURCE_STAT: {
             auto& stat = *static_cast<zip_stat_t*>(data);
             zip_stat_init(&stat);
             // Told beforehand, the size saves the extensions for archives beyond 4 GB, which not every
             // program reads.
-            stat.size = sheet.Size();
+            stat.size = part.Size();
             stat.valid = ZIP_STAT_SIZE;
             return sizeof stat;
         }
@@ -73,13 +75,15 @@ class Package {
     }
 
     void Add(const std::string& part, std::string_view content) {
-        contents_.push_back(std::string(kDeclaration).append(content));
+        contents_.push_back(std::string(kXmlDeclaration).append(content));
         const std::string& kept = contents_.back();
         Add(part, zip_source_buffer(archive_.get(), kept.data(), kept.size(), 0));
     }
 
-    void Add(const std::string& part, SheetXml& sheet) {
-        Add(part, zip_source_function(archive_.get(), AnswerZip, &sheet));
+    // The text has to outlive the package.
+    void Add(const std::string& part, WrittenPart& text) {
+        text.Measure();
+        Add(part, zip_source_function(archive_.get(), AnswerZip, &text));
     }
 
     void Write() {
@@ -126,13 +130,14 @@ void AddFixedParts(Package& package, const Workbook& workbook) {
         types.append("<Override PartName=\"/xl/").append(SheetPart(number)).append(kSheetType);
         relationships += Relationship(number, "worksheet", SheetPart(number) + ".xml");
         sheets += "<sheet name=\"";
-        AppendXmlAttribute(sheets, workbook.worksheets[number - 1]->Name());
+        AppendXmlText(sheets, workbook.worksheets[number - 1]->Name());
         sheets.append("\" sheetId=\"").append(digits).append("\" r:id=\"rId").append(digits).append("\"/>");
     }
     package.Add("[Content_Types].xml", types + "</Types>");
     package.Add("_rels/.rels", std::string(kRelationships) +
                                    Relationship(1, "officeDocument", "xl/workbook.xml") + "</Relationships>");
     package.Add("xl/workbook.xml", sheets + "</sheets></workbook>");
+    relationships += Relationship(workbook.worksheets.size() + 1, "sharedStrings", "sharedStrings.xml");
     package.Add("xl/_rels/workbook.xml.rels", relationships + "</Relationships>");
 }
 
@@ -152,13 +157,16 @@ void SaveWorkbook(Workbook& workbook, std::u16string_view path) {
                             u"', which is not a file.");
     }
     RefuseWhatWouldBeLost(workbook, path);
-    std::deque<SheetXml> sheets;
+    std::deque<WrittenWorksheet> worksheets;
+    WrittenStrings strings(workbook);
     Package package(path, fullPath);
     AddFixedParts(package, workbook);
+    std::size_t stringCount = 0;
     for (const auto& worksheet : workbook.worksheets) {
-        SheetXml& sheet = sheets.emplace_back(*worksheet);
-        package.Add("xl/" + SheetPart(sheets.size()) + ".xml", sheet);
+        WrittenWorksheet& text = worksheets.emplace_back(*worksheet, stringCount);
+        package.Add("xl/" + SheetPart(worksheets.size()) + ".xml", text);
     }
+    package.Add("xl/sharedStrings.xml", strings);
     package.Write();
     workbook.path = fullPath;
     workbook.findWhatIsNotKept = nullptr;
