@@ -114,7 +114,8 @@ class RecordingExcel::Block : public NPlatform::VariantArray {
     // `place`: first row, first column, last row, last column, counted from 0.
     Block(const Sheet& sheet, const std::vector<std::size_t>& place) : sheet_(sheet), place_(place) {}
     [[nodiscard]] std::int32_t UpperBound(int dimension) const override {
-        return static_cast<std::int32_t>(dimension == 1 ? place_[2] - place_[0] : place_[3] - place_[1]) + 1;
+        return static_cast<std::int32_t>(1 +
+                                         (dimension == 1 ? place_[2] - place_[0] : place_[3] - place_[1]));
     }
     [[nodiscard]] VariantElement At(std::int32_t row, std::int32_t column) const override {
         const Variant& value = sheet_.At(place_[0] + static_cast<std::size_t>(row) - 1,
