@@ -24,10 +24,10 @@ bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 }  // namespace
 
 std::optional<double> ParseNumber(std::string_view text) {
-    if (text.starts_with('+')) text.remove_prefix(1);
-    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    const std::size_t first = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
     // Names of infinity and of what is no number are none here.
     if (first == text.size() || (!IsDigit(text[first]) && text[first] != '.')) return std::nullopt;
+    if (text[0] == '+') text.remove_prefix(1);
     double number = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);

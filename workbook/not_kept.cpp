@@ -75,7 +75,6 @@ constexpr Meaning kSheetElements[] = {
     {"drawing", u""},
     {"legacyDrawing", u""},
     {"tableParts", u""},  // parts of their own
-    {"cols", u"column widths"},
     {"mergeCells", u"merged cells"},
     {"conditionalFormatting", u"conditional formats"},
     {"dataValidations", u"data validation"},
@@ -123,14 +122,20 @@ class FindingReader : public XmlReader {
     Findings& findings_;
 };
 
+// An element without attributes counts when there is something in it.
 class WorkbookScan : public FindingReader {
   public:
     using FindingReader::FindingReader;
 
     bool Start(const XmlElement& element) override {
-        if (element.depth == 2) findings_.AddElement(kWorkbookElements, element.name);
-        return element.depth == 1;
+        const bool isEmpty = element.depth == 2 && *element.attributes == nullptr;
+        if (element.depth == 2) name_ = element.name;
+        if (element.depth > 1 && !isEmpty) findings_.AddElement(kWorkbookElements, name_);
+        return element.depth == 1 || isEmpty;
     }
+
+  private:
+    std::string name_;  // of the element at depth 2
 };
 
 class SharedStringsScan : public FindingReader {
@@ -152,11 +157,11 @@ class SheetScan : public FindingReader {
             case 1:
                 return true;
             case 2:
-                findings_.AddElement(kSheetElements, element.name);
-                return element.name == "sheetData";
+                if (element.name != "cols") findings_.AddElement(kSheetElements, element.name);
+                return element.name == "sheetData" || element.name == "cols";
             case 3:
                 LookAtRow(element);
-                return true;
+                return element.name == "row";
             case 4:
                 LookAtCell(element);
                 return true;
@@ -170,9 +175,11 @@ class SheetScan : public FindingReader {
     }
 
   private:
+    // Or at a column, which has the same attributes.
     void LookAtRow(const XmlElement& row) {
-        if (row.Find("ht") != nullptr || row.Find("outlineLevel") != nullptr) findings_.Add(u"row heights");
-        if (row.Find("hidden") != nullptr) findings_.Add(u"hidden rows");
+        if (row.IsTrue("customWidth")) findings_.Add(u"column widths");
+        if (row.IsTrue("customHeight")) findings_.Add(u"row heights");
+        if (row.IsTrue("hidden")) findings_.Add(u"hidden rows or columns");
         LookAtStyle(row);
     }
 
@@ -183,7 +190,7 @@ class SheetScan : public FindingReader {
     }
 
     void LookAtStyle(const XmlElement& element) {
-        const char* const style = element.Find("s");
+        const char* const style = element.Find(element.name == "col" ? "style" : "s");
         if (style != nullptr && std::string_view(style) != "0") findings_.Add(u"formats");
     }
 };

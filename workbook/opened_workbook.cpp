@@ -22,7 +22,7 @@ class ContentsReader : public XmlReader {
             return true;
         }
         if (element.depth == 2) {
-            if (element.name == "workbookPr") contents_.isFrom1904 = IsTrue(element.Find("date1904"));
+            if (element.name == "workbookPr") contents_.isFrom1904 = element.IsTrue("date1904");
             return element.name == "sheets";
         }
         if (element.name == "sheet") AddSheet(element);
@@ -30,10 +30,6 @@ class ContentsReader : public XmlReader {
     }
 
   private:
-    static bool IsTrue(const char* value) {
-        return value != nullptr && (std::string_view(value) == "1" || std::string_view(value) == "true");
-    }
-
     void AddSheet(const XmlElement& element) {
         const char* const name = element.Find("name");
         const char* const reference = element.FindReference();

@@ -181,7 +181,7 @@ std::size_t PartReader::Read(char* bytes, std::size_t capacity) {
     package_.inflated_ += static_cast<std::uint64_t>(count);
     if (package_.inflated_ > kMostInflatedBytes) {
         throw package_.PartError(part_,
-                                 {Fault::TooLarge, u"the parts have more than 4 GiB when they are unpacked"});
+                                 {Fault::TooLarge, u"the parts have more than 2 GiB when they are unpacked"});
     }
     return static_cast<std::size_t>(count);
 }

@@ -17,7 +17,7 @@ namespace NWorkbook {
 // Limits on what one file may ask for, far beyond any workbook that people work with.
 inline constexpr std::uint64_t kMostBytesOfFile = std::uint64_t{512} << 20;
 inline constexpr std::uint64_t kMostBytesOfDirectory = std::uint64_t{16} << 20;  // about 200,000 parts
-inline constexpr std::uint64_t kMostInflatedBytes = std::uint64_t{4} << 30;      // of all parts that are read
+inline constexpr std::uint64_t kMostInflatedBytes = std::uint64_t{2} << 30;      // of all parts that are read
 
 class Package {
   public:

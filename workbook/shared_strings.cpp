@@ -26,8 +26,7 @@ class SharedStrings::Reader : public XmlReader {
     void End(int depth) override {
         isText_ = false;
         if (depth != kItem) return;
-        if (budget_.sharedStrings-- == 0)
-            throw PartFault{Fault::TooLarge, u"there are too many shared strings"};
+        Spend(budget_.sharedStrings, 1, u"there are too many shared strings");
         strings_.Add(text_.Close());
     }
 

@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/format.h"
 #include "workbook/cell_value.h"
 #include "workbook/date_serial.h"
+#include "workbook/range_address.h"
 #include "workbook/utf16.h"
 #include "workbook/xml_part.h"
 
 namespace NWorkbook {
 
 namespace {
-
-constexpr std::size_t kMostUnitsOfFault = 1000;
 
 enum class ValueType : std::uint8_t { Number, SharedText, Text, InlineText, Bool, Error, Date, Unknown };
 
@@ -75,25 +73,25 @@ class SheetReader : public XmlReader {
 
     bool Start(const XmlElement& element) override {
         switch (element.depth) {
-            case kRoot:
+            case Root:
                 CheckRoot(element, "worksheet");
                 return true;
-            case kSheetData:
+            case SheetData:
                 return element.name == "sheetData";
-            case kRow:
+            case Row:
                 return element.name == "row" && StartRow(element);
-            case kCell:
+            case CellElement:
                 return element.name == "c" && StartCell(element);
-            case kValue:
+            case Value:
                 return StartValue(element.name);
             default:
-                return StartText(element.depth - kValue, element.name);
+                return StartText(element.depth - Value, element.name);
         }
     }
 
     void End(int depth) override {
         takesValue_ = takesText_ = false;
-        if (depth == kCell) EndCell();
+        if (depth == CellElement) EndCell();
     }
 
     void Text(std::string_view text) override {
@@ -105,7 +103,7 @@ class SheetReader : public XmlReader {
     }
 
   private:
-    enum Depth { kRoot = 1, kSheetData, kRow, kCell, kValue };
+    enum Depth { Root = 1, SheetData, Row, CellElement, Value };
 
     bool StartRow(const XmlElement& element) {
         const char* const number = element.Find("r");
@@ -173,8 +171,7 @@ class SheetReader : public XmlReader {
             SetValue(cell, text);
         }
         if (cell.type == CellType::Nothing) return;
-        if (workbook_.budget.cells-- == 0)
-            throw PartFault{Fault::TooLarge, u"the workbook has too many cells"};
+        Spend(workbook_.budget.cells, 1, u"the workbook has too many cells");
         cells_.Add(cell);
     }
 
@@ -208,10 +205,7 @@ class SheetReader : public XmlReader {
     }
 
     void SetText(Cell& cell, TextPlace text) {
-        const std::size_t size = TextAt(text).size();
-        if (size > unitsLeft_)
-            throw PartFault{Fault::TooLarge, u"the texts of the cells have too many characters"};
-        unitsLeft_ -= size;
+        Spend(unitsLeft_, TextAt(text).size(), u"the texts of the cells have too many characters");
         cell.type = CellType::Text;
         cell.text = text;
     }
@@ -223,10 +217,8 @@ class SheetReader : public XmlReader {
     }
 
     [[noreturn]] void FailCell(std::u16string_view what) const {
-        throw PartFault{
-            Fault::Damaged,
-            NPlatform::Format(kMostUnitsOfFault, u"the cell in row %d, column %d %s",
-                              {static_cast<std::int32_t>(place_.row), std::int32_t{place_.column}, what})};
+        throw PartFault{Fault::Damaged,
+                        u"cell " + CellName(place_.row, place_.column) + u" " + std::u16string(what)};
     }
 
     OpenedWorkbook& workbook_;

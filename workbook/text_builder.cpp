@@ -56,9 +56,7 @@ TextPlace TextBuilder::Close() {
     if (mayHaveEscapes_) DecodeEscapes();
     mayHaveEscapes_ = false;
     const std::size_t size = store_.Open().size();
-    if (size > budget_.units)
-        throw PartFault{Fault::TooLarge, u"the workbook's texts have too many characters"};
-    budget_.units -= size;
+    Spend(budget_.units, size, u"the workbook's texts have too many characters");
     return store_.Close();
 }
 

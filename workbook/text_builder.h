@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "workbook/cells.h"
 #include "workbook/part_fault.h"
 #include "workbook/text_store.h"
 
@@ -10,10 +11,16 @@ namespace NWorkbook {
 
 // How much one workbook may still ask for: generous limits, so that a small file cannot fill the memory.
 struct Budget {
-    std::size_t cells = 50'000'000;
+    std::size_t cells = CellTable::kMostCells;
+    std::size_t sharedStrings = CellTable::kMostCells;
     std::size_t units = std::size_t{1} << 29;  // of texts that are kept, UTF-16
-    std::size_t sharedStrings = 50'000'000;
 };
+
+// Takes so much from it. Throws PartFault, which says what there is too much of, where it is not there.
+inline void Spend(std::size_t& left, std::size_t count, const char16_t* tooMuch) {
+    if (count > left) throw PartFault{Fault::TooLarge, tooMuch};
+    left -= count;
+}
 
 class TextBuilder {
   public:

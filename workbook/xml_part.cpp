@@ -102,9 +102,7 @@ class PartParser {
         Guard(self, [](PartParser& parser) { parser.End(); });
     }
     static void XMLCALL OnText(void* self, const char* text, int size) {
-        Guard(self, [=](PartParser& parser) {
-            if (parser.leftOut_ == 0) parser.reader_.Text({text, static_cast<std::size_t>(size)});
-        });
+        Guard(self, [=](PartParser& parser) { parser.Text({text, static_cast<std::size_t>(size)}); });
     }
     static void XMLCALL OnDocumentType(void* self, const char* /*name*/, const char* /*systemId*/,
                                        const char* /*publicId*/, int /*hasInternalSubset*/) {
@@ -115,6 +113,7 @@ class PartParser {
 
     void Start(const char* name, const char** attributes) {
         if (++depth_ > kMostDepth) throw PartFault{Fault::TooLarge, u"its elements are nested too deeply"};
+        bytesOfText_ = 0;
         if (leftOut_ != 0) return;
         if (!prefixes_.Declare(depth_, attributes)) {
             throw PartFault{Fault::TooLarge, u"it declares too many namespaces"};
@@ -127,6 +126,7 @@ class PartParser {
     }
 
     void End() {
+        bytesOfText_ = 0;
         if (leftOut_ == 0) {
             reader_.End(depth_);
         } else if (leftOut_ == depth_) {
@@ -134,6 +134,12 @@ class PartParser {
         }
         prefixes_.Forget(depth_);
         --depth_;
+    }
+
+    void Text(std::string_view text) {
+        bytesOfText_ += text.size();
+        if (bytesOfText_ > kMostBytesOfText) throw PartFault{Fault::TooLarge, u"a text is too long"};
+        if (leftOut_ == 0) reader_.Text(text);
     }
 
     // How many bytes the parser is done with.
@@ -169,7 +175,8 @@ class PartParser {
     LimitedParser parser_;
     XmlPrefixes prefixes_;
     int depth_ = 0;
-    int leftOut_ = 0;  // the depth of the element that is left out; 0: none
+    int leftOut_ = 0;              // the depth of the element that is left out; 0: none
+    std::size_t bytesOfText_ = 0;  // since the last tag
     std::exception_ptr failure_;
 };
 
@@ -204,6 +211,11 @@ const char* XmlElement::Find(std::string_view attribute) const {
         if (*next == attribute) return next[1];
     }
     return nullptr;
+}
+
+bool XmlElement::IsTrue(std::string_view attribute) const {
+    const char* const value = Find(attribute);
+    return value != nullptr && (std::string_view(value) == "1" || std::string_view(value) == "true");
 }
 
 const char* XmlElement::FindReference() const {

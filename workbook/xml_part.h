@@ -6,20 +6,22 @@
 #include <vector>
 
 #include "workbook/package.h"
+#include "workbook/text_store.h"
 
 namespace NWorkbook {
 
 // Limits on what a part may ask of the parser.
 inline constexpr int kMostDepth = 256;                                      // elements in one another
 inline constexpr std::uint64_t kMostBytesOfToken = std::uint64_t{1} << 20;  // a tag, a comment
+inline constexpr std::size_t kMostBytesOfText = 3 * kMostUnitsOfText;       // between two tags
 inline constexpr std::size_t kMostParserMemory = std::size_t{64} << 20;     // it keeps all names that differ
 
 // The namespaces that count, each in its transitional and its strict form.
 enum class XmlNamespace : std::uint8_t {
     Other,
     Spreadsheet,
-    References,     // of attributes that name a relationship
-    Package,        // of the parts that list relationships
+    References,  // of attributes that name a relationship
+    Package,     // of the parts that list relationships
 };
 
 // The namespaces of the prefixes that are in force.
@@ -56,6 +58,8 @@ struct XmlElement {
 
     // The value of an attribute without a prefix; NULL if there is none.
     [[nodiscard]] const char* Find(std::string_view attribute) const;
+    // Whether the attribute is there and says so.
+    [[nodiscard]] bool IsTrue(std::string_view attribute) const;
     // The relationship that the element names; NULL if there is none.
     [[nodiscard]] const char* FindReference() const;
 };

@@ -1,0 +1,279 @@
+#include "workbook/workbook.h"
+
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include <cstdio>
+#include <map>
+
+#include "tests/host.h"
+#include "workbook/cell_value.h"
+#include "workbook/date_serial.h"
+#include "workbook/part_name.h"
+#include "workbook/range_address.h"
+#include "workbook/text_builder.h"
+
+namespace {
+
+using namespace NWorkbook;
+using NTest::ReplaceAll;
+using NTest::TempFolder;
+using NTest::Utf8;
+
+// Everything that a workbook holds, as the texts beside the files in tests/data/workbooks have it.
+std::string Describe(const Cell& cell) {
+    char number[40];
+    std::snprintf(number, sizeof number, "%.17g", cell.type == CellType::Number ? cell.number : 0);
+    switch (cell.type) {
+        case CellType::Number:
+            return std::string("n ") + number;
+        case CellType::Text:
+            return "t " + ReplaceAll(ReplaceAll(Utf8(TextAt(cell.text)), "\r", "\\13"), "\n", "\\10");
+        case CellType::Bool:
+            return cell.truth ? "b 1" : "b 0";
+        case CellType::Error:
+            return "e " + std::to_string(static_cast<int>(cell.error));
+        case CellType::Nothing:
+            break;
+    }
+    return "nothing";
+}
+
+std::string Describe(const Workbook& workbook) {
+    std::string text = "lost: " + Utf8(workbook.findWhatIsNotKept()) + "\n";
+    for (const auto& sheet : workbook.worksheets) {
+        text += "sheet: " + Utf8(sheet->Name()) + "\n";
+        for (const Cell* cell = sheet->Cells().Begin(); cell != sheet->Cells().End(); ++cell) {
+            text += Utf8(CellName(cell->row, cell->column)) + " " + Describe(*cell) + "\n";
+        }
+    }
+    return text;
+}
+
+TEST(Workbooks, ReadAsOtherProgramsReadThem) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(XLS2TKI_TEST_DATA "/workbooks")) {
+        if (entry.path().extension() != ".xlsx") continue;
+        ++count;
+        auto cells = entry.path();
+        const std::string expected = NTest::ReadBytes(cells.replace_extension(".cells"));
+        EXPECT_EQ(Describe(*OpenWorkbook(entry.path().u16string())), expected) << entry.path();
+    }
+    EXPECT_EQ(count, 5);
+}
+
+using Parts = std::map<std::string, std::string>;
+
+constexpr std::string_view kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+constexpr std::string_view kReferences =
+    "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+
+std::string Relationships(std::string_view kind, std::string_view target) {
+    const std::string list =
+        "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>"
+        "<Relationship Id='a' Type='KIND' Target='TARGET'/></Relationships>";
+    return ReplaceAll(ReplaceAll(list, "KIND", kind), "TARGET", target);
+}
+
+std::string Sheet(const std::string& rows) {
+    return "<worksheet xmlns='" + std::string(kMain) + "'><sheetData>" + rows + "</sheetData></worksheet>";
+}
+
+// A workbook of one worksheet; `changed` replaces its parts or adds some, an empty one is left out.
+Parts Small(const Parts& changed) {
+    Parts parts = {
+        {"_rels/.rels", Relationships("officeDocument", "w.xml")},
+        {"_rels/w.xml.rels", Relationships("worksheet", "s.xml")},
+        {"w.xml", "<workbook xmlns='" + std::string(kMain) + "' xmlns:r='" + std::string(kReferences) +
+                      "'><sheets><sheet name='S' r:id='a'/></sheets></workbook>"},
+        {"s.xml", Sheet("<row><c><v>1</v></c></row>")}};
+    for (const auto& [name, content] : changed) parts[name] = content;
+    return parts;
+}
+
+std::u16string Zip(const TempFolder& folder, const Parts& parts) {
+    const std::string path = Utf8(folder.Path("a.xlsx"));
+    zip_t* const zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    for (const auto& [name, content] : parts) {
+        if (content.empty()) continue;
+        zip_file_add(zip, name.c_str(), zip_source_buffer(zip, content.data(), content.size(), 0), 0);
+    }
+    EXPECT_EQ(zip_close(zip), 0);
+    return folder.Path("a.xlsx");
+}
+
+// What the workbook holds, or the sentence that refuses it, without the folder.
+std::string Outcome(const TempFolder& folder, const std::u16string& path) {
+    try {
+        const auto workbook = OpenWorkbook(path);
+        std::string text;
+        for (const auto& sheet : workbook->worksheets) {
+            for (const Cell* cell = sheet->Cells().Begin(); cell != sheet->Cells().End(); ++cell) {
+                text += Describe(*cell) + " ";
+            }
+        }
+        return text;
+    } catch (const WorkbookError& error) {
+        return ReplaceAll(Utf8(error.Message()), Utf8(folder.Path("")), "");
+    }
+}
+
+std::string Repeat(std::string_view text, std::size_t count) {
+    std::string result;
+    while (count-- > 0) result += text;
+    return result;
+}
+
+TEST(Workbooks, RefuseDamagedParts) {
+    const std::string sheetLine = "'a.xlsx' is damaged: part 's.xml', line 1: ";
+    const std::string sheetLarge = "'a.xlsx' is too large: part 's.xml', line 1: ";
+    const struct {
+        Parts changed;
+        std::string outcome;
+    } kRows[] = {
+        {{}, "n 1 "},
+        {{{"w.xml", ""}}, "'a.xlsx' is not a workbook."},
+        {{{"s.xml", ""}}, "'a.xlsx' is damaged: part 's.xml': it is missing."},
+        {{{"xl/workbook.bin", "x"}},
+         "'a.xlsx' is a binary workbook (.xlsb), which cannot be read. Save it as .xlsx."},
+        {{{"_rels/w.xml.rels", Relationships("chartsheet", "s.xml")}}, "'a.xlsx' has no worksheet."},
+        {{{"s.xml", "<a>"}}, sheetLine + "its root element is of another namespace."},
+        {{{"s.xml", "<!DOCTYPE a><a/>"}},
+         sheetLine + "it has a document type declaration, which no workbook has."},
+        {{{"s.xml", Sheet("<row>")}}, sheetLine + "mismatched tag."},
+        {{{"s.xml", Sheet("<row r='1048577'/>")}}, sheetLine + "there is no row '1048577'."},
+        {{{"s.xml", Sheet("<row><c r='XFE1'/></row>")}}, sheetLine + "there is no cell 'XFE1'."},
+        {{{"s.xml", Sheet("<row><c r='XFD1'/><c/></row>")}},
+         sheetLine + "there are too many cells in a row."},
+        {{{"s.xml", Sheet("<row><c t='x'/></row>")}}, sheetLine + "cell A1 is of an unknown type."},
+        {{{"s.xml", Sheet("<row r='7'><c r='B7'><v>1,5</v></c></row>")}},
+         sheetLine + "cell B7 has the value '1,5', which is none of its type."},
+        {{{"s.xml", Sheet("<row><c t='s'><v>3</v></c></row>")}},
+         sheetLine + "cell A1 refers to shared string 3, which there is not."},
+        {{{"s.xml", Sheet(Repeat("<row>", 300))}}, sheetLarge + "its elements are nested too deeply."},
+        {{{"s.xml", Sheet("<row a='" + Repeat("x", 2 << 20))}}, sheetLarge + "a tag or comment is too long."},
+        {{{"s.xml", Sheet(Repeat(" ", 50 << 20))}}, sheetLarge + "a text is too long."},
+    };
+    const TempFolder folder;
+    for (const auto& row : kRows) EXPECT_EQ(Outcome(folder, Zip(folder, Small(row.changed))), row.outcome);
+}
+
+// 60 KB that name 1 GB of text.
+TEST(Workbooks, RefuseSharedTextsThatGrowTooLong) {
+    const TempFolder folder;
+    Parts parts =
+        Small({{"t.xml",
+                "<sst xmlns='" + std::string(kMain) + "'><si><t>" + Repeat("x", 32767) + "</t></si></sst>"},
+               {"s.xml", Sheet("<row>" + Repeat("<c r='A1' t='s'><v>0</v></c>", 16400) + "</row>")}});
+    parts["_rels/w.xml.rels"] = ReplaceAll(parts["_rels/w.xml.rels"], "</",
+                                           "<Relationship Id='b' Type='sharedStrings' Target='t.xml'/></");
+    EXPECT_EQ(
+        Outcome(folder, Zip(folder, parts)),
+        "'a.xlsx' is too large: part 's.xml', line 1: the texts of the cells have too many characters.");
+}
+
+TEST(Workbooks, RefuseOtherFiles) {
+    const TempFolder folder;
+    std::string compound("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
+    compound.resize(1024);
+    EXPECT_EQ(Outcome(folder, folder.Path("none")), "'none' cannot be opened.");
+    EXPECT_EQ(Outcome(folder, folder.Put("a", "")), "'a' is not a workbook.");
+    EXPECT_EQ(Outcome(folder, folder.Put("a", compound)),
+              "'a' is a workbook of the older kind (.xls), which cannot be read yet. Save it as .xlsx.");
+    compound.replace(640, 34,
+                     ReplaceAll("E.n.c.r.y.p.t.e.d.P.a.c.k.a.g.e...", ".", std::string_view("\0", 1)));
+    compound.replace(640 + 64, 3, std::string_view("\x22\0\2", 3));
+    EXPECT_EQ(Outcome(folder, folder.Put("a", compound)),
+              "'a' is encrypted: a password is needed to open it.");
+}
+
+// Cut at each byte or with some bytes changed: another outcome perhaps, but always one.
+TEST(Workbooks, SurviveDamage) {
+    const TempFolder folder;
+    const std::string whole = NTest::ReadBytes(Zip(folder, Small({})));
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_NE(Outcome(folder, folder.Put("cut", whole.substr(0, size))), "n 1 ") << size;
+    }
+    std::mt19937 random(1);
+    for (int round = 0; round < 500; ++round) {
+        std::string damaged = whole;
+        for (int count = 0; count < 3; ++count)
+            damaged[random() % damaged.size()] = static_cast<char>(random());
+        Outcome(folder, folder.Put("damaged", damaged));
+    }
+}
+
+TEST(Workbooks, NoticeThatTheFileWasCut) {
+    const TempFolder folder;
+    const auto path = Zip(folder, Small({}));
+    const auto workbook = OpenWorkbook(path);
+    std::filesystem::resize_file(path, 10);
+    EXPECT_THROW(workbook->worksheets[0]->Cells(), WorkbookError);
+    EXPECT_THROW(workbook->worksheets[0]->Cells(), WorkbookError);
+}
+
+TEST(CellTable, SortsAndKeepsTheLast) {
+    CellTable cells;
+    const auto add = [&cells](std::uint32_t row, std::uint16_t column, double number,
+                              CellType type = CellType::Number) {
+        Cell cell{row, column, type, {}};
+        cell.number = number;
+        cells.Add(cell);
+    };
+    add(2, 1, 1), add(1, 2, 2), add(1, 1, 3), add(2, 1, 4), add(1, 2, 0, CellType::Nothing), add(3, 1, 5);
+    std::string text;
+    for (const Cell* cell = cells.Begin(); cell != cells.End(); ++cell) text += Describe(*cell) + " ";
+    EXPECT_EQ(text, "n 3 n 4 n 5 ");
+    EXPECT_EQ(cells.From(2, 2)->number, 5);
+    EXPECT_EQ(cells.From(3, 2), cells.End());
+}
+
+TEST(CellValues, AreReadExactlyOrNotAtAll) {
+    for (const char* text : {"", "-", "nan", "inf", "-inf", "1E400", "1 2", "0x1", "1,5", "+-1"}) {
+        EXPECT_FALSE(ParseNumber(text)) << text;
+    }
+    EXPECT_EQ(ParseNumber("-.5"), -0.5);
+    EXPECT_EQ(ParseNumber("+4.9E-324"), 4.9E-324);
+    EXPECT_EQ(ParseNumber("1E-400"), 0.0);
+    for (const char* text : {"", "A", "1", "A0", "1A", "A1048577", "XFE1", "AAAA1", "A1B", "A99999999999"}) {
+        EXPECT_FALSE(ParseCellName(text)) << text;
+    }
+    EXPECT_EQ(ParseCellName("xfd1048576")->column, kLastColumn);
+    EXPECT_EQ(ParseError("#SPILL!"), CellError::Value);
+    EXPECT_FALSE(ParseIndex("-1") || ParseIndex("1.0") || ParseBool("2") || ParseError("x"));
+}
+
+TEST(CellValues, DatesAreSerialNumbers) {
+    const struct {
+        const char* text;
+        bool isFrom1904;
+        double serial;
+    } kRows[] = {{"1900-01-01", false, 1},
+                 {"1900-02-28", false, 59},
+                 {"1900-03-01", false, 61},
+                 {"1904-01-01", true, 0},
+                 {"9999-12-31", false, 2958465},
+                 {"2021-01-01T12:00:00.000+01:00", false, 44197.5},
+                 {"23:59:59.5", false, 86399.5 / 86400}};
+    for (const auto& row : kRows) EXPECT_EQ(DateSerial(row.text, row.isFrom1904), row.serial) << row.text;
+    for (const char* text :
+         {"", "2021-02-29", "1899-12-30", "2021-1-1", "2021-01-01T", "24:00", "12:00:00x", "P1D"}) {
+        EXPECT_FALSE(DateSerial(text, false)) << text;
+    }
+}
+
+TEST(CellValues, EscapesBecomeUnits) {
+    std::u16string text = u"_x0041__x005f_x0041__x00G1_x_x004_xD83D_";
+    text.resize(DecodeEscapes(text.data(), text.size()));
+    EXPECT_EQ(text, std::u16string(u"A_x0041__x00G1_x_x004") + char16_t{0xD83D});
+}
+
+TEST(PartNames, AreResolved) {
+    EXPECT_EQ(ResolveTarget("xl/workbook.xml", "worksheets/a.xml"), "xl/worksheets/a.xml");
+    EXPECT_EQ(ResolveTarget("xl/workbook.xml", "/xl/a.xml"), "xl/a.xml");
+    EXPECT_EQ(ResolveTarget("xl/workbook.xml", "../../..\\a//./b"), "a/b");
+    EXPECT_EQ(RelationshipsOf("xl/workbook.xml"), "xl/_rels/workbook.xml.rels");
+    EXPECT_EQ(PartKey("\\XL\\A%20B%2"), "xl/a b%2");
+}
+
+}  // namespace
