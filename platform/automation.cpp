@@ -32,7 +32,7 @@ Variant Dispatch::Get(DispatchId property, std::initializer_list<Variant> argume
 }
 
 void Dispatch::Put(DispatchId property, const Variant& value) const {
-    Invoke(property, InvokeKind::PropertyPut, {&value, 1});
+    static_cast<void>(Invoke(property, InvokeKind::PropertyPut, {&value, 1}));
 }
 
 VariantType Variant::Type() const {

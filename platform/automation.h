@@ -121,13 +121,16 @@ class Dispatch {
     [[nodiscard]] bool HasObject() const { return object_ != nullptr; }
 
     // Without an object they do nothing, and the result is empty. Throw DispatchException where the
-    // application reports a failure, OleException where the call does not reach it.
+    // application reports a failure, OleException where the call does not reach it. A method's result is
+    // often of no interest.
+    // NOLINTNEXTLINE(modernize-use-nodiscard)
     Variant Call(DispatchId method, std::initializer_list<Variant> arguments = {}) const;
     [[nodiscard]] Variant Get(DispatchId property, std::initializer_list<Variant> arguments = {}) const;
     void Put(DispatchId property, const Variant& value) const;
 
   private:
-    Variant Invoke(DispatchId member, InvokeKind kind, std::span<const Variant> arguments) const;
+    [[nodiscard]] Variant Invoke(DispatchId member, InvokeKind kind,
+                                 std::span<const Variant> arguments) const;
 
     DispatchObject* object_ = nullptr;
 };
