@@ -48,7 +48,7 @@ void RefuseWorksheetName(std::u16string_view name) {
         RefuseName(name, u"a name neither begins nor ends with an apostrophe.");
     }
     for (std::size_t index = 0; index < name.size(); ++index) {
-        if (kNotInNames.find(name[index]) != kNotInNames.npos || IsNoXmlCharacter(name, index)) {
+        if (kNotInNames.find(name[index]) != std::u16string_view::npos || IsNoXmlCharacter(name, index)) {
             RefuseName(name, u"a name holds none of : \\ / ? * [ ] and no control character.");
         }
     }

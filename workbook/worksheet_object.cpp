@@ -14,8 +14,8 @@ namespace {
 
 class RangeObject : public EngineObject<RangeObject> {
   public:
-    RangeObject(const WorksheetReference& reference, const CellBlock& block)
-        : reference_(reference), block_(block) {}
+    RangeObject(WorksheetReference reference, const CellBlock& block)
+        : reference_(std::move(reference)), block_(block) {}
 
     static const Member kMembers[2];
 

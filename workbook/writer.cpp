@@ -13,21 +13,24 @@ namespace NWorkbook {
 namespace {
 
 constexpr std::string_view kContentTypes =
-    "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-    "<Default Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
-    "<Override PartName=\"/xl/workbook.xml\" ContentType="
-    "\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
-    "<Override PartName=\"/xl/sharedStrings.xml\" ContentType="
-    "\"application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml\"/>";
+    R"(<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">)"
+    R"(<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>)"
+    R"(<Override PartName="/xl/workbook.xml" ContentType=)"
+    R"("application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml"/>)"
+    R"(<Override PartName="/xl/sharedStrings.xml" ContentType=)"
+    R"("application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml"/>)";
 constexpr std::string_view kSheetType =
-    ".xml\" ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/>";
+    R"(.xml" ContentType="application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml"/>)";
 constexpr std::string_view kRelationships =
-    "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">";
+    R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">)";
 constexpr std::string_view kRelationshipType =
-    " Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+    R"(" Type="http://schemas.openxmlformats.org/officeDocument/2006/relationships/)";
 constexpr std::string_view kWorkbook =
-    "<workbook xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-    "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\"><sheets>";
+    R"(<workbook xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main" )"
+    R"(xmlns:r="http://schemas.openxmlformats.org/officeDocument/2006/relationships"><sheets>)";
+
+// Above this, the zip library's compression takes many times as long for a few per cent.
+constexpr zip_uint32_t kCompressionLevel = 3;
 
 std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
@@ -98,9 +101,13 @@ class Package {
 
     void Add(const std::string& part, zip_source_t* source) {
         if (source == nullptr) Fail();
-        if (zip_file_add(archive_.get(), part.c_str(), source, ZIP_FL_ENC_UTF_8) >= 0) return;
-        zip_source_free(source);
-        Fail();
+        const zip_int64_t index = zip_file_add(archive_.get(), part.c_str(), source, ZIP_FL_ENC_UTF_8);
+        if (index < 0) {
+            zip_source_free(source);
+            Fail();
+        }
+        const auto place = static_cast<zip_uint64_t>(index);
+        if (zip_set_file_compression(archive_.get(), place, ZIP_CM_DEFLATE, kCompressionLevel) != 0) Fail();
     }
 
     [[noreturn]] void Fail() const { Fail(Widen(zip_strerror(archive_.get()))); }
@@ -117,8 +124,8 @@ class Package {
 std::string SheetPart(std::size_t number) { return "worksheets/sheet" + std::to_string(number); }
 
 std::string Relationship(std::size_t id, std::string_view type, std::string_view target) {
-    std::string xml = "<Relationship Id=\"rId" + std::to_string(id) + '"';
-    return xml.append(kRelationshipType).append(type).append("\" Target=\"").append(target).append("\"/>");
+    std::string xml = R"(<Relationship Id="rId)" + std::to_string(id);
+    return xml.append(kRelationshipType).append(type).append(R"(" Target=")").append(target).append(R"("/>)");
 }
 
 void AddFixedParts(Package& package, const Workbook& workbook) {
@@ -127,11 +134,15 @@ void AddFixedParts(Package& package, const Workbook& workbook) {
     std::string sheets(kWorkbook);
     for (std::size_t number = 1; number <= workbook.worksheets.size(); ++number) {
         const std::string digits = std::to_string(number);
-        types.append("<Override PartName=\"/xl/").append(SheetPart(number)).append(kSheetType);
+        types.append(R"(<Override PartName="/xl/)").append(SheetPart(number)).append(kSheetType);
         relationships += Relationship(number, "worksheet", SheetPart(number) + ".xml");
-        sheets += "<sheet name=\"";
+        sheets += R"(<sheet name=")";
         AppendXmlText(sheets, workbook.worksheets[number - 1]->Name());
-        sheets.append("\" sheetId=\"").append(digits).append("\" r:id=\"rId").append(digits).append("\"/>");
+        sheets.append(R"(" sheetId=")")
+            .append(digits)
+            .append(R"(" r:id="rId)")
+            .append(digits)
+            .append(R"("/>)");
     }
     package.Add("[Content_Types].xml", types + "</Types>");
     package.Add("_rels/.rels", std::string(kRelationships) +

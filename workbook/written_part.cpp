@@ -13,10 +13,10 @@ namespace NWorkbook {
 namespace {
 
 constexpr std::string_view kSheetHead =
-    "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><sheetData>";
+    R"(<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main"><sheetData>)";
 constexpr std::string_view kSheetTail = "</sheetData></worksheet>";
 constexpr std::string_view kStringsHead =
-    "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
+    R"(<sst xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">)";
 constexpr std::string_view kStringsTail = "</sst>";
 
 constexpr std::size_t kPieceSize = std::size_t{1} << 16;
@@ -32,7 +32,7 @@ bool IsBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'
 
 void AppendString(std::string& xml, std::u16string_view text) {
     const bool keepsBlanks = !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
-    xml += keepsBlanks ? "<si><t xml:space=\"preserve\">" : "<si><t>";
+    xml += keepsBlanks ? R"(<si><t xml:space="preserve">)" : "<si><t>";
     AppendXmlText(xml, text);
     xml += "</t></si>";
 }
@@ -111,12 +111,12 @@ bool WrittenWorksheet::Continue(std::string& xml) {
     const Cell& cell = *next_++;
     if (cell.row != row_) {
         row_ = cell.row;
-        xml += "<row r=\"";
+        xml += R"(<row r=")";
         AppendNumber(xml, row_);
-        xml += "\">";
+        xml += R"(">)";
     }
     char room[kMostUnitsOfCellName];
-    xml.append("<c r=\"").append(WriteCellName(cell.row, cell.column, room));
+    xml.append(R"(<c r=")").append(WriteCellName(cell.row, cell.column, room));
     AppendValue(xml, cell);
     xml += "</v></c>";
     return true;
@@ -124,13 +124,13 @@ bool WrittenWorksheet::Continue(std::string& xml) {
 
 void WrittenWorksheet::AppendValue(std::string& xml, const Cell& cell) {
     if (cell.type == CellType::Number) {
-        xml += "\"><v>";
+        xml += R"("><v>)";
         AppendNumber(xml, cell.number);
     } else if (cell.type == CellType::Text) {
-        xml += "\" t=\"s\"><v>";
+        xml += R"(" t="s"><v>)";
         AppendNumber(xml, string_++);
     } else {
-        xml += cell.truth ? "\" t=\"b\"><v>1" : "\" t=\"b\"><v>0";
+        xml += cell.truth ? R"(" t="b"><v>1)" : R"(" t="b"><v>0)";
     }
 }
 

@@ -9,7 +9,8 @@
 namespace NWorkbook {
 
 inline constexpr std::string_view kXmlDeclaration =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
+    R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>)"
+    "\n";
 
 // The XML text of one part. The cells that it is made of stay as they are while the object lives.
 class WrittenPart {
