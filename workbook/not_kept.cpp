@@ -201,7 +201,8 @@ void LookAtParts(const OpenedWorkbook& workbook, Findings& findings) {
     for (const WorkbookContents::Sheet& sheet : workbook.contents.worksheets)
         plain.push_back(PartKey(sheet.part));
     std::sort(plain.begin(), plain.end());
-    for (const auto& [part, index] : workbook.package.Parts()) {
+    for (const auto& entry : workbook.package.Parts()) {
+        const std::string& part = entry.first;
         if (part.ends_with(".rels") || std::binary_search(plain.begin(), plain.end(), part)) continue;
         const auto* const known =
             std::find_if(std::begin(kParts), std::end(kParts),

@@ -92,7 +92,7 @@ struct Package::Archive {
     NPlatform::InputFile file;
     zip_uint64_t offset = 0;
     zip_uint64_t bytesRead = 0;
-    zip_error_t error;
+    zip_error_t error{};
     zip_t* zip = nullptr;
 };
 

@@ -59,7 +59,7 @@ class ValueText {
     }
 
   private:
-    char characters_[kCapacity];
+    char characters_[kCapacity]{};
     std::size_t size_ = 0;
 };
 
@@ -211,7 +211,7 @@ class SheetReader : public XmlReader {
     }
 
     template <typename T>
-    T Known(const std::optional<T>& value, std::string_view text) const {
+    [[nodiscard]] T Known(const std::optional<T>& value, std::string_view text) const {
         if (!value) FailCell(u"has the value '" + ToUtf16(text) + u"', which is none of its type");
         return *value;
     }
