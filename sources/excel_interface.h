@@ -13,16 +13,18 @@ namespace VCSVReader {
 //
 // Errors: VParserException holds a sentence for the user. NPlatform::DispatchException is a failure that
 // Excel reports for a call, NPlatform::OleException a call that did not reach it; both pass out of every
-// operation, the failures apart that OpenWorkbook logs. Where there is no workbook, ReadWorksheet and the
-// operations that write, select, delete or save throw VParserException "No Workbook".
+// operation, the failures apart that OpenWorkbook logs. Where there is no workbook, those that
+// read, add, select or delete a worksheet or save throw VParserException "No Workbook".
 class IExcelHeap : public V2DVectorHeap {
   public:
     using V2DVectorHeap::V2DVectorHeap;
 
     // Starts a hidden Excel and opens the input file in it, read-only or not; an empty password is none. With
     // `createNew` it makes a workbook, deletes the file that has the input's name and saves the workbook
-    // under it. Where Excel cannot be started, or refuses the file, that is logged and there is no workbook.
-    // What was open before is closed. Throws VParserException for a file that the source itself cannot open.
+    // under it; the other two arguments then have no effect, and for the Excels that have the file checked
+    // first (see excel_heap.h) it has to exist. Where Excel cannot be started, or refuses the file, that is
+    // logged and there is no workbook. What was open before is closed. Throws VParserException for a file
+    // that the source itself cannot open.
     virtual void OpenWorkbook(bool createNew, bool readOnly, std::u16string password) = 0;
 
     // Appends the names of all worksheets, in the workbook's order; nothing where there is no workbook.
