@@ -11,7 +11,17 @@ static bool IsBefore(const Cell& one, const Cell& other) {
     return one.row != other.row ? one.row < other.row : one.column < other.column;
 }
 
+static bool IsSamePlace(const Cell& one, const Cell& other) {
+    return one.row == other.row && one.column == other.column;
+}
+
 void CellTable::Add(const Cell& cell) {
+    // One place given again and again takes no memory.
+    if (size_ > 0 && IsSamePlace(cells_.Data()[size_ - 1], cell)) {
+        cells_.Data()[size_ - 1] = cell;
+        if (cell.type == CellType::Nothing) sorted_ = std::min(sorted_, size_ - 1);
+        return;
+    }
     const bool isLast = sorted_ == size_ && (size_ == 0 || IsBefore(cells_.Data()[size_ - 1], cell));
     if (isLast && cell.type == CellType::Nothing) return;
     if (size_ == kMostCells) {
