@@ -229,9 +229,16 @@ TEST(CellTable, SortsAndKeepsTheLast) {
 }
 
 TEST(CellValues, AreReadExactlyOrNotAtAll) {
-    for (const char* text : {"", "-", "nan", "inf", "-inf", "1E400", "1 2", "0x1", "1,5", "+-1"}) {
+    for (const char* text :
+         {"", "-", "nan", "inf", "-inf", "1E400", "1 2", "0x1", "1,5", "+-1", "1e99999999999999999999"}) {
         EXPECT_FALSE(ParseNumber(text)) << text;
     }
+    const std::string zeros(400, '0');
+    EXPECT_FALSE(ParseNumber("1" + zeros + "e-10"));
+    EXPECT_FALSE(ParseNumber("." + zeros + "1E+800"));
+    EXPECT_EQ(ParseNumber("-0." + zeros + "1e+10"), 0.0);
+    EXPECT_EQ(ParseNumber("1" + zeros + "E-800"), 0.0);
+    EXPECT_EQ(ParseNumber("1e-99999999999999999999"), 0.0);
     EXPECT_EQ(ParseNumber("-.5"), -0.5);
     EXPECT_EQ(ParseNumber("+4.9E-324"), 4.9E-324);
     EXPECT_EQ(ParseNumber("1E-400"), 0.0);
@@ -256,8 +263,8 @@ TEST(CellValues, DatesAreSerialNumbers) {
                  {"2021-01-01T12:00:00.000+01:00", false, 44197.5},
                  {"23:59:59.5", false, 86399.5 / 86400}};
     for (const auto& row : kRows) EXPECT_EQ(DateSerial(row.text, row.isFrom1904), row.serial) << row.text;
-    for (const char* text :
-         {"", "2021-02-29", "1899-12-30", "2021-1-1", "2021-01-01T", "24:00", "12:00:00x", "P1D"}) {
+    for (const char* text : {"", "2021-02-29", "1899-12-30", "2021-1-1", "2021-01-01T", "24:00", "12:00:00x",
+                             "P1D", "12:00+14:01", "12:00-00:60"}) {
         EXPECT_FALSE(DateSerial(text, false)) << text;
     }
 }

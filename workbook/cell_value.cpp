@@ -1,7 +1,7 @@
 #include "workbook/cell_value.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cmath>
 
 namespace NWorkbook {
 
@@ -21,6 +21,26 @@ constexpr ErrorName kErrors[] = {
 
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 
+// The exponent of a decimal number; one that is out of all proportion is a large one of its sign.
+int ExponentOf(std::string_view digits) {
+    constexpr int kLarge = 1'000'000'000;
+    if (digits.starts_with('+')) digits.remove_prefix(1);
+    int exponent = 0;
+    const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+    if (error == std::errc()) return std::clamp(exponent, -kLarge, kLarge);
+    return digits.starts_with('-') ? -kLarge : kLarge;
+}
+
+// Whether a decimal number is below 1, its sign aside.
+bool IsBelowOne(std::string_view text) {
+    const std::size_t size = std::min(text.find_first_of("eE"), text.size());
+    const std::size_t first = text.find_first_of("123456789");
+    if (first >= size) return true;
+    const std::size_t point = std::min(text.find('.'), size);
+    const int exponent = size == text.size() ? 0 : ExponentOf(text.substr(size + 1));
+    return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + exponent <= 0;
+}
+
 }  // namespace
 
 std::optional<double> ParseNumber(std::string_view text) {
@@ -33,9 +53,7 @@ std::optional<double> ParseNumber(std::string_view text) {
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (stop != end || error == std::errc::invalid_argument) return std::nullopt;
     if (error == std::errc()) return number;
-    const bool isTiny =
-        text.find("e-") != std::string_view::npos || text.find("E-") != std::string_view::npos;
-    return isTiny ? std::optional(0.0) : std::nullopt;
+    return IsBelowOne(text) ? std::optional(0.0) : std::nullopt;
 }
 
 std::optional<std::size_t> ParseIndex(std::string_view text) {

@@ -12,6 +12,8 @@ using std::chrono::month;
 using std::chrono::sys_days;
 using std::chrono::year;
 
+constexpr int kMostMinutesOfZone = 14 * 60;
+
 // Takes the fields of a date from the front of a text; after the first thing that is not there, none.
 class Fields {
   public:
@@ -81,9 +83,10 @@ double TakeTime(Fields& fields) {
 
 void TakeZone(Fields& fields) {
     if (fields.Take('Z') || !(fields.Take('+') || fields.Take('-'))) return;
-    fields.Number(2);
+    const int hours = fields.Number(2);
     fields.Require(fields.Take(':'));
-    fields.Number(2);
+    const int minutes = fields.Number(2);
+    fields.Require(minutes < 60 && hours * 60 + minutes <= kMostMinutesOfZone);
 }
 
 }  // namespace
