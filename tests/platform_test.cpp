@@ -235,8 +235,13 @@ std::string ReadRegistry(std::string_view file) {
 
 TEST(Platform, ReadsTheRegistryFromAFile) {
     const std::string head = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Key]\n";
+    std::string million;
+    for (int number = 1'000'000; number < 2'000'000; ++number) {
+        million.append("\"").append(std::to_string(number)).append("\"=\"\"\n");
+    }
     const std::pair<std::string, std::string_view> rows[] = {
         {head + R"("Value"="a")", "1: 61 00 00 00"},
+        {head + million + R"("Value"="a")", "1: 61 00 00 00"},
         {head + R"(  "vALUE" = "\\\"" ; comment)", "1: 5c 00 22 00 00 00"},
         {head + R"("Value"="")", "1: 00 00"},
         {head + R"("Value"="abc")", "failed"},
@@ -247,6 +252,7 @@ TEST(Platform, ReadsTheRegistryFromAFile) {
         {head + "@=\"d\"\n\"Other\"=\"o\"\n; \"Value\"=\"c\"", "failed"},
         {head + "\"Value\"=\"a\"\n\"Value\"=\"b\"", "1: 62 00 00 00"},
         {head + "\"Value\"=\"a\"\n\"Value\"=-", "failed"},
+        {head + "\"Value\"=\"a\"\n[-HKEY_LOCAL_MACHINE\\Soft\\Key]\n" + head.substr(9), "failed"},
         {head + "\"Value\"=\"a\"\n" + head.substr(9) + "\"Other\"=\"b\"", "1: 61 00 00 00"},
         {head + "[-HKEY_LOCAL_MACHINE\\Soft\\Key]\n\"Value\"=\"b\"", "key failed"},
         {head + "\"Value\"=\"a\"\n[-hkey_local_machine\\soft]\n\"Value\"=\"b\"", "key failed"},

@@ -1,6 +1,8 @@
 #include "platform/linux/reg_file.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 #include "platform/registry.h"
 
@@ -98,9 +100,10 @@ std::optional<Data> TakeNumber(std::u16string_view& rest) {
 
 class RegFileReader {
   public:
-    RegFileReader(std::u16string_view text, std::u16string_view path) : rest_(text), path_(path) {}
+    RegFileReader(std::u16string_view text, std::u16string_view path, std::u16string_view valueName)
+        : rest_(text), path_(path), valueName_(valueName) {}
 
-    std::optional<OpenRegistryKey> Read() {
+    std::optional<FoundRegistryKey> Read() {
         const std::u16string_view first = TakeLine(rest_);
         if (first != u"Windows Registry Editor Version 5.00" && first != u"REGEDIT4") return std::nullopt;
         while (!rest_.empty()) ReadLine(TakeLine(rest_));
@@ -138,16 +141,15 @@ class RegFileReader {
         }
         if (!name || !Take(line, u"=")) return;
         if (line == u"-") {
-            Remove(*name);
+            Store(*name, std::nullopt);
         } else if (std::optional<Data> data = TakeData(line); data && IsEnd(line)) {
-            Remove(*name);
-            key_->values.push_back({std::move(*name), data->type, std::move(data->bytes), deniesNext_});
+            Store(*name, RegistryValue{data->type, std::move(data->bytes), deniesNext_});
         }
         deniesNext_ = false;
     }
 
-    void Remove(std::u16string_view name) {
-        std::erase_if(key_->values, [name](const RegistryValue& value) { return AreSame(value.name, name); });
+    void Store(std::u16string_view name, std::optional<RegistryValue> value) {
+        if (AreSame(name, valueName_)) key_->value = std::move(value);
     }
 
     std::optional<Data> TakeData(std::u16string_view& rest) {
@@ -177,21 +179,17 @@ class RegFileReader {
 
     std::u16string_view rest_;
     std::u16string_view path_;
-    std::optional<OpenRegistryKey> key_;
+    std::u16string_view valueName_;
+    std::optional<FoundRegistryKey> key_;
     bool isInKey_ = false;
     bool deniesNext_ = false;
 };
 
 }  // namespace
 
-const RegistryValue* OpenRegistryKey::Find(std::u16string_view name) const {
-    const auto found = std::find_if(values.begin(), values.end(),
-                                    [name](const RegistryValue& value) { return AreSame(value.name, name); });
-    return found == values.end() ? nullptr : &*found;
-}
-
-std::optional<OpenRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path) {
-    return RegFileReader(text, path).Read();
+std::optional<FoundRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path,
+                                              std::u16string_view valueName) {
+    return RegFileReader(text, path, valueName).Read();
 }
 
 }  // namespace NPlatform

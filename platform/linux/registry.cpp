@@ -3,13 +3,22 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <system_error>
+#include <utility>
 
 #include "platform/files.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/reg_file.h"
 
 namespace NPlatform {
+
+// A value is looked for in the text when it is read: a hostile file may hold millions.
+struct OpenRegistryKey {
+    TextBuffer text;
+    std::u16string path;
+};
 
 namespace {
 
@@ -37,24 +46,25 @@ TextBuffer ReadRegistry() {
 
 RegistryResult RegistryKey::Open(std::u16string_view path) {
     Close();
-    const TextBuffer text = ReadRegistry();
-    std::optional<OpenRegistryKey> found =
-        FindInRegFile(text.View(), std::u16string(u"HKEY_LOCAL_MACHINE\\").append(path));
+    OpenRegistryKey key{ReadRegistry(), std::u16string(u"HKEY_LOCAL_MACHINE\\").append(path)};
+    const std::optional<FoundRegistryKey> found = FindInRegFile(key.text.View(), key.path, u"");
     if (!found) return RegistryResult::Failed;
     if (found->isDenied) return RegistryResult::AccessDenied;
-    key_ = new OpenRegistryKey(std::move(*found));
+    key_ = new OpenRegistryKey(std::move(key));
     return RegistryResult::Done;
 }
 
 RegistryResult RegistryKey::Read(std::u16string_view name, std::span<std::byte> buffer, std::uint32_t& type,
                                  std::size_t& size) const {
-    const RegistryValue* const value = key_ == nullptr ? nullptr : key_->Find(name);
-    if (value == nullptr) return RegistryResult::Failed;
-    if (value->isDenied) return RegistryResult::AccessDenied;
-    if (value->data.size() > buffer.size()) return RegistryResult::Failed;
-    std::copy(value->data.begin(), value->data.end(), buffer.begin());
-    type = value->type;
-    size = value->data.size();
+    if (key_ == nullptr) return RegistryResult::Failed;
+    const std::optional<FoundRegistryKey> found = FindInRegFile(key_->text.View(), key_->path, name);
+    if (!found || !found->value) return RegistryResult::Failed;
+    const RegistryValue& value = *found->value;
+    if (value.isDenied) return RegistryResult::AccessDenied;
+    if (value.data.size() > buffer.size()) return RegistryResult::Failed;
+    std::copy(value.data.begin(), value.data.end(), buffer.begin());
+    type = value.type;
+    size = value.data.size();
     return RegistryResult::Done;
 }
 
