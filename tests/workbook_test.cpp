@@ -137,6 +137,12 @@ TEST(Workbooks, RefuseDamagedParts) {
         {{{"xl/workbook.bin", "x"}},
          "'a.xlsx' is a binary workbook (.xlsb), which cannot be read. Save it as .xlsx."},
         {{{"_rels/w.xml.rels", Relationships("chartsheet", "s.xml")}}, "'a.xlsx' has no worksheet."},
+        {{{"_rels/w.xml.rels", Relationships("worksheet", "xl/")}},
+         "'a.xlsx' is damaged: part 'w.xml', line 1: worksheet 'S' refers to no part."},
+        {{{"_rels/w.xml.rels", ReplaceAll(Relationships("worksheet", "s.xml"), "</",
+                                          "<Relationship Id='a' Type='' Target=''/></")}},
+         "'a.xlsx' is damaged: part '_rels/w.xml.rels', line 1: there are two relationships 'a'."},
+        {{{"S.xml", "<a/>"}}, "'a.xlsx' is damaged: part 's.xml': there are two of this name."},
         {{{"s.xml", "<a>"}}, sheetLine + "its root element is of another namespace."},
         {{{"s.xml", "<!DOCTYPE a><a/>"}},
          sheetLine + "it has a document type declaration, which no workbook has."},
@@ -148,6 +154,10 @@ TEST(Workbooks, RefuseDamagedParts) {
         {{{"s.xml", Sheet("<row><c t='x'/></row>")}}, sheetLine + "cell A1 is of an unknown type."},
         {{{"s.xml", Sheet("<row r='7'><c r='B7'><v>1,5</v></c></row>")}},
          sheetLine + "cell B7 has the value '1,5', which is none of its type."},
+        {{{"s.xml", Sheet("<row><c><v>12<t/>34</v></c></row>")}},
+         sheetLine + "cell A1 has an element within its value."},
+        {{{"s.xml", Sheet("<row><c t='inlineStr'><is><t>a<x xmlns='y'/>b</t></is></c></row>")}},
+         sheetLine + "cell A1 has an element within its value."},
         {{{"s.xml", Sheet("<row><c t='s'><v>3</v></c></row>")}},
          sheetLine + "cell A1 refers to shared string 3, which there is not."},
         {{{"s.xml", Sheet(Repeat("<row>", 300))}}, sheetLarge + "its elements are nested too deeply."},
@@ -170,6 +180,17 @@ TEST(Workbooks, RefuseSharedTextsThatGrowTooLong) {
     EXPECT_EQ(
         Outcome(folder, Zip(folder, parts)),
         "'a.xlsx' is too large: part 's.xml', line 1: the texts of the cells have too many characters.");
+}
+
+// 26 worksheets that are the same 10 KB, each of them 10 MiB when it is unpacked.
+TEST(Workbooks, RefuseSmallFilesThatBecomeLarge) {
+    const TempFolder folder;
+    Parts parts = Small({{"s.xml", Sheet(Repeat(" ", 10 << 20))}});
+    parts["w.xml"] =
+        ReplaceAll(parts["w.xml"], "<sheet name='S' r:id='a'/>", Repeat("<sheet name='S' r:id='a'/>", 26));
+    EXPECT_EQ(Outcome(folder, Zip(folder, parts)),
+              "'a.xlsx' is too large: part 's.xml': the parts have more than 256 MiB when they are unpacked, "
+              "and more than 100 times as much as the file.");
 }
 
 TEST(Workbooks, RefuseOtherFiles) {
@@ -279,6 +300,9 @@ TEST(PartNames, AreResolved) {
     EXPECT_EQ(ResolveTarget("xl/workbook.xml", "worksheets/a.xml"), "xl/worksheets/a.xml");
     EXPECT_EQ(ResolveTarget("xl/workbook.xml", "/xl/a.xml"), "xl/a.xml");
     EXPECT_EQ(ResolveTarget("xl/workbook.xml", "../../..\\a//./b"), "a/b");
+    for (const char* folder : {"", ".", "..", "a/", "/", "a/..", "\\."}) {
+        EXPECT_EQ(ResolveTarget("xl/workbook.xml", folder), "") << folder;
+    }
     EXPECT_EQ(RelationshipsOf("xl/workbook.xml"), "xl/_rels/workbook.xml.rels");
     EXPECT_EQ(PartKey("\\XL\\A%20B%2"), "xl/a b%2");
 }

@@ -2,7 +2,7 @@
 
 #include <zip.h>
 
-#include <ctime>
+#include <algorithm>
 
 #include "platform/files.h"
 #include "platform/format.h"
@@ -114,6 +114,8 @@ void Package::OpenFile() {
     const NPlatform::InputFile& file = archive_->file;
     if (!NPlatform::FindReadableFile(path_, fullPath_) || !file.IsOpen()) throw Error(u"cannot be opened.");
     if (file.Size() > kMostBytesOfFile) throw Error(u"is too large: it has more than 512 MiB.");
+    mostInflated_ =
+        std::min(std::max(kMostInflation * file.Size(), kInflatedBytesForAll), kMostInflatedBytes);
     switch (KindOf(file)) {
         case FileKind::Zip:
             return;
@@ -143,7 +145,11 @@ void Package::ListParts() {
     for (zip_int64_t index = 0; index < count; ++index) {
         const auto entry = static_cast<zip_uint64_t>(index);
         const char* const name = zip_get_name(archive_->zip, entry, 0);
-        if (name != nullptr) parts_[PartKey(name)] = entry;
+        if (name == nullptr || IsFolder(name)) continue;
+        // One program would read the first of two, another one the last.
+        if (!parts_.emplace(PartKey(name), entry).second) {
+            throw PartError(name, {Fault::Damaged, u"there are two of this name"});
+        }
     }
 }
 
@@ -179,9 +185,12 @@ std::size_t PartReader::Read(char* bytes, std::size_t capacity) {
     const zip_int64_t count = zip_fread(file_, bytes, capacity);
     if (count < 0) throw package_.PartError(part_, {Fault::Damaged, Show(zip_file_strerror(file_))});
     package_.inflated_ += static_cast<std::uint64_t>(count);
-    if (package_.inflated_ > kMostInflatedBytes) {
-        throw package_.PartError(part_,
-                                 {Fault::TooLarge, u"the parts have more than 2 GiB when they are unpacked"});
+    if (package_.inflated_ > package_.mostInflated_) {
+        const bool isMost = package_.mostInflated_ == kMostInflatedBytes;
+        throw package_.PartError(
+            part_, {Fault::TooLarge, isMost ? u"the parts have more than 2 GiB when they are unpacked"
+                                            : u"the parts have more than 256 MiB when they are unpacked, and "
+                                              u"more than 100 times as much as the file"});
     }
     return static_cast<std::size_t>(count);
 }

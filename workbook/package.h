@@ -18,6 +18,11 @@ namespace NWorkbook {
 inline constexpr std::uint64_t kMostBytesOfFile = std::uint64_t{512} << 20;
 inline constexpr std::uint64_t kMostBytesOfDirectory = std::uint64_t{16} << 20;  // about 200,000 parts
 inline constexpr std::uint64_t kMostInflatedBytes = std::uint64_t{2} << 30;      // of all parts that are read
+// Worksheets become 10 to 30 times as large when they are unpacked.
+inline constexpr std::uint64_t kMostInflation = 100;
+inline constexpr std::uint64_t kInflatedBytesForAll = std::uint64_t{256} << 20;  // whatever the file's size
+// Elements and pieces of text; the largest table of formulas has 250 million.
+inline constexpr std::uint64_t kMostPieces = 300'000'000;
 
 class Package {
   public:
@@ -30,10 +35,16 @@ class Package {
 
     [[nodiscard]] const std::u16string& FullPath() const { return fullPath_; }
 
-    // Names are compared as PartKey says. Of several parts with one name the last counts.
+    // Names are compared as PartKey says; no two parts have the same.
     [[nodiscard]] bool Has(std::string_view part) const;
     // By PartKey.
     [[nodiscard]] const std::map<std::string, std::uint64_t>& Parts() const { return parts_; }
+
+    // To be called with the number of elements and pieces of text that were read. False: there are too many.
+    bool CountPieces(std::uint64_t count) {
+        pieces_ += count;
+        return pieces_ <= kMostPieces;
+    }
 
     // The sentences about this file.
     [[nodiscard]] WorkbookError Error(std::u16string_view what) const;
@@ -54,6 +65,8 @@ class Package {
     std::unique_ptr<Archive> archive_;
     std::map<std::string, std::uint64_t> parts_;
     std::uint64_t inflated_ = 0;
+    std::uint64_t mostInflated_ = kMostInflatedBytes;
+    std::uint64_t pieces_ = 0;
 };
 
 // Reads one part from its beginning to its end.

@@ -45,8 +45,14 @@ std::string Normalize(std::string_view name) {
 }  // namespace
 
 std::string ResolveTarget(std::string_view part, std::string_view target) {
-    const bool isAbsolute = !target.empty() && kSlashes.find(target[0]) != std::string_view::npos;
+    if (IsFolder(target)) return {};
+    const bool isAbsolute = kSlashes.find(target[0]) != std::string_view::npos;
     return Normalize(isAbsolute ? std::string(target) : std::string(FolderOf(part)).append(target));
+}
+
+bool IsFolder(std::string_view name) {
+    const std::string_view last = name.substr(name.find_last_of(kSlashes) + 1);
+    return last.empty() || last == "." || last == "..";
 }
 
 std::string RelationshipsOf(std::string_view part) {

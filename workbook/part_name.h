@@ -8,8 +8,11 @@
 namespace NWorkbook {
 
 // What a target says, seen from a part ("" for the package itself): absolute with a slash at its front, else
-// relative to the part's folder.
+// relative to the part's folder. Empty for a target that is no part's name: it is empty or names a folder.
 std::string ResolveTarget(std::string_view part, std::string_view target);
+
+// Whether a name ends as that of a folder does: with a slash, "." or "..", or not at all.
+bool IsFolder(std::string_view name);
 
 // "xl/_rels/workbook.xml.rels" for "xl/workbook.xml", "_rels/.rels" for the package itself.
 std::string RelationshipsOf(std::string_view part);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbook/part_name.h"
+#include "workbook/utf16.h"
 #include "workbook/xml_part.h"
 
 namespace NWorkbook {
@@ -36,8 +37,11 @@ class RelationshipsReader : public XmlReader {
         const char* const mode = element.Find("TargetMode");
         const bool isOutside = mode != nullptr && std::string_view(mode) == "External";
         const std::string_view kind(type);
-        relationships_[id] = {std::string(kind.substr(kind.rfind('/') + 1)),
-                              isOutside ? std::string() : ResolveTarget(part_, target)};
+        Relationship relationship{std::string(kind.substr(kind.rfind('/') + 1)),
+                                  isOutside ? std::string() : ResolveTarget(part_, target)};
+        if (!relationships_.emplace(id, std::move(relationship)).second) {
+            throw PartFault{Fault::Damaged, u"there are two relationships '" + ToUtf16(id) + u"'"};
+        }
     }
 
     std::string_view part_;

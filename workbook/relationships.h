@@ -11,7 +11,7 @@ namespace NWorkbook {
 
 struct Relationship {
     std::string kind;  // the last step of its type: "worksheet"
-    std::string part;  // what it refers to; empty if that is outside the package
+    std::string part;  // what it refers to; empty if that is outside the package or no part
 };
 
 // By identifier.

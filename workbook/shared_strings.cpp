@@ -14,6 +14,7 @@ class SharedStrings::Reader : public XmlReader {
         : strings_(strings), text_(store, budget), budget_(budget) {}
 
     bool Start(const XmlElement& element) override {
+        RefuseInText();
         if (element.depth == 1) {
             CheckRoot(element, "sst");
             return true;
@@ -30,12 +31,19 @@ class SharedStrings::Reader : public XmlReader {
         strings_.Add(text_.Close());
     }
 
+    void LeaveOutForeign() override { RefuseInText(); }
+
     void Text(std::string_view text) override {
         if (isText_) text_.Append(text);
     }
 
   private:
     static constexpr int kItem = 2;  // depth
+
+    // What stands behind an element would be lost.
+    void RefuseInText() const {
+        if (isText_) throw PartFault{Fault::Damaged, u"a shared string has an element within its text"};
+    }
 
     SharedStrings& strings_;
     TextBuilder text_;

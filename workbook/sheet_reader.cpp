@@ -72,6 +72,7 @@ class SheetReader : public XmlReader {
           text_(*workbook.texts, workbook.budget) {}
 
     bool Start(const XmlElement& element) override {
+        RefuseInValue();
         switch (element.depth) {
             case Root:
                 CheckRoot(element, "worksheet");
@@ -93,6 +94,8 @@ class SheetReader : public XmlReader {
         takesValue_ = takesText_ = false;
         if (depth == CellElement) EndCell();
     }
+
+    void LeaveOutForeign() override { RefuseInValue(); }
 
     void Text(std::string_view text) override {
         if (takesText_) {
@@ -155,6 +158,11 @@ class SheetReader : public XmlReader {
         takesText_ = !isOwnText && (type_ == ValueType::Text || type_ == ValueType::InlineText);
         takesValue_ = !isOwnText && !takesText_;
         return true;
+    }
+
+    // What stands behind an element would be lost, or taken for one number with what stands before it.
+    void RefuseInValue() const {
+        if (takesValue_ || takesText_) FailCell(u"has an element within its value");
     }
 
     bool StartText(int level, std::string_view name) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <limits>
+#include <utility>
 
 #include "workbook/parser_memory.h"
 #include "workbook/utf16.h"
@@ -15,7 +16,7 @@ namespace NWorkbook {
 namespace {
 
 constexpr int kPiece = 1 << 16;
-constexpr std::size_t kMostBindings = 64;
+constexpr std::size_t kMostBindings = 16;
 constexpr std::string_view kDeclaration = "xmlns";
 
 struct KnownNamespace {
@@ -75,6 +76,9 @@ class PartParser {
             const XML_Status status = XML_ParseBuffer(parser_.get(), static_cast<int>(count), isEnd ? 1 : 0);
             if (failure_) ThrowFailure();
             if (status != XML_STATUS_OK) throw ParserError();
+            if (!package_.CountPieces(std::exchange(pieces_, 0))) {
+                throw Located({Fault::TooLarge, u"the workbook has too many elements"});
+            }
             if (fed > mostBytes) throw Located({Fault::TooLarge, u"the part is too long"});
             if (fed - Done() > kMostBytesOfToken)
                 throw Located({Fault::TooLarge, u"a tag or comment is too long"});
@@ -112,6 +116,7 @@ class PartParser {
     }
 
     void Start(const char* name, const char** attributes) {
+        ++pieces_;
         if (++depth_ > kMostDepth) throw PartFault{Fault::TooLarge, u"its elements are nested too deeply"};
         bytesOfText_ = 0;
         if (leftOut_ != 0) return;
@@ -122,6 +127,7 @@ class PartParser {
         const bool isWanted = prefixes_.Of(qualified.prefix) == wanted_;
         if (!isWanted && depth_ == 1)
             throw PartFault{Fault::Damaged, u"its root element is of another namespace"};
+        if (!isWanted) reader_.LeaveOutForeign();
         if (!isWanted || !reader_.Start({depth_, qualified.local, attributes, &prefixes_})) leftOut_ = depth_;
     }
 
@@ -137,6 +143,7 @@ class PartParser {
     }
 
     void Text(std::string_view text) {
+        ++pieces_;
         bytesOfText_ += text.size();
         if (bytesOfText_ > kMostBytesOfText) throw PartFault{Fault::TooLarge, u"a text is too long"};
         if (leftOut_ == 0) reader_.Text(text);
@@ -177,6 +184,7 @@ class PartParser {
     int depth_ = 0;
     int leftOut_ = 0;              // the depth of the element that is left out; 0: none
     std::size_t bytesOfText_ = 0;  // since the last tag
+    std::uint64_t pieces_ = 0;     // elements and pieces of text of this piece of input
     std::exception_ptr failure_;
 };
 

@@ -75,6 +75,8 @@ class XmlReader {
     // False leaves the element out, with all that is in it; nothing more is told of it.
     virtual bool Start(const XmlElement& element) = 0;
     virtual void End(int /*depth*/) {}
+    // An element of another namespace is left out.
+    virtual void LeaveOutForeign() {}
     // A piece of text, UTF-8; a text may come in any number of them.
     virtual void Text(std::string_view /*text*/) {}
 };
