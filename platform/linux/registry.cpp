@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include "platform/files.h"
 #include "platform/linux/paths.h"
@@ -46,11 +46,13 @@ TextBuffer ReadRegistry() {
 
 RegistryResult RegistryKey::Open(std::u16string_view path) {
     Close();
-    OpenRegistryKey key{ReadRegistry(), std::u16string(u"HKEY_LOCAL_MACHINE\\").append(path)};
-    const std::optional<FoundRegistryKey> found = FindInRegFile(key.text.View(), key.path, u"");
+    auto key = std::make_unique<OpenRegistryKey>();
+    key->text = ReadRegistry();
+    key->path.assign(u"HKEY_LOCAL_MACHINE\\").append(path);
+    const std::optional<FoundRegistryKey> found = FindInRegFile(key->text.View(), key->path, u"");
     if (!found) return RegistryResult::Failed;
     if (found->isDenied) return RegistryResult::AccessDenied;
-    key_ = new OpenRegistryKey(std::move(key));
+    key_ = key.release();
     return RegistryResult::Done;
 }
 
