@@ -30,6 +30,20 @@ void RefuseInputAsOutput(const Options& options) {
     }
 }
 
+// Shows no more than a user reads, however many and long the names of a hostile workbook are.
+[[noreturn]] void RefuseWorksheet(const Options& options, const std::vector<WideString>& names) {
+    constexpr std::size_t kMostNames = 20;
+    constexpr std::size_t kLongestName = 64;
+    const std::string wanted = ShownName(options.worksheet, kLongestName);
+    std::string sentence = NameOf(options.input) + " has no worksheet \"" + wanted + "\", only:";
+    const std::size_t shown = std::min(names.size(), kMostNames);
+    for (std::size_t index = 0; index < shown; ++index) {
+        sentence += "\n  " + ShownName(names[index], kLongestName);
+    }
+    if (shown < names.size()) sentence += "\n  ... and " + std::to_string(names.size() - shown) + " more";
+    throw Failure(sentence);
+}
+
 void CheckWorksheet(const Options& options) {
     if (options.worksheet.empty()) return;
     if (options.kind != ImportTypeExcel) {
@@ -42,10 +56,7 @@ void CheckWorksheet(const Options& options) {
         return;
     }
     if (std::find(names.begin(), names.end(), options.worksheet) != names.end()) return;
-    std::string sentence =
-        NameOf(options.input) + " has no worksheet \"" + EncodeUtf8(options.worksheet) + "\", only:";
-    for (const WideString& name : names) sentence += "\n  " + EncodeUtf8(name);
-    throw Failure(sentence);
+    RefuseWorksheet(options, names);
 }
 
 }  // namespace
@@ -55,7 +66,7 @@ void ListWorksheets(const Options& options) {
     const std::vector<WideString> names = FindWorksheets(options);
     if (names.empty()) FailWithLibraryMessage();
     std::string lines;
-    for (const WideString& name : names) lines += EncodeUtf8(name) + "\n";
+    for (const WideString& name : names) lines += ShownName(name, kWholeName) + "\n";
     if (std::fwrite(lines.data(), 1, lines.size(), stdout) != lines.size() || std::fflush(stdout) != 0) {
         throw Failure("Could not write the names: " + SystemText(errno));
     }

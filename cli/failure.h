@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace NCli {
 
@@ -18,9 +19,8 @@ class WrongUsage : public Failure {
     using Failure::Failure;
 };
 
-// Writes "xls2tki: " and the text as a line to standard error, with a question mark for each control
-// character: a message may quote a table, and that must not control the terminal. Allocates nothing.
-void Tell(const char* text);
+// Shows "xls2tki: " and the UTF-8 text as a line on standard error. Allocates nothing.
+void Tell(std::string_view text);
 
 // Tells the user what changes nothing about the outcome.
 void Note(const std::string& sentence);

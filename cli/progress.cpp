@@ -45,7 +45,7 @@ void Listen(VLogLevel::VSeverityLevel, std::uint32_t, const char16_t* text) {
     LookForOpeningFailure(line);
     if (!isShown) return;
     line += '\n';
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    Show(line, stderr);
 }
 
 }  // namespace

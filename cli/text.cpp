@@ -1,5 +1,6 @@
 #include "cli/text.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace NCli {
@@ -55,6 +56,11 @@ void AppendUtf8(std::string& bytes, char32_t character) {
     }
 }
 
+bool IsControl(char32_t character) {
+    return character < 0x20 || (character >= 0x7F && character <= 0x9F) ||
+           (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+}
+
 bool IsHigh(char32_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLow(char32_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
@@ -91,6 +97,30 @@ std::string EncodeUtf8(std::basic_string_view<WideChar> text) {
         }
     }
     return bytes;
+}
+
+std::string ShownName(std::basic_string_view<WideChar> name, std::size_t longest) {
+    WideString shown(name.substr(0, longest));
+    const bool isCut = shown.size() < name.size();
+    if (isCut && !shown.empty() && IsHigh(shown.back())) shown.pop_back();
+    std::replace_if(shown.begin(), shown.end(), IsControl, static_cast<WideChar>('?'));
+    return EncodeUtf8(shown) + (isCut ? "..." : "");
+}
+
+void Show(std::string_view text, std::FILE* stream) {
+    std::size_t begin = 0;  // of what is still to be written
+    for (std::size_t index = 0; index < text.size();) {
+        const Sequence sequence = ReadSequence(text.substr(index));
+        const std::size_t next = index + std::max<std::size_t>(sequence.length, 1);
+        const bool isKept = sequence.length == 0 || text[index] == '\n' || text[index] == '\t';
+        if (!isKept && IsControl(sequence.character)) {
+            std::fwrite(text.data() + begin, 1, index - begin, stream);
+            std::fputc('?', stream);
+            begin = next;
+        }
+        index = next;
+    }
+    std::fwrite(text.data() + begin, 1, text.size() - begin, stream);
 }
 
 }  // namespace NCli

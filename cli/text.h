@@ -1,6 +1,9 @@
-// The library's UTF-16 and the command line's UTF-8.
+// The library's UTF-16 and the command line's UTF-8, and what people get to see of them.
 #pragma once
 
+#include <cstddef>
+#include <cstdio>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -17,5 +20,17 @@ DecodedText DecodeUtf8(std::string_view bytes);
 
 // Lone surrogates that DecodeUtf8 makes become their byte again, all others U+FFFD.
 std::string EncodeUtf8(std::basic_string_view<NXls2Tki::WideChar> text);
+
+// What a table or a workbook holds must not control the terminal, nor look like something else. So people are
+// shown a question mark for each character of U+0000 to U+001F, U+007F to U+009F, and of those that change
+// the direction of writing, U+202A to U+202E and U+2066 to U+2069.
+
+inline constexpr std::size_t kWholeName = std::numeric_limits<std::size_t>::max();
+
+// The name in one line of UTF-8; behind `longest` UTF-16 units "..." takes the place of the rest.
+std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size_t longest);
+
+// Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.
+void Show(std::string_view text, std::FILE* stream);
 
 }  // namespace NCli

@@ -47,6 +47,21 @@ def cut_worksheet(workbook):
     return damaged.getvalue()
 
 
+def name_worksheets(*names):
+    """A workbook of worksheets with these names, as XML, which are one and the same worksheet."""
+    named = io.BytesIO()
+    sheets = "".join(f'<sheet name="{name}" sheetId="{number}" r:id="rId1"/>' for number, name in enumerate(names, 1))
+    with zipfile.ZipFile(io.BytesIO(WORKBOOK)) as whole, zipfile.ZipFile(named, "w") as parts:
+        for name in set(whole.namelist()) - {"xl/workbook.xml"}:
+            parts.writestr(name, whole.read(name))
+        parts.writestr("xl/workbook.xml", '<workbook xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main" '
+                       'xmlns:r="http://schemas.openxmlformats.org/officeDocument/2006/relationships">'
+                       f"<sheets>{sheets}</sheets></workbook>")
+    return named.getvalue()
+
+
+CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x202A;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
+CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
 IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
 CASES = [
@@ -97,6 +112,11 @@ CASES = [
     ("worksheet", WORKBOOK, "-x -w J1939 " + IO, 0, "", (EXAMPLES / "j1939.xml").read_bytes()),
     ("missing worksheet", WORKBOOK, "-x -w j1939 " + IO, 1,
      'xls2tki: "in.csv" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', None),
+    ("control characters", CONTROLS, "-x -w \x1b\n " + IO, 1, 'xls2tki: "in.csv" has no worksheet "??", only:\n'
+     "  %s\n  %s\n" % CONTROLS_SHOWN, None),
+    ("many worksheets with long names", name_worksheets("\U0001f600" * 32, *["x" + "\U0001f600" * 32] * 22),
+     "-x -w x " + IO, 1, 'xls2tki: "in.csv" has no worksheet "x", only:\n  ' + "\U0001f600" * 32 + "\n"
+     + ("  x" + "\U0001f600" * 31 + "...\n") * 19 + "  ... and 3 more\n", None),
     ("damaged worksheet", cut_worksheet(WORKBOOK), "-x " + IO, 1,
      "xls2tki: 'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
     ("missing workbook", TABLE, "IN.XLSX out.xml", 1, NOT_OPENED % "IN.XLSX", None),
@@ -175,6 +195,13 @@ def test_installed_excels():
                   Path("out.xml").read_bytes())
             reason = b"registry' is not a workbook." if excel else b"is not installed"
             check("reason with " + excel, True, reason in run("-x registry out.xml", environment).stderr)
+
+
+def test_control_characters():
+    with folder(CONTROLS) as environment:
+        check("list", "%s\n%s\n" % CONTROLS_SHOWN, run("--list-worksheets in.csv", environment).stdout.decode())
+        steps = run("-v -x -w \x9f\u202a\u202e\u2066\u2069|\xa0\u202f " + IO, environment).stderr.decode()
+        check("verbose", True, "\nUsing sheet: '%s'\n" % CONTROLS_SHOWN[1] in steps)
 
 
 def test_streams_and_pipes():
