@@ -313,6 +313,13 @@ TEST_F(WorkbookApplication, ReadsWhatItWrote) {
                         .Get(Ids::Range::kValue2)),
               u"'z'");
     book.Call(Ids::Workbook::kSave);
+
+    // No user can give this name, but a file can have it.
+    const std::u16string name = u"_x0041_\t\n\r\xFFFF\xD83D"s + u'\0';
+    Workbook strange;
+    strange.worksheets.push_back(std::make_shared<Worksheet>(name));
+    SaveWorkbook(strange, path);
+    EXPECT_EQ(OpenWorkbook(path)->worksheets[0]->Name(), name);
     EXPECT_EQ(NamesIn(folder), std::vector<std::string>{"an ä.xlsx"});
 }
 

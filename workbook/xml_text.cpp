@@ -45,6 +45,10 @@ std::string_view ReferenceFor(char16_t unit) {
             return "&gt;";
         case u'"':
             return "&quot;";
+        case u'\t':
+            return "&#9;";
+        case u'\n':
+            return "&#10;";
         case u'\r':
             return "&#13;";
         default:

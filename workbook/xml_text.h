@@ -6,8 +6,8 @@
 
 namespace NWorkbook {
 
-// Appends UTF-8 that is the text when it is read as the value of an element or an attribute. A carriage
-// return becomes a character reference. What XML cannot have is escaped as _xHHHH_, and so is an underscore
+// Appends UTF-8 that is the text when it is read as the value of an element or an attribute: tabs and ends
+// of lines become character references. What XML cannot have is escaped as _xHHHH_, and so is an underscore
 // that readers would take for the beginning of such an escape.
 void AppendXmlText(std::string& xml, std::u16string_view text);
 
