@@ -12,6 +12,7 @@ class DispatchObject {
   public:
     DispatchObject(const DispatchObject&) = delete;
     DispatchObject& operator=(const DispatchObject&) = delete;
+    virtual ~DispatchObject() = default;
 
     // Throws DispatchException for a failure of the application, OleException for a member that the object
     // does not have or an argument of the wrong type.
@@ -24,7 +25,6 @@ class DispatchObject {
 
   protected:
     DispatchObject() = default;
-    virtual ~DispatchObject() = default;
 
   private:
     std::size_t references_ = 1;

@@ -2,6 +2,7 @@
 
 #include "workbook/relationships.h"
 #include "workbook/utf16.h"
+#include "workbook/workbook.h"
 #include "workbook/xml_part.h"
 
 namespace NWorkbook {

@@ -27,8 +27,7 @@ struct WorkbookContents {
     bool isFrom1904 = false;        // where dates count from
 };
 
-// Throws WorkbookError, also where there are more than kMostWorksheets, as many as automation can count.
-inline constexpr std::size_t kMostWorksheets = 32'767;
+// Throws WorkbookError, also where there are more than kMostWorksheets.
 WorkbookContents ReadContents(Package& package);
 
 class OpenedWorkbook {

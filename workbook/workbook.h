@@ -13,6 +13,9 @@
 
 namespace NWorkbook {
 
+// As many as automation can count: indexes of worksheets have 16 bits.
+inline constexpr std::size_t kMostWorksheets = 32'767;
+
 class Worksheet {
   public:
     using Read = std::function<void(CellTable& cells)>;

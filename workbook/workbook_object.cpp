@@ -102,9 +102,6 @@ class SheetsObject : public EngineObject<SheetsObject> {
         return name;
     }
 
-    // Indexes of worksheets have 16 bits.
-    static constexpr std::size_t kMostWorksheets = 32'767;
-
     WorkbookReference reference_;
 };
 
