@@ -1,5 +1,6 @@
 #include "cli/library.h"
 
+#include <cstdlib>
 #include <exception>
 #include <new>
 #include <string>
@@ -28,6 +29,14 @@ std::string LibraryMessage() { return EncodeUtf8(GetLoggedMessages()); }
 [[noreturn]] void Fail(const fs::path& path, const std::string& reason) {
     const bool isNamed = reason.find(path.filename().string()) != std::string::npos;
     throw Failure(isNamed ? reason : NameOf(path) + ": " + reason);
+}
+
+// The message that Excel is not installed does not tell that the user has named the registry to look in.
+void NoteNamedRegistry(const std::string& message) {
+    const char* const path = std::getenv("XLS2TKI_REGISTRY");
+    if (path == nullptr || *path == '\0' || message.find(" is not installed ") == std::string::npos) return;
+    Note("XLS2TKI_REGISTRY names the registry file " + NameOf(path) +
+         ", which cannot be read or has no entry for Excel.");
 }
 
 // The message has the reason when it returns false.
@@ -79,6 +88,7 @@ std::vector<WideString> FindWorksheets(const Options& options) {
 
 void FailWithLibraryMessage() {
     const std::string message = LibraryMessage();
+    NoteNamedRegistry(message);
     throw Failure(message.empty() ? "The conversion failed without a message." : message);
 }
 

@@ -21,6 +21,7 @@ void RunConversion(const Options& options, const std::filesystem::path& input,
 // list them; the library's message has the reason.
 std::vector<NXls2Tki::WideString> FindWorksheets(const Options& options);
 
+// Notes also what may have caused the message.
 [[noreturn]] void FailWithLibraryMessage();
 
 }  // namespace NCli

@@ -32,7 +32,8 @@ EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
 WORKBOOK = (EXAMPLES / "powertrain.xlsx").read_bytes()
 NO_WORKBOOK = "xls2tki: '%s' is not a workbook.\n"
 NOT_OPENED = "xls2tki: '%s' cannot be opened.\n"
-NO_EXCEL = ("xls2tki: The application MS Excel 2000 or higher is not installed on this system. "
+NO_EXCEL = ('xls2tki: Note: XLS2TKI_REGISTRY names the registry file "%s", which cannot be read or has no entry for '
+            "Excel.\nxls2tki: The application MS Excel 2000 or higher is not installed on this system. "
             "Aborting data transformation.\n")
 NO_LIST = "xls2tki: On using Excel 2003, it is not possible to detect contained Worksheets!\n"
 NOT_NAMED = "xls2tki: Note: --worksheet has no effect with Excel 2003, which reads the first worksheet.\n"
@@ -182,7 +183,7 @@ def test_installed_excels():
     for excel, listing, note, sheet in [("10", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
                                         ("11", (1, b"", NO_LIST), NOT_NAMED, "powertrain"),
                                         ("15", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
-                                        ("", (1, b"", NO_EXCEL), NO_EXCEL, None)]:
+                                        ("", (1, b"", NO_EXCEL % "registry"), NO_EXCEL % "registry", None)]:
         with folder(WORKBOOK) as environment:
             key = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n"
             Path("registry").write_text(key + f'@="Excel.Application.{excel}"' if excel else "")
@@ -195,6 +196,14 @@ def test_installed_excels():
                   Path("out.xml").read_bytes())
             reason = b"registry' is not a workbook." if excel else b"is not installed"
             check("reason with " + excel, True, reason in run("-x registry out.xml", environment).stderr)
+
+
+def test_unreadable_registries():
+    with folder(WORKBOOK) as environment:
+        os.mkfifo("pipe")
+        for registry in "pipe", "tmp", "missing", "in.csv":
+            environment["XLS2TKI_REGISTRY"] = registry
+            check(registry, NO_EXCEL % registry, run("-x " + IO, environment).stderr.decode())
 
 
 def test_control_characters():
