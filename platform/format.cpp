@@ -19,8 +19,7 @@ void AppendLimited(std::u16string& result, std::u16string_view text, std::size_t
 std::u16string Digits(std::int32_t number) {
     char digits[12];
     char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    const std::u16string text(digits, end);
-    return text;
+    return {digits, end};
 }
 
 std::u16string HexDigits(std::uint32_t code) {
