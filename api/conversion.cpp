@@ -12,6 +12,7 @@
 #include "platform/user.h"
 #include "sources/csv_heap.h"
 #include "sources/default_excel_heap.h"
+#include "sources/odbc_heap.h"
 #include "sources/parser_exception.h"
 #include "xml/text_conv.h"
 #include "xml/utf8_serializer.h"
@@ -53,8 +54,7 @@ std::unique_ptr<VHeapInterface> MakeSource(const ConversionRequest& request, VLo
         case ImportTypeExcel:
             return MakeExcelSource(request.inputPath, log, messageText);
         case ImportTypeODBC:
-            messageText = u"This version cannot read through ODBC yet. Save the table as a CSV file.";
-            return nullptr;
+            return std::make_unique<VCSVReader::VDefaultODBCHeap>(request.inputPath, &log);
         default:
             messageText = u"Import type not supported";
             return nullptr;

@@ -69,6 +69,7 @@ void RunConversion(const Options& options, const fs::path& input, const fs::path
     ListenToProgress(options.verbose);
     if (CallConversion(options, input, output)) return;
     if (const std::string reason = OpeningFailure(); !reason.empty()) Fail(options.input, reason);
+    if (options.kind == ImportTypeODBC) Fail(options.input, LibraryMessage());
     FailWithLibraryMessage();
 }
 

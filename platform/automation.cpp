@@ -1,19 +1,12 @@
 // The part of automation that is the same on every system.
 #include "platform/automation.h"
 
-#include "platform/code_page.h"
+#include "platform/exception_text.h"
 
 namespace NPlatform {
 
-// For what(), which hosts read as bytes.
-static std::string Utf8(std::u16string_view text) {
-    std::string bytes(3 * text.size(), '\0');
-    bytes.resize(Utf16ToCodePage(kUtf8CodePage, text.data(), text.size(), bytes.data(), bytes.size()));
-    return bytes;
-}
-
 OleException::OleException(std::int32_t status, std::u16string message)
-    : status_(status), message_(std::move(message)), what_(Utf8(message_)) {}
+    : status_(status), message_(std::move(message)), what_(ExceptionText(message_)) {}
 
 DispatchException::DispatchException(std::uint16_t code, std::u16string description, std::u16string source,
                                      std::u16string helpFile)
@@ -21,7 +14,7 @@ DispatchException::DispatchException(std::uint16_t code, std::u16string descript
       description_(std::move(description)),
       source_(std::move(source)),
       helpFile_(std::move(helpFile)),
-      what_(Utf8(description_)) {}
+      what_(ExceptionText(description_)) {}
 
 Variant Dispatch::Call(DispatchId method, std::initializer_list<Variant> arguments) const {
     return Invoke(method, InvokeKind::Method, {arguments.begin(), arguments.size()});

@@ -87,7 +87,7 @@ TEST(Api, LeavesTheOutputAloneWhenItFails) {
          u"Row [1] defines 1 columns. Header defines 2\nValues:\n\xFFFD\n"},
         {kGood, kOther, u"Import type not supported"},
         {kGood, kNegative, u"Import type not supported"},
-        {kGood, ImportTypeODBC, u"This version cannot read through ODBC yet. Save the table as a CSV file."},
+        {kGood, ImportTypeODBC, u"No Excel ODBC driver found"},
     };
     const std::u16string output = folder.Put("output", "as it was");
     const auto expectFailure = [&](const std::u16string& from, VImportType importType,
