@@ -51,10 +51,10 @@ struct FreeStatement {
 // A connection, which is closed at the latest with the object.
 class Database {
   public:
-    // Connects without asking the user anything. "ODBC;" at the beginning of the connect string is left out;
-    // the rest reaches the driver manager as it is. ODBC's cursor library is not used: reading forward needs
-    // none, and with that of unixODBC even the first record cannot be fetched. Refused are strings of more
-    // than 32766 units, the most that ODBC can count.
+    // Call it once. Connects without asking the user anything. "ODBC;" at the beginning of the connect string
+    // is left out; the rest reaches the driver manager as it is. ODBC's cursor library is not used: reading
+    // forward needs none, and with that of unixODBC even the first record cannot be fetched. Refused are
+    // strings of more than 32766 units, the most that ODBC can count.
     void Open(std::u16string_view connectString);
     // Its recordsets have to be gone.
     void Close();
