@@ -139,15 +139,19 @@ class Dispatch {
 class Variant {
   public:
     Variant() = default;  // empty
-    static Variant Missing() { return Variant(ErrorCode{kParameterNotFound}); }
-    static Variant Error(std::int32_t code) { return Variant(ErrorCode{code}); }
-    static Variant Bool(bool value) { return Variant(value); }
-    static Variant Int16(std::int16_t value) { return Variant(value); }
-    static Variant Int32(std::int32_t value) { return Variant(value); }
-    static Variant Double(double value) { return Variant(value); }
-    static Variant String(std::u16string_view value) { return Variant(std::u16string(value)); }
-    static Variant Object(Dispatch value) { return Variant(std::move(value)); }
-    static Variant Array(std::shared_ptr<const VariantArray> value) { return Variant(std::move(value)); }
+    static Variant Missing() { return Error(kParameterNotFound); }
+    static Variant Error(std::int32_t code) { return Variant(std::in_place_type<ErrorCode>, code); }
+    static Variant Bool(bool value) { return Variant(std::in_place_type<bool>, value); }
+    static Variant Int16(std::int16_t value) { return Variant(std::in_place_type<std::int16_t>, value); }
+    static Variant Int32(std::int32_t value) { return Variant(std::in_place_type<std::int32_t>, value); }
+    static Variant Double(double value) { return Variant(std::in_place_type<double>, value); }
+    static Variant String(std::u16string_view value) {
+        return Variant(std::in_place_type<std::u16string>, value);
+    }
+    static Variant Object(Dispatch value) { return Variant(std::in_place_type<Dispatch>, std::move(value)); }
+    static Variant Array(std::shared_ptr<const VariantArray> value) {
+        return Variant(std::in_place_type<std::shared_ptr<const VariantArray>>, std::move(value));
+    }
 
     [[nodiscard]] VariantType Type() const;
     [[nodiscard]] bool IsEmpty() const { return Type() == VariantType::Empty; }
@@ -165,12 +169,14 @@ class Variant {
 
   private:
     struct ErrorCode {
+        explicit ErrorCode(std::int32_t given) : code(given) {}
         std::int32_t code;
     };
     using Value = std::variant<std::monostate, ErrorCode, bool, std::int16_t, std::int32_t, double,
                                std::u16string, Dispatch, std::shared_ptr<const VariantArray>>;
 
-    explicit Variant(Value value) : value_(std::move(value)) {}
+    template <typename T, typename Part>
+    Variant(std::in_place_type_t<T> type, Part&& part) : value_(type, std::forward<Part>(part)) {}
 
     template <typename T>
     [[nodiscard]] const T& As() const {
