@@ -8,7 +8,9 @@
 #include "tests/rooms.h"
 
 // unixODBC forgets a few bytes of each connect string that has both DRIVER and DSN.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libodbc.so"; }
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+    return "leak:libodbc.so";
+}
 
 // These tests go through the real driver manager to a foreign driver, that of SQLite. It knows no workbooks:
 // it finds its file under the data source's name '' in a configuration of our own.
