@@ -140,17 +140,15 @@ class Variant {
   public:
     Variant() = default;  // empty
     static Variant Missing() { return Error(kParameterNotFound); }
-    static Variant Error(std::int32_t code) { return Variant(std::in_place_type<ErrorCode>, code); }
-    static Variant Bool(bool value) { return Variant(std::in_place_type<bool>, value); }
-    static Variant Int16(std::int16_t value) { return Variant(std::in_place_type<std::int16_t>, value); }
-    static Variant Int32(std::int32_t value) { return Variant(std::in_place_type<std::int32_t>, value); }
-    static Variant Double(double value) { return Variant(std::in_place_type<double>, value); }
-    static Variant String(std::u16string_view value) {
-        return Variant(std::in_place_type<std::u16string>, value);
-    }
-    static Variant Object(Dispatch value) { return Variant(std::in_place_type<Dispatch>, std::move(value)); }
+    static Variant Error(std::int32_t code) { return {std::in_place_type<ErrorCode>, code}; }
+    static Variant Bool(bool value) { return {std::in_place_type<bool>, value}; }
+    static Variant Int16(std::int16_t value) { return {std::in_place_type<std::int16_t>, value}; }
+    static Variant Int32(std::int32_t value) { return {std::in_place_type<std::int32_t>, value}; }
+    static Variant Double(double value) { return {std::in_place_type<double>, value}; }
+    static Variant String(std::u16string_view value) { return {std::in_place_type<std::u16string>, value}; }
+    static Variant Object(Dispatch value) { return {std::in_place_type<Dispatch>, std::move(value)}; }
     static Variant Array(std::shared_ptr<const VariantArray> value) {
-        return Variant(std::in_place_type<std::shared_ptr<const VariantArray>>, std::move(value));
+        return {std::in_place_type<std::shared_ptr<const VariantArray>>, std::move(value)};
     }
 
     [[nodiscard]] VariantType Type() const;
