@@ -9,6 +9,10 @@
 
 namespace NXls2Tki {
 
+// Where the caller has no say in them.
+inline constexpr std::u16string_view kDefaultVariant = u"COMMON_DIAGNOSTICS";
+inline constexpr std::u16string_view kDefaultDiagnosticInstance = u"Emission_Related_Trouble_Codes";
+
 // What the caller of a conversion gives; see xls2tki.h for the meaning of each.
 struct ConversionRequest {
     std::u16string_view inputPath;

@@ -18,7 +18,7 @@ std::u16string Inside(const WideChar* text) {
     return {given.begin(), given.end()};
 }
 
-WideString Outside(const std::u16string& text) { return {text.begin(), text.end()}; }
+WideString Outside(std::u16string_view text) { return {text.begin(), text.end()}; }
 
 // The set as the rooms have it: itself where the types are the same, else a copy that `converted` holds.
 template <typename Set>
@@ -30,9 +30,6 @@ const std::set<std::u16string>& Inside(const Set& names, std::set<std::u16string
         return converted;
     }
 }
-
-constexpr auto kVariant = std::u16string_view(u"COMMON_DIAGNOSTICS");
-constexpr auto kDiagnosticInstance = std::u16string_view(u"Emission_Related_Trouble_Codes");
 
 }  // namespace
 
@@ -77,8 +74,8 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImpo
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,
                     bool forwardMessages, WideChar separator, const WideStringSet& vsgNames,
                     const WideStringSet& secondNames, bool utf8) {
-    const WideString variant(kVariant.begin(), kVariant.end());
-    const WideString instance(kDiagnosticInstance.begin(), kDiagnosticInstance.end());
+    const WideString variant = Outside(kDefaultVariant);
+    const WideString instance = Outside(kDefaultDiagnosticInstance);
     return Xls2TkiConvert(inputPath, outputPath, importType, forwardMessages, separator, vsgNames,
                           secondNames, secondNames, variant.c_str(), instance.c_str(), utf8);
 }

@@ -1,0 +1,118 @@
+#include <exception>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "api/conversion.h"
+#include "api/xls2tki.h"
+#include "api/xls2tki_c.h"
+#include "platform/automation.h"
+#include "sources/parser_exception.h"
+
+namespace {
+
+using NXls2Tki::WideString;
+using NXls2Tki::WideStringSet;
+
+WideString Wide(std::u16string_view text) { return {text.begin(), text.end()}; }
+
+// Made when the library is loaded: later there may be no memory for it.
+const WideString noMemory = Wide(u"There is not enough memory.");
+
+WideString thrownText;
+const Xls2TkiChar* thrownReason = nullptr;  // null unless the last operation ended with an exception
+
+std::vector<WideString> listedNames;
+std::vector<const Xls2TkiChar*> listedTexts;  // of the names
+
+// Keeps the text of the exception that is being handled.
+void KeepThrownText() {
+    try {
+        throw;
+    } catch (const VCSVReader::VParserException& error) {
+        thrownText = Wide(error.GetMessage());
+    } catch (const NPlatform::DispatchException& error) {
+        thrownText = Wide(error.Description());
+    } catch (const NPlatform::OleException& error) {
+        thrownText = Wide(error.Message());
+    } catch (const std::bad_alloc&) {
+        thrownText = noMemory;
+    } catch (const std::exception& error) {
+        const std::string_view what = error.what();  // ASCII: it is the standard library's
+        thrownText.assign(what.begin(), what.end());
+    }
+}
+
+const Xls2TkiChar* ThrownReason() noexcept {
+    try {
+        KeepThrownText();
+        return thrownText.c_str();
+    } catch (...) {
+        return noMemory.c_str();
+    }
+}
+
+// Runs an operation. False also where it throws.
+template <typename Operation>
+bool Run(Operation operation) noexcept {
+    thrownReason = nullptr;
+    try {
+        return operation();
+    } catch (...) {
+        thrownReason = ThrownReason();
+        return false;
+    }
+}
+
+WideStringSet SetOf(const Xls2TkiNames& names) {
+    WideStringSet set;
+    for (std::size_t index = 0; index < names.count; ++index) {
+        const Xls2TkiChar* const text = names.texts[index];
+        set.emplace(text == nullptr ? WideString() : text);
+    }
+    return set;
+}
+
+}  // namespace
+
+bool xls2tki_init_ole(bool silent) {
+    return Run([silent] { return NXls2Tki::XlsInitOle(silent); });
+}
+
+bool xls2tki_convert(const Xls2TkiConversion* conversion) {
+    return Run([conversion] {
+        if (conversion == nullptr || conversion->size != sizeof(Xls2TkiConversion)) {
+            throw VCSVReader::VParserException(
+                u"The conversion was made for another version of the library.");
+        }
+        const WideString variant = Wide(NXls2Tki::kDefaultVariant);
+        const WideString instance = Wide(NXls2Tki::kDefaultDiagnosticInstance);
+        const auto importType = static_cast<NXls2Tki::VImportType>(conversion->importType);
+        return NXls2Tki::Xls2TkiConvert(
+            conversion->inputPath, conversion->worksheetName, conversion->outputPath, importType,
+            conversion->forwardMessages, conversion->separator, SetOf(conversion->vsgNames),
+            SetOf(conversion->secondNames), SetOf(conversion->thirdNames),
+            conversion->variant == nullptr ? variant.c_str() : conversion->variant,
+            conversion->diagnosticInstance == nullptr ? instance.c_str() : conversion->diagnosticInstance,
+            conversion->utf8);
+    });
+}
+
+bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
+    return Run([path, names] {
+        std::vector<WideString> found;
+        if (!NXls2Tki::GetExcelWorksheets(path, found)) return false;
+        std::vector<const Xls2TkiChar*> texts;
+        texts.reserve(found.size());
+        for (const WideString& name : found) texts.push_back(name.c_str());
+        listedNames.swap(found);  // moves no name
+        listedTexts.swap(texts);
+        *names = {listedTexts.data(), listedTexts.size()};
+        return true;
+    });
+}
+
+const Xls2TkiChar* xls2tki_message() {
+    return thrownReason != nullptr ? thrownReason : NXls2Tki::GetLoggedMessages();
+}

@@ -1,0 +1,91 @@
+/* xls2tki for C, and for every language that can call C: what xls2tki.h offers, without the types and
+ * exceptions of C++. Those belong to one compiler and its standard library; a host built with another one
+ * uses these functions.
+ *
+ * What xls2tki.h says of threads, Excel, the registry and memory holds here, too. Texts are UTF-16 and end
+ * with a zero; a null pointer is the empty text. What is passed in is only read, and needs to stay valid no
+ * longer than the call. What is handed out belongs to the library.
+ *
+ * A function that returns false has not done its work, and xls2tki_message() tells the user why; that
+ * includes failures in the midst of Excel's work and exhausted memory. Nothing is thrown. */
+#ifndef XLS2TKI_C_H
+#define XLS2TKI_C_H
+
+/* NOLINTBEGIN(modernize-*,readability-identifier-naming): this is C. */
+#include <stdbool.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <uchar.h>
+
+#if !defined(XLS2TKI_EXPORT)
+#if !defined(_WIN32)
+#define XLS2TKI_EXPORT __attribute__((visibility("default")))
+#elif defined(XLS2TKI_BUILDING)
+#define XLS2TKI_EXPORT __declspec(dllexport)
+#else
+#define XLS2TKI_EXPORT __declspec(dllimport)
+#endif
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* One UTF-16 code unit, in the type that the system's programs use for text. */
+#if defined(_WIN32)
+typedef wchar_t Xls2TkiChar;
+#else
+typedef char16_t Xls2TkiChar;
+#endif
+
+/* Texts of header cells, in any order. `texts` may be null where `count` is 0. */
+typedef struct {
+    const Xls2TkiChar* const* texts;
+    size_t count;
+} Xls2TkiNames;
+
+/* What reads the input. */
+enum {
+    XLS2TKI_ODBC = 0,  /* the installed Excel ODBC driver */
+    XLS2TKI_EXCEL = 1, /* the installed Excel */
+    XLS2TKI_CSV = 2    /* the library itself */
+};
+
+/* One conversion; members that are not set are to be zero. Each is the parameter of the same name in
+ * xls2tki.h, but a null variant or diagnosticInstance is the one that the short forms there have. */
+typedef struct {
+    size_t size; /* sizeof(Xls2TkiConversion): a later version may have more members */
+    const Xls2TkiChar* inputPath;
+    const Xls2TkiChar* worksheetName;
+    const Xls2TkiChar* outputPath;
+    int32_t importType;
+    Xls2TkiChar separator;
+    bool forwardMessages;
+    bool utf8;
+    Xls2TkiNames vsgNames;
+    Xls2TkiNames secondNames;
+    Xls2TkiNames thirdNames;
+    const Xls2TkiChar* variant;            /* null: "COMMON_DIAGNOSTICS"; empty: none is written */
+    const Xls2TkiChar* diagnosticInstance; /* null: "Emission_Related_Trouble_Codes"; empty: none */
+} Xls2TkiConversion;
+
+/* As XlsInitOle. It leaves no message. */
+XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
+
+/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. */
+XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
+
+/* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they
+ * are valid until the next call of this function. When it returns false, `names` is as it was. */
+XLS2TKI_EXPORT bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names);
+
+/* The outcome of the last operation, as GetLoggedMessages has it, or, where that would have thrown, the
+ * reason. Valid until the next call of a function of the library. */
+XLS2TKI_EXPORT const Xls2TkiChar* xls2tki_message(void);
+
+#ifdef __cplusplus
+}
+#endif
+/* NOLINTEND(modernize-*,readability-identifier-naming) */
+
+#endif

@@ -1,0 +1,103 @@
+/* A host in C: it sees xls2tki_c.h alone. Arguments: the folder of the tests' data, a folder for the output
+ * and whether there is an Excel (1 or 0). */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "xls2tki_c.h"
+
+#if defined(_WIN32)
+#define TEXT16(text) L##text
+#else
+#define TEXT16(text) u##text
+#endif
+
+static int failures = 0;
+
+#define EXPECT(condition)                                                    \
+    do {                                                                     \
+        if (!(condition)) {                                                  \
+            printf("%s:%d: not true: %s\n", __FILE__, __LINE__, #condition); \
+            ++failures;                                                      \
+        }                                                                    \
+    } while (0)
+
+/* Our paths and the messages are ASCII. */
+static const Xls2TkiChar* Wide(const char* folder, const char* name, Xls2TkiChar* buffer) {
+    Xls2TkiChar* end = buffer;
+    for (; *folder != 0; ++folder) *end++ = (Xls2TkiChar)*folder;
+    *end++ = '/';
+    do *end++ = (Xls2TkiChar)*name;
+    while (*name++ != 0);
+    return buffer;
+}
+
+static bool IsText(const Xls2TkiChar* text, const char* expected) {
+    while (*expected != 0 && *text == (Xls2TkiChar)*expected) ++text, ++expected;
+    return *text == (Xls2TkiChar)*expected;
+}
+
+static bool MessageIs(const char* expected) { return IsText(xls2tki_message(), expected); }
+
+static bool FileHas(const char* folder, const char* name, const char* fragment) {
+    static char content[65536];
+    char path[4096];
+    snprintf(path, sizeof path, "%s/%s", folder, name);
+    FILE* file = fopen(path, "rb");
+    content[file == NULL ? 0 : fread(content, 1, sizeof content - 1, file)] = 0;
+    if (file != NULL) fclose(file);
+    return strstr(content, fragment) != NULL;
+}
+
+static void Convert(const char* data, const char* folder) {
+    const Xls2TkiChar* const vsg[] = {TEXT16("Occurrence"), NULL};
+    Xls2TkiChar input[4096];
+    Xls2TkiChar output[4096];
+    Xls2TkiConversion conversion = {.size = sizeof conversion,
+                                    .inputPath = Wide(data, "example.csv", input),
+                                    .outputPath = Wide(folder, "c_host.xml", output),
+                                    .importType = XLS2TKI_CSV,
+                                    .separator = ';',
+                                    .vsgNames = {vsg, 2}};
+    EXPECT(xls2tki_convert(&conversion));
+    EXPECT(FileHas(folder, "c_host.xml", "diaginstance=\"Emission_Related_Trouble_Codes\""));
+    EXPECT(FileHas(folder, "c_host.xml", "variant=\"COMMON_DIAGNOSTICS\""));
+    EXPECT(FileHas(folder, "c_host.xml", "type=\"VSG\" >Occurrence<"));
+
+    conversion.secondNames = conversion.vsgNames;
+    conversion.vsgNames.count = 0;
+    conversion.variant = TEXT16("V");
+    conversion.diagnosticInstance = TEXT16("");
+    EXPECT(xls2tki_convert(&conversion));
+    EXPECT(FileHas(folder, "c_host.xml", "<SERVICEMAPPING variant=\"V\" />"));
+    EXPECT(FileHas(folder, "c_host.xml", "type=\"A\" >Occurrence<"));
+
+    conversion.importType = 3;
+    EXPECT(!xls2tki_convert(&conversion));
+    EXPECT(MessageIs("Import type not supported"));
+    conversion.size = 1;
+    EXPECT(!xls2tki_convert(&conversion));
+    EXPECT(MessageIs("The conversion was made for another version of the library."));
+}
+
+static void ListWorksheets(const char* data, bool hasExcel) {
+    Xls2TkiChar path[4096];
+    Xls2TkiNames names = {NULL, 7};
+    const bool done = xls2tki_list_worksheets(Wide(data, "workbooks/xlsxwriter.xlsx", path), &names);
+    EXPECT(done == hasExcel);
+    if (!hasExcel) {
+        EXPECT(names.count == 7 && *xls2tki_message() != 0);
+        return;
+    }
+    EXPECT(names.count == 2 && IsText(names.texts[1], "O'Neil <&>"));
+    EXPECT(xls2tki_list_worksheets(NULL, &names) && names.count == 0);
+}
+
+int main(int count, char** arguments) {
+    if (count != 4) return 2;
+    EXPECT(MessageIs(""));
+    EXPECT(xls2tki_init_ole(true));
+    Convert(arguments[1], arguments[2]);
+    ListWorksheets(arguments[1], strcmp(arguments[3], "1") == 0);
+    return failures == 0 ? 0 : 1;
+}
