@@ -249,6 +249,18 @@ TEST(CellTable, SortsAndKeepsTheLast) {
     EXPECT_EQ(cells.From(3, 2), cells.End());
 }
 
+TEST(CellTable, FindsPlacesInAnyOrder) {
+    constexpr std::uint32_t kRows = 40;
+    CellTable cells;
+    for (std::uint32_t row = 1; row <= kRows; ++row) cells.Add({2 * row, 5, CellType::Bool, {}});
+    for (std::uint32_t start = 1; start <= 2 * kRows; ++start) {
+        for (const std::uint32_t row : {start, start, start + 1, 1 + start / 3, start + 30, 2 * kRows}) {
+            const std::uint32_t before = std::min((row - 1) / 2, kRows);
+            EXPECT_EQ(cells.From(row, 5) - cells.Begin(), before) << row;
+        }
+    }
+}
+
 TEST(CellValues, AreReadExactlyOrNotAtAll) {
     for (const char* text :
          {"", "-", "nan", "inf", "-inf", "1E400", "1 2", "0x1", "1,5", "+-1", "1e99999999999999999999"}) {

@@ -44,8 +44,18 @@ const Cell* CellTable::End() {
 }
 
 const Cell* CellTable::From(std::uint32_t row, std::uint16_t column) {
+    Sort();
     const Cell place{row, column, CellType::Nothing, {}};
-    return std::lower_bound(Begin(), End(), place, IsBefore);
+    const Cell* const cells = cells_.Data();
+    // Mostly the place is little behind the last one, so that the steps need not become large.
+    const bool isBehind = before_ < size_ && IsBefore(cells[before_], place);
+    const std::size_t begin = isBehind ? before_ : 0;
+    std::size_t reach = 1;
+    while (reach < size_ - begin && IsBefore(cells[begin + reach], place)) reach *= 2;
+    const std::size_t end = std::min(begin + reach, size_);
+    const Cell* const found = std::lower_bound(cells + begin, cells + end, place, IsBefore);
+    before_ = found == cells ? 0 : static_cast<std::size_t>(found - cells) - 1;
+    return found;
 }
 
 void CellTable::Sort() {

@@ -60,6 +60,7 @@ class CellTable {
     NPlatform::Array<Cell> cells_;
     std::size_t size_ = 0;
     std::size_t sorted_ = 0;  // as many at the front are in order
+    std::size_t before_ = 0;  // the last cell before the place that was looked for last
 };
 
 }  // namespace NWorkbook

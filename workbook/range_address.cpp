@@ -17,13 +17,14 @@ template <typename ValueOf>
 std::uint32_t Take(std::u16string_view& text, std::uint32_t base, std::uint32_t last, ValueOf valueOf) {
     if (text.starts_with(u'$')) text.remove_prefix(1);
     std::uint32_t number = 0;
-    while (!text.empty()) {
-        const int value = valueOf(text.front());
+    std::size_t size = 0;
+    for (; size < text.size(); ++size) {
+        const int value = valueOf(text[size]);
         if (value < 0) break;
         number = number * base + static_cast<std::uint32_t>(value);
         if (number > last) return 0;
-        text.remove_prefix(1);
     }
+    text.remove_prefix(size);
     return number;
 }
 

@@ -1,6 +1,5 @@
 #include "workbook/sheet_reader.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "workbook/cell_value.h"
@@ -16,7 +15,7 @@ namespace {
 enum class ValueType : std::uint8_t { Number, SharedText, Text, InlineText, Bool, Error, Date, Unknown };
 
 struct TypeName {
-    std::string_view name;
+    const char* name;
     ValueType type;
 };
 
@@ -30,11 +29,15 @@ constexpr TypeName kTypes[] = {
     {"d", ValueType::Date},
 };
 
-ValueType TypeOf(std::string_view name) {
+ValueType TypeOf(const char* name) {
     for (const TypeName& known : kTypes) {
-        if (known.name == name) return known.type;
+        if (std::strcmp(known.name, name) == 0) return known.type;
     }
     return ValueType::Unknown;
+}
+
+bool IsBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
 // The characters of a value that is not a text: more than the longest number has.
@@ -52,10 +55,10 @@ class ValueText {
     }
     // Without the blanks around it.
     [[nodiscard]] std::string_view Trimmed() const {
-        constexpr std::string_view kBlanks = " \t\r\n";
         std::string_view text(characters_, size_);
-        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-        return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+        while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+        while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+        return text;
     }
 
   private:
@@ -125,9 +128,8 @@ class SheetReader : public XmlReader {
         const char* name = nullptr;
         type_ = ValueType::Number;
         for (const char* const* next = element.attributes; *next != nullptr; next += 2) {
-            const std::string_view attribute = *next;
-            if (attribute == "r") name = next[1];
-            if (attribute == "t") type_ = TypeOf(next[1]);
+            if (std::strcmp(next[0], "r") == 0) name = next[1];
+            if (std::strcmp(next[0], "t") == 0) type_ = TypeOf(next[1]);
         }
         PlaceCell(name);
         if (type_ == ValueType::Unknown) FailCell(u"is of an unknown type");

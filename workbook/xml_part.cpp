@@ -192,23 +192,33 @@ class PartParser {
 
 bool XmlPrefixes::Declare(int depth, const char* const* attributes) {
     for (; *attributes != nullptr; attributes += 2) {
-        if (**attributes != 'x' || !std::string_view(*attributes).starts_with(kDeclaration)) continue;
-        std::string_view prefix = std::string_view(*attributes).substr(kDeclaration.size());
-        if (!prefix.empty() && prefix[0] != ':') continue;
-        if (!prefix.empty()) prefix.remove_prefix(1);
-        if (!Bind(prefix, MeaningOf(attributes[1]), depth)) return false;
+        if (**attributes == 'x' && !DeclareOne(depth, attributes[0], attributes[1])) return false;
     }
     return true;
+}
+
+bool XmlPrefixes::DeclareOne(int depth, std::string_view attribute, std::string_view value) {
+    if (!attribute.starts_with(kDeclaration)) return true;
+    std::string_view prefix = attribute.substr(kDeclaration.size());
+    if (!prefix.empty() && prefix[0] != ':') return true;
+    if (!prefix.empty()) prefix.remove_prefix(1);
+    return Bind(prefix, MeaningOf(value), depth);
 }
 
 bool XmlPrefixes::Bind(std::string_view prefix, XmlNamespace meaning, int depth) {
     if (Of(prefix) == meaning) return true;
     if (bindings_.size() == kMostBindings) return false;
     bindings_.push_back({std::string(prefix), meaning, depth});
+    withoutPrefix_ = Find({});
     return true;
 }
 
-XmlNamespace XmlPrefixes::Of(std::string_view prefix) const {
+void XmlPrefixes::Unbind(int depth) {
+    while (!bindings_.empty() && bindings_.back().depth == depth) bindings_.pop_back();
+    withoutPrefix_ = Find({});
+}
+
+XmlNamespace XmlPrefixes::Find(std::string_view prefix) const {
     const auto found = std::find_if(bindings_.rbegin(), bindings_.rend(),
                                     [prefix](const Binding& binding) { return binding.prefix == prefix; });
     return found == bindings_.rend() ? XmlNamespace::Other : found->meaning;

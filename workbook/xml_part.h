@@ -31,9 +31,12 @@ class XmlPrefixes {
     bool Declare(int depth, const char* const* attributes);
     // Forgets those of the element that ends.
     void Forget(int depth) {
-        while (!bindings_.empty() && bindings_.back().depth == depth) bindings_.pop_back();
+        if (!bindings_.empty() && bindings_.back().depth == depth) Unbind(depth);
     }
-    [[nodiscard]] XmlNamespace Of(std::string_view prefix) const;
+    // Of most names, which have no prefix, it is known already.
+    [[nodiscard]] XmlNamespace Of(std::string_view prefix) const {
+        return prefix.empty() ? withoutPrefix_ : Find(prefix);
+    }
 
   private:
     struct Binding {
@@ -42,10 +45,14 @@ class XmlPrefixes {
         int depth;
     };
 
+    bool DeclareOne(int depth, std::string_view attribute, std::string_view value);
     bool Bind(std::string_view prefix, XmlNamespace meaning, int depth);
+    void Unbind(int depth);
+    [[nodiscard]] XmlNamespace Find(std::string_view prefix) const;
 
     // No more than those of the namespaces that count, and those that hide one of them.
     std::vector<Binding> bindings_;
+    XmlNamespace withoutPrefix_ = XmlNamespace::Other;
 };
 
 // An element that begins. Valid during the call.
