@@ -1,12 +1,11 @@
 #include "workbook/workbook.h"
 
 #include <gtest/gtest.h>
-#include <zip.h>
 
 #include <cstdio>
-#include <map>
 
 #include "tests/host.h"
+#include "tests/made_workbook.h"
 #include "workbook/cell_value.h"
 #include "workbook/date_serial.h"
 #include "workbook/part_name.h"
@@ -16,9 +15,7 @@
 namespace {
 
 using namespace NWorkbook;
-using NTest::ReplaceAll;
-using NTest::TempFolder;
-using NTest::Utf8;
+using namespace NTest;
 
 // Everything that a workbook holds, as the texts beside the files in tests/data/workbooks have it.
 std::string Describe(const Cell& cell) {
@@ -56,50 +53,10 @@ TEST(Workbooks, ReadAsOtherProgramsReadThem) {
         if (entry.path().extension() != ".xlsx") continue;
         ++count;
         auto cells = entry.path();
-        const std::string expected = NTest::ReadBytes(cells.replace_extension(".cells"));
+        const std::string expected = ReadBytes(cells.replace_extension(".cells"));
         EXPECT_EQ(Describe(*OpenWorkbook(entry.path().u16string())), expected) << entry.path();
     }
     EXPECT_EQ(count, 5);
-}
-
-using Parts = std::map<std::string, std::string>;
-
-constexpr std::string_view kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
-constexpr std::string_view kReferences =
-    "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-
-std::string Relationships(std::string_view kind, std::string_view target) {
-    const std::string list =
-        "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>"
-        "<Relationship Id='a' Type='KIND' Target='TARGET'/></Relationships>";
-    return ReplaceAll(ReplaceAll(list, "KIND", kind), "TARGET", target);
-}
-
-std::string Sheet(const std::string& rows) {
-    return "<worksheet xmlns='" + std::string(kMain) + "'><sheetData>" + rows + "</sheetData></worksheet>";
-}
-
-// A workbook of one worksheet; `changed` replaces its parts or adds some, an empty one is left out.
-Parts Small(const Parts& changed) {
-    Parts parts = {
-        {"_rels/.rels", Relationships("officeDocument", "w.xml")},
-        {"_rels/w.xml.rels", Relationships("worksheet", "s.xml")},
-        {"w.xml", "<workbook xmlns='" + std::string(kMain) + "' xmlns:r='" + std::string(kReferences) +
-                      "'><sheets><sheet name='S' r:id='a'/></sheets></workbook>"},
-        {"s.xml", Sheet("<row><c><v>1</v></c></row>")}};
-    for (const auto& [name, content] : changed) parts[name] = content;
-    return parts;
-}
-
-std::u16string Zip(const TempFolder& folder, const Parts& parts) {
-    const std::string path = Utf8(folder.Path("a.xlsx"));
-    zip_t* const zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
-    for (const auto& [name, content] : parts) {
-        if (content.empty()) continue;
-        zip_file_add(zip, name.c_str(), zip_source_buffer(zip, content.data(), content.size(), 0), 0);
-    }
-    EXPECT_EQ(zip_close(zip), 0);
-    return folder.Path("a.xlsx");
 }
 
 // What the workbook holds, or the sentence that refuses it, without the folder.
@@ -116,12 +73,6 @@ std::string Outcome(const TempFolder& folder, const std::u16string& path) {
     } catch (const WorkbookError& error) {
         return ReplaceAll(Utf8(error.Message()), Utf8(folder.Path("")), "");
     }
-}
-
-std::string Repeat(std::string_view text, std::size_t count) {
-    std::string result;
-    while (count-- > 0) result += text;
-    return result;
 }
 
 TEST(Workbooks, RefuseDamagedParts) {
@@ -211,7 +162,7 @@ TEST(Workbooks, RefuseOtherFiles) {
 // Cut at each byte or with some bytes changed: another outcome perhaps, but always one.
 TEST(Workbooks, SurviveDamage) {
     const TempFolder folder;
-    const std::string whole = NTest::ReadBytes(Zip(folder, Small({})));
+    const std::string whole = ReadBytes(Zip(folder, Small({})));
     for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_NE(Outcome(folder, folder.Put("cut", whole.substr(0, size))), "n 1 ") << size;
     }

@@ -11,21 +11,21 @@ namespace {
 constexpr std::uint32_t kLetters = 26;
 constexpr std::uint32_t kDigits = 10;
 
-// Reads letters or digits as a number and takes them from the text. What is beyond `last` gives 0, as nothing
-// at all does.
+// Takes letters or digits, a $ before them or not, from the text as a number, which is 0 if there are none.
+// False: the number is 0 or beyond `last`.
 template <typename ValueOf>
-std::uint32_t Take(std::u16string_view& text, std::uint32_t base, std::uint32_t last, ValueOf valueOf) {
-    if (text.starts_with(u'$')) text.remove_prefix(1);
-    std::uint32_t number = 0;
-    std::size_t size = 0;
-    for (; size < text.size(); ++size) {
+bool Take(std::u16string_view& text, std::uint32_t base, std::uint32_t last, ValueOf valueOf,
+          std::uint32_t& number) {
+    const bool hasDollar = text.size() > 1 && text.front() == u'$' && valueOf(text[1]) >= 0;
+    std::size_t size = hasDollar ? 1 : 0;
+    for (number = 0; size < text.size(); ++size) {
         const int value = valueOf(text[size]);
         if (value < 0) break;
         number = number * base + static_cast<std::uint32_t>(value);
-        if (number > last) return 0;
+        if (number > last) return false;
     }
     text.remove_prefix(size);
-    return number;
+    return number > 0 || size == 0;
 }
 
 // A is 1.
@@ -36,30 +36,72 @@ int LetterValue(char16_t unit) {
 
 int DigitValue(char16_t unit) { return unit >= u'0' && unit <= u'9' ? unit - u'0' : -1; }
 
-bool TakeCell(std::u16string_view& text, CellBlock& cell) {
-    cell.firstColumn = static_cast<std::uint16_t>(Take(text, kLetters, kLastColumn, LetterValue));
-    cell.firstRow = Take(text, kDigits, kLastRow, DigitValue);
-    cell.lastColumn = cell.firstColumn;
-    cell.lastRow = cell.firstRow;
-    return cell.firstColumn > 0 && cell.firstRow > 0;
+// A column, a row or both: 0 stands for the one that is missing.
+struct Corner {
+    std::uint32_t column = 0;
+    std::uint32_t row = 0;
+
+    [[nodiscard]] bool IsCell() const { return column > 0 && row > 0; }
+};
+
+struct Corners {
+    Corner first;
+    Corner last;
+    bool arePair;
+
+    [[nodiscard]] bool AreCells() const { return first.IsCell() && last.IsCell(); }
+};
+
+bool TakeCorner(std::u16string_view& text, Corner& corner) {
+    return Take(text, kLetters, kLastColumn, LetterValue, corner.column) &&
+           Take(text, kDigits, kLastRow, DigitValue, corner.row);
+}
+
+std::optional<Corners> ParseCorners(std::u16string_view text) {
+    Corners corners{};
+    if (!TakeCorner(text, corners.first)) return std::nullopt;
+    corners.last = corners.first;
+    corners.arePair = text.starts_with(u':');
+    if (corners.arePair) {
+        text.remove_prefix(1);
+        if (!TakeCorner(text, corners.last)) return std::nullopt;
+    }
+    if (!text.empty()) return std::nullopt;
+    return corners;
+}
+
+CellBlock BlockOf(const Corners& corners) {
+    const auto& [first, last, arePair] = corners;
+    const auto [firstRow, lastRow] = std::minmax(first.row, last.row);
+    const auto [firstColumn, lastColumn] = std::minmax(first.column, last.column);
+    return {firstRow, lastRow, static_cast<std::uint16_t>(firstColumn),
+            static_cast<std::uint16_t>(lastColumn)};
 }
 
 }  // namespace
 
 CellBlock ParseAddress(std::u16string_view address) {
-    std::u16string_view text = address;
-    CellBlock first{};
-    bool isValid = TakeCell(text, first);
-    CellBlock last = first;
-    if (isValid && text.starts_with(u':')) {
-        text.remove_prefix(1);
-        isValid = TakeCell(text, last);
-    }
-    if (!isValid || !text.empty()) {
+    const std::optional<Corners> corners = ParseCorners(address);
+    if (!corners || !corners->AreCells()) {
         throw WorkbookError(u"'" + std::u16string(address) +
                             u"' is not the address of a cell between A1 and XFD1048576.");
     }
-    return Span(first, last);
+    return BlockOf(*corners);
+}
+
+std::optional<CellBlock> ParseReference(std::u16string_view reference) {
+    std::optional<Corners> corners = ParseCorners(reference);
+    if (!corners) return std::nullopt;
+    auto& [first, last, arePair] = *corners;
+    if (arePair && first.row == 0 && last.row == 0) {
+        first.row = 1;
+        last.row = kLastRow;
+    } else if (arePair && first.column == 0 && last.column == 0) {
+        first.column = 1;
+        last.column = kLastColumn;
+    }
+    if (!corners->AreCells()) return std::nullopt;
+    return BlockOf(*corners);
 }
 
 CellBlock Span(const CellBlock& one, const CellBlock& other) {

@@ -1,6 +1,7 @@
 // Addresses of cells as people write them: column letters, row digits.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ struct CellBlock {
 // From "A1" to "XFD1048576", letters in either case, a $ before the letters or the digits left out of
 // account; also two such addresses with a colon between them. Throws WorkbookError, which names the address.
 CellBlock ParseAddress(std::u16string_view address);
+
+// The same; nothing for what is no such address. Also whole columns and rows, "$A:C" and "1:$3".
+std::optional<CellBlock> ParseReference(std::u16string_view reference);
 
 // The smallest block that holds both.
 CellBlock Span(const CellBlock& one, const CellBlock& other);

@@ -1,5 +1,6 @@
 #include "workbook/workbook.h"
 
+#include "workbook/defined_names.h"
 #include "workbook/not_kept.h"
 #include "workbook/opened_workbook.h"
 #include "workbook/sheet_reader.h"
@@ -29,6 +30,7 @@ std::unique_ptr<Workbook> OpenWorkbook(std::u16string_view path) {
     }
     workbook->path = opened->package.FullPath();
     workbook->findWhatIsNotKept = [opened] { return FindWhatIsNotKept(*opened); };
+    workbook->readDefinedNames = [opened] { return ReadDefinedNames(*opened); };
     return workbook;
 }
 

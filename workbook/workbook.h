@@ -9,6 +9,7 @@
 
 #include "workbook/cells.h"
 #include "workbook/error.h"
+#include "workbook/range_address.h"
 #include "workbook/text_store.h"
 
 namespace NWorkbook {
@@ -36,6 +37,13 @@ class Worksheet {
     CellTable cells_;
 };
 
+// A name that stands for a block of a worksheet's cells.
+struct DefinedName {
+    std::u16string name;
+    std::size_t worksheet;  // its index
+    CellBlock block;        // whole columns or rows reach from edge to edge
+};
+
 struct Workbook {
     // Of the cells of all worksheets; who keeps views of them keeps the store.
     std::shared_ptr<TextStore> texts = std::make_shared<TextStore>();
@@ -47,6 +55,11 @@ struct Workbook {
     // words for the user ("formulas", "charts"); empty if nothing. Not set for a new workbook. Throws
     // WorkbookError.
     std::function<std::u16string()> findWhatIsNotKept;
+    // The names of the whole workbook that stand for one block of cells of one worksheet, then such names of
+    // single worksheets that the workbook has not, each in workbook order; no two are the same, case of ASCII
+    // letters aside. Hidden names and those that programs make for filters and print areas are left out. Not
+    // set for a new workbook. Throws WorkbookError.
+    std::function<std::vector<DefinedName>()> readDefinedNames;
 };
 
 // Opens a file for reading, decided by its content. Throws WorkbookError.

@@ -1,0 +1,174 @@
+#include "odbc_driver/catalogue.h"
+
+#include <algorithm>
+
+#include "odbc_driver/ascii.h"
+#include "odbc_driver/column_attributes.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+using Columns = RowsResult::Columns;
+using Row = RowsResult::Row;
+
+constexpr std::u16string_view kTableType = u"TABLE";
+constexpr std::size_t kLongestText = 32'767;  // of a cell
+constexpr auto kNull = std::nullopt;
+
+template <typename Number>
+std::u16string ToText(Number number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+bool IsEmpty(const OptionalText& text) { return text && text->empty(); }
+bool IsAll(const OptionalText& text) { return text == u"%"; }
+
+// Tables are in a catalogue and in a schema without names.
+bool IncludesNameless(const OptionalText& text) { return !text || text->empty() || IsAll(text); }
+
+bool IncludesTables(const OptionalText& types) {
+    if (IncludesNameless(types)) return true;
+    std::u16string_view left = *types;
+    for (;;) {
+        const std::size_t comma = std::min(left.find(u','), left.size());
+        std::u16string_view type = Trim(left.substr(0, comma));
+        if (type.size() >= 2 && type.starts_with(u'\'') && type.ends_with(u'\'')) {
+            type = type.substr(1, type.size() - 2);
+        }
+        if (EqualsIgnoringCase(type, kTableType)) return true;
+        if (comma == left.size()) return false;
+        left.remove_prefix(comma + 1);
+    }
+}
+
+// Who asks for all of one kind, and for nothing of the others, wants the kind itself listed.
+bool AsksForTypes(const TablesRequest& request) {
+    return IsAll(request.types) && IsEmpty(request.catalogue) && IsEmpty(request.schema) &&
+           IsEmpty(request.table);
+}
+bool AsksForCataloguesOrSchemas(const TablesRequest& request) {
+    return IsEmpty(request.table) && ((IsAll(request.catalogue) && IsEmpty(request.schema)) ||
+                                      (IsAll(request.schema) && IsEmpty(request.catalogue)));
+}
+
+std::vector<std::u16string> SortedNames(const NWorkbook::TableBook& book) {
+    std::vector<std::u16string> names;
+    for (const NWorkbook::TableName& table : book.Names()) names.push_back(table.name);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
+    std::vector<Row> rows;
+    const NamePattern pattern(request.table, request.isName);
+    for (const std::u16string& name : SortedNames(book)) {
+        if (pattern.Fits(name)) rows.push_back({kNull, kNull, name, std::u16string(kTableType)});
+    }
+    return rows;
+}
+
+Row DescribeColumn(TableResult& table, std::size_t column) {
+    const SQLULEN size = ColumnSize(table, column);
+    const std::u16string type = ToText(SQL_WVARCHAR);
+    const std::u16string bytes = ToText(size * sizeof(char16_t));
+    return {kNull,
+            kNull,
+            std::u16string(table.TableName()),
+            std::u16string(table.ColumnName(column)),
+            type,
+            std::u16string(kTextTypeName),
+            ToText(size),
+            bytes,
+            kNull,
+            kNull,
+            ToText(SQL_NULLABLE),
+            kNull,
+            kNull,
+            type,
+            kNull,
+            bytes,
+            ToText(column + 1),
+            u"YES"};
+}
+
+}  // namespace
+
+std::unique_ptr<Result> ListTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
+    Columns columns = {{u"TABLE_CAT"}, {u"TABLE_SCHEM"}, {u"TABLE_NAME"}, {u"TABLE_TYPE"}, {u"REMARKS"}};
+    std::vector<Row> rows;
+    if (AsksForTypes(request)) {
+        rows = {{kNull, kNull, kNull, std::u16string(kTableType)}};
+    } else if (!AsksForCataloguesOrSchemas(request) && IncludesNameless(request.catalogue) &&
+               IncludesNameless(request.schema) && IncludesTables(request.types)) {
+        rows = FindTables(book, request);
+    }
+    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+}
+
+std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request) {
+    Columns columns = {{u"TABLE_CAT"},
+                       {u"TABLE_SCHEM"},
+                       {u"TABLE_NAME"},
+                       {u"COLUMN_NAME"},
+                       {u"DATA_TYPE", SQL_SMALLINT},
+                       {u"TYPE_NAME"},
+                       {u"COLUMN_SIZE", SQL_INTEGER},
+                       {u"BUFFER_LENGTH", SQL_INTEGER},
+                       {u"DECIMAL_DIGITS", SQL_SMALLINT},
+                       {u"NUM_PREC_RADIX", SQL_SMALLINT},
+                       {u"NULLABLE", SQL_SMALLINT},
+                       {u"REMARKS"},
+                       {u"COLUMN_DEF"},
+                       {u"SQL_DATA_TYPE", SQL_SMALLINT},
+                       {u"SQL_DATETIME_SUB", SQL_SMALLINT},
+                       {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
+                       {u"ORDINAL_POSITION", SQL_INTEGER},
+                       {u"IS_NULLABLE"}};
+    std::vector<Row> rows;
+    if (IncludesNameless(request.catalogue) && IncludesNameless(request.schema)) {
+        for (const std::u16string& name : SortedNames(book)) {
+            if (!request.table.Fits(name)) continue;
+            TableResult table(name, book.Find(name));
+            for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
+                if (request.column.Fits(table.ColumnName(column))) {
+                    rows.push_back(DescribeColumn(table, column));
+                }
+            }
+        }
+    }
+    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+}
+
+std::unique_ptr<Result> ListTypes(SQLSMALLINT type) {
+    Columns columns = {{u"TYPE_NAME"},
+                       {u"DATA_TYPE", SQL_SMALLINT},
+                       {u"COLUMN_SIZE", SQL_INTEGER},
+                       {u"LITERAL_PREFIX"},
+                       {u"LITERAL_SUFFIX"},
+                       {u"CREATE_PARAMS"},
+                       {u"NULLABLE", SQL_SMALLINT},
+                       {u"CASE_SENSITIVE", SQL_SMALLINT},
+                       {u"SEARCHABLE", SQL_SMALLINT},
+                       {u"UNSIGNED_ATTRIBUTE", SQL_SMALLINT},
+                       {u"FIXED_PREC_SCALE", SQL_SMALLINT},
+                       {u"AUTO_UNIQUE_VALUE", SQL_SMALLINT},
+                       {u"LOCAL_TYPE_NAME"},
+                       {u"MINIMUM_SCALE", SQL_SMALLINT},
+                       {u"MAXIMUM_SCALE", SQL_SMALLINT},
+                       {u"SQL_DATA_TYPE", SQL_SMALLINT},
+                       {u"SQL_DATETIME_SUB", SQL_SMALLINT},
+                       {u"NUM_PREC_RADIX", SQL_INTEGER},
+                       {u"INTERVAL_PRECISION", SQL_SMALLINT}};
+    std::vector<Row> rows;
+    if (type == SQL_ALL_TYPES || type == SQL_WVARCHAR) {
+        const std::u16string text = ToText(SQL_WVARCHAR);
+        rows.push_back({std::u16string(kTextTypeName), text, ToText(kLongestText), u"'", u"'", kNull,
+                        ToText(SQL_NULLABLE), ToText(SQL_TRUE), ToText(SQL_PRED_NONE), kNull,
+                        ToText(SQL_FALSE), kNull, kNull, kNull, kNull, text});
+    }
+    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+}
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,95 @@
+// Catalogue calls: each opens a cursor on a result of its own.
+#include "odbc_driver/application_text.h"
+#include "odbc_driver/catalogue.h"
+#include "odbc_driver/connection.h"
+#include "odbc_driver/entry_point.h"
+#include "odbc_driver/statement.h"
+
+using namespace NOdbcDriver;
+
+namespace {
+
+OptionalText GetOptionalText(const SQLWCHAR* text, SQLSMALLINT length) {
+    if (text == nullptr) return std::nullopt;
+    return GetText(text, length);
+}
+
+SQLRETURN OpenNothing(SQLHSTMT handle, Absent what) {
+    return Enter<Statement>(handle, [=](Statement& statement) { statement.Open(ListNothing(what)); });
+}
+
+}  // namespace
+
+extern "C" {
+
+SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
+                             SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
+                             SQLSMALLINT tableLength, SQLWCHAR* types, SQLSMALLINT typesLength) {
+    return Enter<Statement>(handle, [=](Statement& statement) {
+        const TablesRequest request = {GetOptionalText(catalogue, catalogueLength),
+                                       GetOptionalText(schema, schemaLength),
+                                       GetOptionalText(table, tableLength),
+                                       GetOptionalText(types, typesLength), statement.metadataId == SQL_TRUE};
+        statement.Open(ListTables(statement.Owner().Book(), request));
+    });
+}
+
+SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
+                              SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
+                              SQLSMALLINT tableLength, SQLWCHAR* column, SQLSMALLINT columnLength) {
+    return Enter<Statement>(handle, [=](Statement& statement) {
+        const bool isName = statement.metadataId == SQL_TRUE;
+        const ColumnsRequest request = {GetOptionalText(catalogue, catalogueLength),
+                                        GetOptionalText(schema, schemaLength),
+                                        NamePattern(GetOptionalText(table, tableLength), isName),
+                                        NamePattern(GetOptionalText(column, columnLength), isName)};
+        statement.Open(ListColumns(statement.Owner().Book(), request));
+    });
+}
+
+SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type) {
+    return Enter<Statement>(handle, [=](Statement& statement) { statement.Open(ListTypes(type)); });
+}
+
+SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                  SQLSMALLINT) {
+    return OpenNothing(handle, Absent::PrimaryKeys);
+}
+
+SQLRETURN SQL_API SQLForeignKeysW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                  SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                  SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ForeignKeys);
+}
+
+SQLRETURN SQL_API SQLStatisticsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                 SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT) {
+    return OpenNothing(handle, Absent::Statistics);
+}
+
+SQLRETURN SQL_API SQLSpecialColumnsW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                     SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT) {
+    return OpenNothing(handle, Absent::SpecialColumns);
+}
+
+SQLRETURN SQL_API SQLTablePrivilegesW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
+                                      SQLWCHAR*, SQLSMALLINT) {
+    return OpenNothing(handle, Absent::TablePrivileges);
+}
+
+SQLRETURN SQL_API SQLColumnPrivilegesW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
+                                       SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ColumnPrivileges);
+}
+
+SQLRETURN SQL_API SQLProceduresW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
+                                 SQLSMALLINT) {
+    return OpenNothing(handle, Absent::Procedures);
+}
+
+SQLRETURN SQL_API SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
+                                       SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ProcedureColumns);
+}
+
+}  // extern "C"

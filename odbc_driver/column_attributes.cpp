@@ -1,0 +1,102 @@
+#include "odbc_driver/column_attributes.h"
+
+#include "odbc_driver/diagnostics.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+constexpr SQLULEN kSmallIntDigits = 5;
+constexpr SQLULEN kIntegerDigits = 10;
+
+bool IsText(const Result& result, std::size_t column) { return result.ColumnType(column) == SQL_WVARCHAR; }
+
+std::u16string_view TypeName(SQLSMALLINT type) {
+    if (type == SQL_WVARCHAR) return kTextTypeName;
+    return type == SQL_SMALLINT ? u"SMALLINT" : u"INTEGER";
+}
+
+SQLLEN OctetLength(Result& result, std::size_t column) {
+    if (IsText(result, column)) return static_cast<SQLLEN>(ColumnSize(result, column) * sizeof(char16_t));
+    return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
+}
+
+// A number is shown with its sign.
+SQLLEN DisplaySize(Result& result, std::size_t column) {
+    return static_cast<SQLLEN>(ColumnSize(result, column) + (IsText(result, column) ? 0 : 1));
+}
+
+}  // namespace
+
+SQLULEN ColumnSize(Result& result, std::size_t column) {
+    if (IsText(result, column)) return result.Width(column);
+    return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
+}
+
+SQLSMALLINT DefaultCType(SQLSMALLINT columnType) {
+    if (columnType == SQL_WVARCHAR) return SQL_C_WCHAR;
+    return columnType == SQL_SMALLINT ? SQL_C_SSHORT : SQL_C_SLONG;
+}
+
+std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std::size_t column,
+                                                             SQLSMALLINT attribute) {
+    const bool isText = IsText(result, column);
+    switch (attribute) {
+        case SQL_DESC_NAME:
+        case SQL_DESC_LABEL:
+        case SQL_COLUMN_NAME:
+        case SQL_DESC_BASE_COLUMN_NAME:
+            return result.ColumnName(column);
+        case SQL_DESC_TABLE_NAME:
+        case SQL_DESC_BASE_TABLE_NAME:
+            return result.TableName();
+        case SQL_DESC_CATALOG_NAME:
+        case SQL_DESC_SCHEMA_NAME:
+            return std::u16string_view();
+        case SQL_DESC_TYPE_NAME:
+        case SQL_DESC_LOCAL_TYPE_NAME:
+            return TypeName(result.ColumnType(column));
+        case SQL_DESC_LITERAL_PREFIX:
+        case SQL_DESC_LITERAL_SUFFIX:
+            return std::u16string_view(isText ? u"'" : u"");
+        case SQL_DESC_TYPE:
+        case SQL_DESC_CONCISE_TYPE:
+            return SQLLEN{result.ColumnType(column)};
+        case SQL_DESC_LENGTH:
+        case SQL_DESC_PRECISION:
+        case SQL_COLUMN_LENGTH:
+        case SQL_COLUMN_PRECISION:
+            return static_cast<SQLLEN>(ColumnSize(result, column));
+        case SQL_DESC_OCTET_LENGTH:
+            return OctetLength(result, column);
+        case SQL_DESC_DISPLAY_SIZE:
+            return DisplaySize(result, column);
+        case SQL_DESC_NULLABLE:
+        case SQL_COLUMN_NULLABLE:
+            return SQLLEN{SQL_NULLABLE};
+        case SQL_DESC_CASE_SENSITIVE:
+            return SQLLEN{isText ? SQL_TRUE : SQL_FALSE};
+        case SQL_DESC_UNSIGNED:
+            return SQLLEN{isText ? SQL_TRUE : SQL_FALSE};
+        case SQL_DESC_NUM_PREC_RADIX:
+            return SQLLEN{isText ? 0 : 10};
+        case SQL_DESC_UNNAMED:
+            return SQLLEN{SQL_NAMED};
+        case SQL_DESC_SEARCHABLE:
+            return SQLLEN{SQL_PRED_NONE};
+        case SQL_DESC_UPDATABLE:
+            return SQLLEN{SQL_ATTR_READONLY};
+        case SQL_DESC_AUTO_UNIQUE_VALUE:
+        case SQL_DESC_FIXED_PREC_SCALE:
+        case SQL_DESC_ROWVER:
+        case SQL_DESC_SCALE:
+        case SQL_COLUMN_SCALE:
+        case SQL_DESC_DATETIME_INTERVAL_CODE:
+        case SQL_DESC_DATETIME_INTERVAL_PRECISION:
+            return SQLLEN{0};
+        default:
+            throw OdbcError(u"HY091", u"A column has no attribute of this number.");
+    }
+}
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,154 @@
+#include "odbc_driver/descriptor.h"
+
+#include "odbc_driver/application_text.h"
+#include "odbc_driver/number_value.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+[[noreturn]] void RefuseField() { throw OdbcError(u"HY091", u"The descriptor has no field of this number."); }
+
+template <typename T>
+T* Move(T* address, SQLLEN bytes) {
+    if (address == nullptr) return nullptr;
+    return reinterpret_cast<T*>(reinterpret_cast<char*>(address) + bytes);
+}
+
+SQLPOINTER Move(SQLPOINTER address, SQLLEN bytes) { return Move(static_cast<char*>(address), bytes); }
+
+// Numbers travel as pointers.
+SQLLEN ToNumber(SQLPOINTER value) { return reinterpret_cast<SQLLEN>(value); }
+
+}  // namespace
+
+bool Descriptor::SetHeaderField(SQLSMALLINT field, SQLPOINTER value) {
+    switch (field) {
+        case SQL_DESC_ARRAY_SIZE:
+            if (ToNumber(value) <= 0) throw OdbcError(u"HY024", u"A row set has at least one row.");
+            arraySize = static_cast<SQLULEN>(ToNumber(value));
+            return true;
+        case SQL_DESC_BIND_TYPE:
+            bindType = static_cast<SQLULEN>(ToNumber(value));
+            return true;
+        case SQL_DESC_BIND_OFFSET_PTR:
+            bindOffset = static_cast<SQLLEN*>(value);
+            return true;
+        case SQL_DESC_ARRAY_STATUS_PTR:
+            arrayStatus = static_cast<SQLUSMALLINT*>(value);
+            return true;
+        case SQL_DESC_ROWS_PROCESSED_PTR:
+            rowsProcessed = static_cast<SQLULEN*>(value);
+            return true;
+        case SQL_DESC_COUNT:
+            bindings_.resize(static_cast<SQLUSMALLINT>(ToNumber(value)));
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool Descriptor::GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const {
+    switch (field) {
+        case SQL_DESC_ARRAY_SIZE:
+            PutNumber(arraySize, value);
+            return true;
+        case SQL_DESC_BIND_TYPE:
+            PutNumber(static_cast<SQLINTEGER>(bindType), value);
+            return true;
+        case SQL_DESC_BIND_OFFSET_PTR:
+            PutNumber(bindOffset, value);
+            return true;
+        case SQL_DESC_ARRAY_STATUS_PTR:
+            PutNumber(arrayStatus, value);
+            return true;
+        case SQL_DESC_ROWS_PROCESSED_PTR:
+            PutNumber(rowsProcessed, value);
+            return true;
+        case SQL_DESC_COUNT:
+            PutNumber(static_cast<SQLSMALLINT>(bindings_.size()), value);
+            return true;
+        case SQL_DESC_ALLOC_TYPE:
+            PutNumber(SQLSMALLINT{SQL_DESC_ALLOC_AUTO}, value);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Descriptor::SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) {
+    if (SetHeaderField(field, value)) return;
+    if (column <= 0) throw OdbcError(u"07009", u"Columns count from 1.");
+    const auto number = static_cast<std::size_t>(column);
+    if (bindings_.size() < number) bindings_.resize(number);
+    Binding& binding = bindings_[number - 1];
+    switch (field) {
+        case SQL_DESC_TYPE:
+        case SQL_DESC_CONCISE_TYPE:
+            binding.type = static_cast<SQLSMALLINT>(ToNumber(value));
+            break;
+        case SQL_DESC_DATA_PTR:
+            binding.data = value;
+            break;
+        case SQL_DESC_OCTET_LENGTH:
+            binding.capacity = ToNumber(value);
+            break;
+        case SQL_DESC_OCTET_LENGTH_PTR:
+            binding.length = static_cast<SQLLEN*>(value);
+            break;
+        case SQL_DESC_INDICATOR_PTR:
+            binding.indicator = static_cast<SQLLEN*>(value);
+            break;
+        default:
+            RefuseField();
+    }
+}
+
+void Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const {
+    if (GetHeaderField(field, value)) return;
+    if (column <= 0 || static_cast<std::size_t>(column) > bindings_.size()) {
+        throw OdbcError(u"07009", u"Nothing is bound to this column.");
+    }
+    const Binding& binding = bindings_[static_cast<std::size_t>(column) - 1];
+    switch (field) {
+        case SQL_DESC_TYPE:
+        case SQL_DESC_CONCISE_TYPE:
+            PutNumber(binding.type, value);
+            break;
+        case SQL_DESC_DATA_PTR:
+            PutNumber(binding.data, value);
+            break;
+        case SQL_DESC_OCTET_LENGTH:
+            PutNumber(binding.capacity, value);
+            break;
+        case SQL_DESC_OCTET_LENGTH_PTR:
+            PutNumber(binding.length, value);
+            break;
+        case SQL_DESC_INDICATOR_PTR:
+            PutNumber(binding.indicator, value);
+            break;
+        default:
+            RefuseField();
+    }
+}
+
+void Descriptor::Bind(SQLUSMALLINT column, const Binding& binding) {
+    if (column == 0) throw OdbcError(u"07009", u"Columns count from 1: there are no bookmarks.");
+    if (bindings_.size() < column) bindings_.resize(column);
+    bindings_[column - 1U] = binding;
+}
+
+Target Descriptor::TargetOf(const Binding& binding, SQLSMALLINT type, std::size_t row) const {
+    const SQLLEN numberSize = NumberSize(type);
+    const SQLLEN valueSize = numberSize != 0 ? numberSize : binding.capacity;
+    const bool isByColumn = bindType == SQL_BIND_BY_COLUMN;
+    const auto index = static_cast<SQLLEN>(row);
+    const auto structure = static_cast<SQLLEN>(bindType);
+    const SQLLEN offset = bindOffset == nullptr ? 0 : *bindOffset;
+    const SQLLEN toValue = offset + index * (isByColumn ? valueSize : structure);
+    const SQLLEN toLength = offset + index * (isByColumn ? static_cast<SQLLEN>(sizeof(SQLLEN)) : structure);
+    return {type, Move(binding.data, toValue), binding.capacity, Move(binding.length, toLength),
+            Move(binding.indicator, toLength)};
+}
+
+}  // namespace NOdbcDriver

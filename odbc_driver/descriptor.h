@@ -1,0 +1,59 @@
+// Descriptors: where an application wants the values of a row set.
+#pragma once
+
+#include <vector>
+
+#include "odbc_driver/handle.h"
+#include "odbc_driver/value_transfer.h"
+
+namespace NOdbcDriver {
+
+// What an application binds to a column.
+struct Binding {
+    SQLSMALLINT type = SQL_C_DEFAULT;
+    SQLPOINTER data = nullptr;
+    SQLLEN capacity = 0;  // in bytes
+    SQLLEN* length = nullptr;
+    SQLLEN* indicator = nullptr;
+
+    [[nodiscard]] bool IsBound() const {
+        return data != nullptr || length != nullptr || indicator != nullptr;
+    }
+};
+
+// One of a statement's four. That of the application's rows holds the bindings; of the others only the header
+// matters.
+class Descriptor : public Handle {
+  public:
+    using Handle::Handle;
+
+    // `column` counts from 1; number 0 names the header. Throws OdbcError: HY091 for a field there is not,
+    // 07009 for a column that is not bound.
+    void SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value);
+    void GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const;
+
+    // Binds the column, which counts from 1, or ends that.
+    void Bind(SQLUSMALLINT column, const Binding& binding);
+    void UnbindAll() { bindings_.clear(); }
+    // Of the columns from the first on.
+    [[nodiscard]] const std::vector<Binding>& Bindings() const { return bindings_; }
+
+    // Where the binding's value of a row, which counts from 0 in the row set, has to go; `type` is that of
+    // the value, which SQL_C_DEFAULT leaves open.
+    [[nodiscard]] Target TargetOf(const Binding& binding, SQLSMALLINT type, std::size_t row) const;
+
+    // The header.
+    SQLULEN arraySize = 1;                  // the rows of a row set
+    SQLULEN bindType = SQL_BIND_BY_COLUMN;  // or the size of the structure that a row goes to
+    SQLLEN* bindOffset = nullptr;           // is added to all addresses; may be NULL
+    SQLUSMALLINT* arrayStatus = nullptr;    // gets the status of each row; may be NULL
+    SQLULEN* rowsProcessed = nullptr;       // gets the number of rows; may be NULL
+
+  private:
+    bool SetHeaderField(SQLSMALLINT field, SQLPOINTER value);
+    bool GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const;
+
+    std::vector<Binding> bindings_;
+};
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,62 @@
+// What a handle tells of its latest call.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "odbc_driver/odbc.h"
+
+namespace NOdbcDriver {
+
+// A diagnostic record. The state is a literal of five characters.
+struct Diagnostic {
+    const char16_t* state;
+    std::u16string message;  // one sentence, without who speaks
+    SQLLEN row = SQL_NO_ROW_NUMBER;
+    SQLINTEGER column = SQL_NO_COLUMN_NUMBER;
+};
+
+// Ends a call with SQL_ERROR and this record.
+class OdbcError {
+  public:
+    OdbcError(const char16_t* state, std::u16string message) : diagnostic_{state, std::move(message)} {}
+
+    [[nodiscard]] const Diagnostic& Record() const { return diagnostic_; }
+
+  private:
+    Diagnostic diagnostic_;
+};
+
+class Diagnostics {
+  public:
+    Diagnostics();
+
+    // At the beginning of each call.
+    void Clear() noexcept;
+    // The call still succeeds, with information. Of very many records only the first are kept.
+    void Add(Diagnostic record);
+    void AddOutOfMemory() noexcept;
+    // A text did not fit where the application wants it.
+    void AddIfCut(bool isCut);
+
+    [[nodiscard]] std::size_t Count() const { return records_.size(); }
+    // Numbers count from 1. NULL if there is no such record.
+    [[nodiscard]] const Diagnostic* Find(SQLSMALLINT number) const;
+
+    SQLRETURN GetRecord(SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER* nativeCode, SQLWCHAR* message,
+                        SQLSMALLINT capacity, SQLSMALLINT* length) const;
+    // Number 0 is the header. The capacity and the length count bytes.
+    SQLRETURN GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
+                       SQLSMALLINT* length) const;
+
+    SQLRETURN returnCode = SQL_SUCCESS;  // of the call
+
+  private:
+    SQLRETURN GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
+                             SQLSMALLINT* length) const;
+
+    std::vector<Diagnostic> records_;
+};
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,141 @@
+// Handles: making and freeing them, what they tell, the environment's attributes.
+#include "odbc_driver/application_text.h"
+#include "odbc_driver/connection.h"
+#include "odbc_driver/entry_point.h"
+#include "odbc_driver/statement.h"
+
+using namespace NOdbcDriver;
+
+namespace {
+
+SQLRETURN FreeStatement(SQLHANDLE handle) {
+    if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
+    const auto* const statement = static_cast<Statement*>(handle);
+    return Enter<Connection>(&statement->Owner(),
+                             [=](Connection& connection) { connection.RemoveStatement(*statement); });
+}
+
+template <typename Object>
+SQLRETURN Free(SQLHANDLE handle) {
+    delete static_cast<Object*>(handle);
+    return SQL_SUCCESS;
+}
+
+// Any handle; NULL for a kind of handle there is not.
+const Handle* ToHandle(SQLSMALLINT kind, SQLHANDLE handle) {
+    switch (kind) {
+        case SQL_HANDLE_ENV:
+            return static_cast<Environment*>(handle);
+        case SQL_HANDLE_DBC:
+            return static_cast<Connection*>(handle);
+        case SQL_HANDLE_STMT:
+            return static_cast<Statement*>(handle);
+        case SQL_HANDLE_DESC:
+            return static_cast<Descriptor*>(handle);
+        default:
+            return nullptr;
+    }
+}
+
+// Asks a handle for its diagnostics, which makes none.
+template <typename Call>
+SQLRETURN Ask(SQLSMALLINT kind, SQLHANDLE handle, const Call& call) noexcept {
+    const Handle* const object = ToHandle(kind, handle);
+    if (object == nullptr) return SQL_INVALID_HANDLE;
+    const std::lock_guard lock(object->Mutex());
+    try {
+        return call(object->diagnostics);
+    } catch (...) {
+        return SQL_ERROR;
+    }
+}
+
+}  // namespace
+
+extern "C" {
+
+SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT kind, SQLHANDLE parent, SQLHANDLE* handle) {
+    if (handle == nullptr) return SQL_ERROR;
+    *handle = SQL_NULL_HANDLE;
+    switch (kind) {
+        case SQL_HANDLE_ENV:
+            *handle = new (std::nothrow) Environment;
+            return *handle == nullptr ? SQL_ERROR : SQL_SUCCESS;
+        case SQL_HANDLE_DBC:
+            return Enter<Environment>(parent, [=](Environment&) { *handle = new Connection; });
+        case SQL_HANDLE_STMT:
+            return Enter<Connection>(parent,
+                                     [=](Connection& connection) { *handle = &connection.AddStatement(); });
+        case SQL_HANDLE_DESC:
+            return Enter<Connection>(parent, [](Connection&) {
+                throw OdbcError(u"HYC00", u"There are no descriptors beside those of statements.");
+            });
+        default:
+            return SQL_ERROR;
+    }
+}
+
+SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT kind, SQLHANDLE handle) {
+    switch (kind) {
+        case SQL_HANDLE_ENV:
+            return Free<Environment>(handle);
+        case SQL_HANDLE_DBC:
+            return Free<Connection>(handle);
+        case SQL_HANDLE_STMT:
+            return FreeStatement(handle);
+        case SQL_HANDLE_DESC:
+            return Enter<Descriptor>(handle, [](Descriptor&) {
+                throw OdbcError(u"HY017", u"The descriptor belongs to its statement.");
+            });
+        default:
+            return SQL_ERROR;
+    }
+}
+
+SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT what) {
+    if (what == SQL_DROP) return FreeStatement(handle);
+    return Enter<Statement>(handle, [=](Statement& statement) {
+        if (what == SQL_CLOSE) statement.Close();
+        if (what == SQL_UNBIND) statement.applicationRows.UnbindAll();
+    });
+}
+
+SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
+    return Enter<Environment>(handle, [=](Environment& environment) {
+        if (attribute == SQL_ATTR_ODBC_VERSION) {
+            environment.odbcVersion = static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
+        } else if (attribute != SQL_ATTR_OUTPUT_NTS) {
+            throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
+        }
+    });
+}
+
+SQLRETURN SQL_API SQLGetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER,
+                                SQLINTEGER*) {
+    return Enter<Environment>(handle, [=](Environment& environment) {
+        if (attribute == SQL_ATTR_ODBC_VERSION) {
+            PutNumber(environment.odbcVersion, value);
+        } else if (attribute == SQL_ATTR_OUTPUT_NTS) {
+            PutNumber(SQLINTEGER{SQL_TRUE}, value);
+        } else {
+            throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
+        }
+    });
+}
+
+SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR* state,
+                                 SQLINTEGER* nativeCode, SQLWCHAR* message, SQLSMALLINT capacity,
+                                 SQLSMALLINT* length) {
+    return Ask(kind, handle, [=](const Diagnostics& diagnostics) {
+        return diagnostics.GetRecord(number, state, nativeCode, message, capacity, length);
+    });
+}
+
+SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field,
+                                   SQLPOINTER value, SQLSMALLINT capacity, SQLSMALLINT* length) {
+    return Ask(kind, handle, [=](const Diagnostics& diagnostics) {
+        return diagnostics.GetField(number, field, value, capacity, length);
+    });
+}
+
+}  // extern "C"

@@ -1,0 +1,55 @@
+#include "odbc_driver/name_pattern.h"
+
+#include "odbc_driver/ascii.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+// How many units of the pattern stand for one character other than by %.
+std::size_t ElementSize(std::u16string_view pattern) {
+    constexpr std::u16string_view kEscaped = u"%_\\";
+    const bool isEscape =
+        pattern.size() > 1 && pattern[0] == u'\\' && kEscaped.find(pattern[1]) != std::u16string_view::npos;
+    return isEscape ? 2 : 1;
+}
+
+bool ElementFits(std::u16string_view element, char16_t unit) {
+    return element == u"_" || ToUpper(element.back()) == ToUpper(unit);
+}
+
+bool PatternFits(std::u16string_view pattern, std::u16string_view name) {
+    std::u16string_view afterPercent;  // the pattern behind its latest %, and what of the name that % leaves
+    std::u16string_view leftByPercent;
+    bool hasPercent = false;
+    for (;;) {
+        if (pattern.starts_with(u'%')) {
+            pattern.remove_prefix(1);
+            hasPercent = true;
+            afterPercent = pattern;
+            leftByPercent = name;
+            continue;
+        }
+        if (pattern.empty() && name.empty()) return true;
+        const std::size_t size = ElementSize(pattern);
+        if (!pattern.empty() && !name.empty() && ElementFits(pattern.substr(0, size), name[0])) {
+            pattern.remove_prefix(size);
+            name.remove_prefix(1);
+        } else {
+            if (!hasPercent || leftByPercent.empty()) return false;
+            leftByPercent.remove_prefix(1);
+            pattern = afterPercent;
+            name = leftByPercent;
+        }
+    }
+}
+
+}  // namespace
+
+bool NamePattern::Fits(std::u16string_view name) const {
+    if (!text_) return true;
+    if (!isName_) return PatternFits(*text_, name);
+    return EqualsIgnoringCase(text_->substr(0, text_->find_last_not_of(kBlanks) + 1), name);
+}
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,120 @@
+#include "odbc_driver/sql.h"
+
+#include <cstdint>
+
+#include "odbc_driver/ascii.h"
+#include "odbc_driver/diagnostics.h"
+#include "platform/format.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+bool IsNameUnit(char16_t unit) {
+    return (unit >= u'0' && unit <= u'9') || (ToUpper(unit) >= u'A' && ToUpper(unit) <= u'Z') ||
+           unit == u'_' || unit == u'$' || unit >= 0x80;
+}
+
+// What closes a name that `unit` opens; 0 if it opens none.
+char16_t ClosingOf(char16_t unit) {
+    if (unit == u'[') return u']';
+    return unit == u'"' || unit == u'`' ? unit : u'\0';
+}
+
+class Parser {
+  public:
+    explicit Parser(std::u16string_view sql) : sql_(sql) { SkipBlanks(); }
+
+    void ExpectWord(std::u16string_view word) {
+        const std::size_t end = BareEnd();
+        if (!EqualsIgnoringCase(sql_.substr(at_, end - at_), word)) Refuse();
+        Advance(end);
+    }
+
+    void ExpectSign(char16_t sign) {
+        if (!IsAt(sign)) Refuse();
+        Advance(at_ + 1);
+    }
+
+    std::u16string ExpectName() {
+        if (at_ < sql_.size() && ClosingOf(sql_[at_]) != 0) return QuotedName(ClosingOf(sql_[at_]));
+        const std::size_t end = BareEnd();
+        if (end == at_) Refuse();
+        std::u16string name(sql_.substr(at_, end - at_));
+        Advance(end);
+        return name;
+    }
+
+    void ExpectEnd() {
+        if (IsAt(u';')) Advance(at_ + 1);
+        if (at_ < sql_.size()) Refuse();
+    }
+
+  private:
+    [[nodiscard]] bool IsAt(char16_t sign) const { return at_ < sql_.size() && sql_[at_] == sign; }
+
+    void SkipBlanks() {
+        while (at_ < sql_.size() && IsBlank(sql_[at_])) ++at_;
+    }
+
+    void Advance(std::size_t end) {
+        at_ = end;
+        SkipBlanks();
+    }
+
+    [[nodiscard]] std::size_t BareEnd() const {
+        std::size_t end = at_;
+        while (end < sql_.size() && IsNameUnit(sql_[end])) ++end;
+        return end;
+    }
+
+    std::u16string QuotedName(char16_t closing) {
+        std::u16string name;
+        for (std::size_t at = at_ + 1; at < sql_.size(); ++at) {
+            const bool closes = sql_[at] == closing;
+            const bool isDoubled = closes && at + 1 < sql_.size() && sql_[at + 1] == closing;
+            if (closes && !isDoubled) {
+                if (name.empty()) break;
+                Advance(at + 1);
+                return name;
+            }
+            name += sql_[at];
+            if (isDoubled) ++at;
+        }
+        at_ = sql_.size();
+        Refuse();
+    }
+
+    // What stands here, up to the next blank, is not what has to stand here.
+    [[noreturn]] void Refuse() const {
+        if (at_ == sql_.size()) {
+            throw OdbcError(u"42000", u"The SQL statement ends too early: SELECT * FROM table is needed.");
+        }
+        constexpr std::u16string_view kMessage =
+            u"SELECT * FROM table is the one SQL statement that is understood; \"%s\" at character %d does "
+            u"not "
+            u"belong to it.";
+        constexpr std::size_t kMostShown = 60;
+        const std::u16string_view word = sql_.substr(at_, sql_.find_first_of(kBlanks, at_) - at_);
+        throw OdbcError(u"42000", NPlatform::Format(256, kMessage,
+                                                    {NPlatform::Cut(word, kMostShown),
+                                                     static_cast<std::int32_t>(at_ + 1)}));
+    }
+
+    std::u16string_view sql_;
+    std::size_t at_ = 0;
+};
+
+}  // namespace
+
+std::u16string ParseSelect(std::u16string_view sql) {
+    Parser parser(sql);
+    parser.ExpectWord(u"SELECT");
+    parser.ExpectSign(u'*');
+    parser.ExpectWord(u"FROM");
+    std::u16string name = parser.ExpectName();
+    parser.ExpectEnd();
+    return name;
+}
+
+}  // namespace NOdbcDriver

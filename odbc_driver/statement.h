@@ -1,0 +1,91 @@
+// A statement: a query, and the cursor that walks its result once, forward.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "odbc_driver/descriptor.h"
+#include "odbc_driver/result.h"
+#include "odbc_driver/value_transfer.h"
+
+namespace NOdbcDriver {
+
+class Connection;
+
+// How many rows a fetch takes at once and what it tells of them. The addresses may be NULL.
+struct RowSet {
+    SQLULEN size;
+    SQLULEN* fetched;
+    SQLUSMALLINT* status;
+};
+
+class Statement : public Handle {
+  public:
+    explicit Statement(Connection& connection);
+
+    [[nodiscard]] Connection& Owner() const { return connection_; }
+
+    // Each throws OdbcError (24000) while a cursor is open.
+    void Prepare(std::u16string_view sql);
+    void Execute();  // HY010 if nothing is prepared
+    void ExecuteDirectly(std::u16string_view sql);
+    void Open(std::unique_ptr<Result> result);
+
+    // Closes the cursor, if one is open. What is prepared stays.
+    void Close();
+    [[nodiscard]] bool IsOpen() const { return isOpen_; }
+
+    [[nodiscard]] bool HasResult() const { return result_ != nullptr; }
+    // Of the open cursor, or of what is prepared. Throws OdbcError (HY010) if there is neither.
+    Result& Columns();
+    // The index, from 0, of a column that the application counts from 1. Throws OdbcError (07009).
+    std::size_t ColumnIndex(SQLUSMALLINT column);
+
+    // Moves to the next rows and hands out the values of bound columns. Throws OdbcError (24000).
+    SQLRETURN Fetch(const RowSet& rowSet);
+    // The next piece of a value in the current row, which is the first of the row set. Throws OdbcError.
+    SQLRETURN GetData(SQLUSMALLINT column, Target target);
+    // From 1; 0 if there is no current row.
+    [[nodiscard]] SQLULEN RowNumber() const { return isOnRow_ ? currentRow_ + 1 : 0; }
+
+    void SetAttribute(SQLINTEGER attribute, SQLPOINTER value);
+    void GetAttribute(SQLINTEGER attribute, SQLPOINTER value);
+
+    Descriptor applicationRows;
+    Descriptor implementationRows;
+    Descriptor applicationParameters;
+    Descriptor implementationParameters;
+
+    SQLULEN maxRows = 0;  // 0: all
+    SQLULEN noScan = SQL_NOSCAN_OFF;
+    SQLULEN metadataId;        // names in catalogue calls are names, not patterns
+    SQLULEN extendedRows = 1;  // the row set of SQLExtendedFetch
+
+  private:
+    void RequireClosed() const;
+    std::unique_ptr<Result> Select(std::u16string_view sql);
+    void OpenCursor();
+    [[nodiscard]] std::size_t RowCount() const;
+    SQLUSMALLINT FetchRow(std::size_t rowOfSet);
+    // Returns whether nothing was lost.
+    bool FetchBound(std::size_t column, const Binding& binding, std::size_t rowOfSet);
+
+    Connection& connection_;
+    std::unique_ptr<Result> result_;
+    bool isPrepared_ = false;
+    bool isOpen_ = false;
+    bool isOnRow_ = false;
+    std::size_t currentRow_ = 0;
+    std::size_t nextRow_ = 0;
+
+    // What is handed out in pieces, and of which column and as which type; 0: nothing.
+    ValueTransfer pieces_;
+    NWorkbook::NumberText piecesText_;
+    SQLUSMALLINT piecesColumn_ = 0;
+    SQLSMALLINT piecesType_ = 0;
+
+    ValueTransfer bound_;
+    NWorkbook::NumberText boundText_;
+};
+
+}  // namespace NOdbcDriver

@@ -1,0 +1,124 @@
+#include "odbc_driver/application_text.h"
+#include "odbc_driver/statement.h"
+
+namespace NOdbcDriver {
+
+namespace {
+
+// Attributes that are fields of a descriptor's header.
+struct HeaderAttribute {
+    SQLINTEGER attribute;
+    Descriptor Statement::*descriptor;
+    SQLSMALLINT field;
+};
+
+constexpr HeaderAttribute kHeaderAttributes[] = {
+    {SQL_ATTR_ROW_ARRAY_SIZE, &Statement::applicationRows, SQL_DESC_ARRAY_SIZE},
+    {SQL_ATTR_ROW_BIND_TYPE, &Statement::applicationRows, SQL_DESC_BIND_TYPE},
+    {SQL_ATTR_ROW_BIND_OFFSET_PTR, &Statement::applicationRows, SQL_DESC_BIND_OFFSET_PTR},
+    {SQL_ATTR_ROW_OPERATION_PTR, &Statement::applicationRows, SQL_DESC_ARRAY_STATUS_PTR},
+    {SQL_ATTR_ROW_STATUS_PTR, &Statement::implementationRows, SQL_DESC_ARRAY_STATUS_PTR},
+    {SQL_ATTR_ROWS_FETCHED_PTR, &Statement::implementationRows, SQL_DESC_ROWS_PROCESSED_PTR},
+    {SQL_ATTR_PARAMSET_SIZE, &Statement::applicationParameters, SQL_DESC_ARRAY_SIZE},
+    {SQL_ATTR_PARAM_BIND_TYPE, &Statement::applicationParameters, SQL_DESC_BIND_TYPE},
+    {SQL_ATTR_PARAM_BIND_OFFSET_PTR, &Statement::applicationParameters, SQL_DESC_BIND_OFFSET_PTR},
+    {SQL_ATTR_PARAM_OPERATION_PTR, &Statement::applicationParameters, SQL_DESC_ARRAY_STATUS_PTR},
+    {SQL_ATTR_PARAM_STATUS_PTR, &Statement::implementationParameters, SQL_DESC_ARRAY_STATUS_PTR},
+    {SQL_ATTR_PARAMS_PROCESSED_PTR, &Statement::implementationParameters, SQL_DESC_ROWS_PROCESSED_PTR},
+};
+
+// Attributes that have one value here, whatever an application would like.
+struct FixedAttribute {
+    SQLINTEGER attribute;
+    SQLULEN value;
+};
+
+constexpr FixedAttribute kFixedAttributes[] = {
+    {SQL_ATTR_ASYNC_ENABLE, SQL_ASYNC_ENABLE_OFF},
+    {SQL_ATTR_CONCURRENCY, SQL_CONCUR_READ_ONLY},
+    {SQL_ATTR_CURSOR_SCROLLABLE, SQL_NONSCROLLABLE},
+    {SQL_ATTR_CURSOR_SENSITIVITY, SQL_INSENSITIVE},
+    {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY},
+    {SQL_ATTR_ENABLE_AUTO_IPD, SQL_FALSE},
+    {SQL_ATTR_KEYSET_SIZE, 0},
+    {SQL_ATTR_MAX_LENGTH, 0},
+    {SQL_ATTR_QUERY_TIMEOUT, 0},
+    {SQL_ATTR_RETRIEVE_DATA, SQL_RD_ON},
+    {SQL_ATTR_SIMULATE_CURSOR, SQL_SC_NON_UNIQUE},
+    {SQL_ATTR_USE_BOOKMARKS, SQL_UB_OFF},
+};
+
+struct KeptAttribute {
+    SQLINTEGER attribute;
+    SQLULEN Statement::*value;
+};
+
+constexpr KeptAttribute kKeptAttributes[] = {
+    {SQL_ATTR_MAX_ROWS, &Statement::maxRows},
+    {SQL_ATTR_NOSCAN, &Statement::noScan},
+    {SQL_ATTR_METADATA_ID, &Statement::metadataId},
+    {SQL_ROWSET_SIZE, &Statement::extendedRows},
+};
+
+struct DescriptorAttribute {
+    SQLINTEGER attribute;
+    Descriptor Statement::*descriptor;
+};
+
+constexpr DescriptorAttribute kDescriptorAttributes[] = {
+    {SQL_ATTR_APP_ROW_DESC, &Statement::applicationRows},
+    {SQL_ATTR_IMP_ROW_DESC, &Statement::implementationRows},
+    {SQL_ATTR_APP_PARAM_DESC, &Statement::applicationParameters},
+    {SQL_ATTR_IMP_PARAM_DESC, &Statement::implementationParameters},
+};
+
+template <typename Entry, std::size_t count>
+const Entry* Find(const Entry (&entries)[count], SQLINTEGER attribute) {
+    for (const Entry& entry : entries) {
+        if (entry.attribute == attribute) return &entry;
+    }
+    return nullptr;
+}
+
+[[noreturn]] void Refuse() { throw OdbcError(u"HY092", u"A statement has no attribute of this number."); }
+
+}  // namespace
+
+void Statement::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
+    const auto number = reinterpret_cast<SQLULEN>(value);
+    if (const auto* header = Find(kHeaderAttributes, attribute)) {
+        (this->*header->descriptor).SetField(0, header->field, value);
+    } else if (const auto* kept = Find(kKeptAttributes, attribute)) {
+        this->*kept->value = number;
+    } else if (const auto* fixed = Find(kFixedAttributes, attribute)) {
+        if (number == fixed->value) return;
+        diagnostics.Add({u"01S02", u"The attribute's value is not supported; another one is used."});
+    } else if (const auto* descriptor = Find(kDescriptorAttributes, attribute)) {
+        const bool isOwn = value == nullptr || value == &(this->*descriptor->descriptor);
+        if (!isOwn) throw OdbcError(u"HYC00", u"A statement has the descriptors that it was made with.");
+    } else {
+        Refuse();
+    }
+}
+
+void Statement::GetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
+    if (attribute == SQL_ATTR_ROW_NUMBER) {
+        PutNumber(RowNumber(), value);
+    } else if (const auto* header = Find(kHeaderAttributes, attribute)) {
+        if (header->field == SQL_DESC_BIND_TYPE) {
+            PutNumber((this->*header->descriptor).bindType, value);
+        } else {
+            (this->*header->descriptor).GetField(0, header->field, value);
+        }
+    } else if (const auto* kept = Find(kKeptAttributes, attribute)) {
+        PutNumber(this->*kept->value, value);
+    } else if (const auto* fixed = Find(kFixedAttributes, attribute)) {
+        PutNumber(fixed->value, value);
+    } else if (const auto* descriptor = Find(kDescriptorAttributes, attribute)) {
+        PutNumber(static_cast<SQLPOINTER>(&(this->*descriptor->descriptor)), value);
+    } else {
+        Refuse();
+    }
+}
+
+}  // namespace NOdbcDriver
