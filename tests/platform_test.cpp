@@ -201,6 +201,19 @@ TEST(Platform, FindsRegularFilesOnly) {
     std::filesystem::current_path(before);
 }
 
+TEST(Platform, RemovesFilesButNoFolders) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.Path("sub"));
+    std::filesystem::create_symlink("missing", folder.Path("link"));
+    for (const auto& path :
+         {folder.Put("file", "x"), folder.Path("sub"), folder.Path("link"), folder.Path("none")}) {
+        NPlatform::RemoveFile(path);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("file")));
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("sub")));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("link")));
+}
+
 TEST(Platform, RefusesAUserNameThatDoesNotFit) {
     std::u16string name;
     ASSERT_TRUE(NPlatform::UserName(name, 255));

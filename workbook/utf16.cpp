@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/utf8.h"
+
 namespace NWorkbook {
 
 namespace {
@@ -15,39 +17,26 @@ bool IsAscii(const char* bytes) {
     return (all & 0x8080'8080'8080'8080U) == 0;
 }
 
-std::size_t LengthOf(unsigned char first) {
-    if (first < 0xC0) return 1;
-    if (first < 0xE0) return 2;
-    return first < 0xF0 ? 3 : 4;
-}
-
 }  // namespace
 
 char16_t* Utf8ToUtf16(std::string_view text, char16_t* out) {
     const char* next = text.data();
     const char* const end = next + text.size();
-    while (next != end) {
+    while (true) {
         while (static_cast<std::size_t>(end - next) >= kStride && IsAscii(next)) {
             for (std::size_t index = 0; index < kStride; ++index)
                 out[index] = static_cast<unsigned char>(next[index]);
             next += kStride;
             out += kStride;
         }
-        if (next == end) break;
-        const auto first = static_cast<unsigned char>(*next++);
-        std::size_t trailing = LengthOf(first) - 1;
-        char32_t character = trailing == 0 ? first : first & (0x3FU >> trailing);
-        for (; trailing > 0 && next != end; --trailing) {
-            character = character << 6 | (static_cast<unsigned char>(*next++) & 0x3FU);
+        for (; next != end && static_cast<unsigned char>(*next) < 0x80; ++next) {
+            *out++ = static_cast<unsigned char>(*next);
         }
-        if (character < 0x10000) {
-            *out++ = static_cast<char16_t>(character);
-        } else {
-            *out++ = static_cast<char16_t>(0xD7C0 + (character >> 10));
-            *out++ = static_cast<char16_t>(0xDC00 + (character & 0x3FF));
-        }
+        if (next == end) return out;
+        const NPlatform::Utf8Sequence sequence = NPlatform::DecodeUtf8(next, end);
+        out = NPlatform::EncodeUtf16(sequence.character, out);
+        next += sequence.length;
     }
-    return out;
 }
 
 std::u16string ToUtf16(std::string_view text) {

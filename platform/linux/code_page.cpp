@@ -1,6 +1,6 @@
 #include "platform/code_page.h"
 
-#include "platform/linux/utf8.h"
+#include "platform/utf8.h"
 
 namespace NPlatform {
 

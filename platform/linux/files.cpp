@@ -37,9 +37,10 @@ static bool FindFile(std::u16string_view path, std::u16string& fullPath) {
 constinit Replaceable<bool(std::u16string_view, std::u16string&)> FindReadableFile{FindFile};
 
 static void Unlink(std::u16string_view path) {
-    const std::string bytes = PathToBytes(path);
-    struct stat status {};
-    if (stat(bytes.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) unlink(bytes.c_str());
+    const std::filesystem::path file = PathToBytes(path);
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (exists(status) && !is_directory(status)) std::filesystem::remove(file, error);
 }
 
 constinit Replaceable<void(std::u16string_view)> RemoveFile{Unlink};

@@ -1,7 +1,7 @@
 #include "platform/linux/paths.h"
 
 #include "platform/code_page.h"
-#include "platform/linux/utf8.h"
+#include "platform/utf8.h"
 
 namespace NPlatform {
 

@@ -8,7 +8,7 @@
 #include "platform/files.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/paths.h"
-#include "platform/linux/utf8.h"
+#include "platform/utf8.h"
 
 namespace NPlatform {
 
