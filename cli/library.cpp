@@ -39,6 +39,11 @@ void NoteNamedRegistry(const std::string& message) {
          ", which cannot be read or has no entry for Excel.");
 }
 
+void NoteMissingDriver(const std::string& message) {
+    if (message != "No Excel ODBC driver found") return;
+    Note("--excel needs no such driver. On Linux, scripts/install-odbc-driver installs one.");
+}
+
 // The message has the reason when it returns false.
 bool CallConversion(const Options& options, const fs::path& input, const fs::path& output) {
     try {
@@ -69,8 +74,10 @@ void RunConversion(const Options& options, const fs::path& input, const fs::path
     ListenToProgress(options.verbose);
     if (CallConversion(options, input, output)) return;
     if (const std::string reason = OpeningFailure(); !reason.empty()) Fail(options.input, reason);
-    if (options.kind == ImportTypeODBC) Fail(options.input, LibraryMessage());
-    FailWithLibraryMessage();
+    if (options.kind != ImportTypeODBC) FailWithLibraryMessage();
+    const std::string message = LibraryMessage();
+    NoteMissingDriver(message);
+    Fail(options.input, message);
 }
 
 std::vector<WideString> FindWorksheets(const Options& options) {

@@ -4,13 +4,8 @@
 #include "platform/database.h"
 #include "sources/odbc_heap.h"
 #include "sources/parser_exception.h"
-#include "tests/host.h"
+#include "tests/driver_manager.h"
 #include "tests/rooms.h"
-
-// unixODBC forgets a few bytes of each connect string that has both DRIVER and DSN.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-    return "leak:libodbc.so";
-}
 
 // These tests go through the real driver manager to a foreign driver, that of SQLite. It knows no workbooks:
 // it finds its file under the data source's name '' in a configuration of our own.
@@ -21,44 +16,38 @@ using NTest::MakeTable;
 using NTest::Table;
 using NTest::Utf8;
 
-// The driver manager looks for its configuration once in a process and remembers what it found: this one is
-// there before any test, its folder and the file with the tables stay the same. "trace" tells what it does.
-class DriverManager {
+// The file with the tables stays the same. "trace" tells what the driver manager does.
+class DriverManager : private NTest::DriverManager {
   public:
     DriverManager() {
-        setenv("ODBCSYSINI", Utf8(folder_.Path("")).c_str(), 1);
-        setenv("ODBCINI", Utf8(folder_.Path("odbc.ini")).c_str(), 1);
-        folder_.Put("odbc.ini", "['']\nStepAPI=1\nDatabase=" + Utf8(folder_.Path("tables")) + "\n");
+        PutDataSources("['']\nStepAPI=1\nDatabase=" + Utf8(Folder().Path("tables")) + "\n");
         Install({});
     }
 
     // One whose name begins with "Broken" cannot be loaded.
     void Install(const std::vector<std::string>& descriptions) const {
-        std::string lines = "[ODBC]\nTrace=Yes\nTraceFile=" + Utf8(folder_.Path("trace")) + "\n";
+        std::string lines = "[ODBC]\nTrace=Yes\nTraceFile=" + Utf8(Folder().Path("trace")) + "\n";
         for (const std::string& description : descriptions) {
             const bool isBroken = description.starts_with("Broken");
             lines +=
                 "[" + description + "]\nDriver=" + (isBroken ? "missing" : XLS2TKI_TEST_ODBC_DRIVER) + "\n";
         }
-        folder_.Put("odbcinst.ini", lines);
+        PutDrivers(lines);
     }
 
     // Leaves one driver installed, and only the tables that the SQL statements make.
     void MakeTables(const std::vector<std::u16string>& statements) const {
-        folder_.Put("tables", "");
+        Folder().Put("tables", "");
         Install({"An Excel Driver"});
         NPlatform::Database database;
-        database.Open(u"DRIVER={An Excel Driver};Database=" + folder_.Path("tables"));
+        database.Open(u"DRIVER={An Excel Driver};Database=" + Folder().Path("tables"));
         for (const std::u16string& statement : statements) NPlatform::Recordset(database).Open(statement);
         database.Close();
     }
 
     [[nodiscard]] bool HasTraced(std::string_view text) const {
-        return folder_.Read("trace").find(text) != std::string::npos;
+        return Folder().Read("trace").find(text) != std::string::npos;
     }
-
-  private:
-    NTest::TempFolder folder_;
 };
 
 const DriverManager driverManager;

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
-"""Usage: command_test.py COMMAND
+"""Usage: command_test.py COMMAND ODBC_DRIVER
 Runs the command as users do, above all on what it has to refuse. Each run has a fresh folder with the table
-in.csv, an older out.xml and the folder for temporary files; afterwards nothing else may have changed there."""
+in.csv, an older out.xml and the folder for temporary files; afterwards nothing else may have changed there. The
+ODBC driver is installed for the test alone."""
 
 import contextlib
 import io
@@ -17,6 +18,8 @@ import zipfile
 from pathlib import Path
 
 COMMAND = os.path.abspath(sys.argv[1])
+ODBC_DRIVER = os.path.abspath(sys.argv[2])
+INSTALL_DRIVER = Path(__file__).resolve().parents[2] / "scripts" / "install-odbc-driver"
 OLD = b"an older document"
 BEFORE = ["./in.csv", "./out.xml"]
 HEAD = b"DTC;Text;Lamp\n"
@@ -37,15 +40,23 @@ NO_EXCEL = ('xls2tki: Note: XLS2TKI_REGISTRY names the registry file "%s", which
             "Aborting data transformation.\n")
 NO_LIST = "xls2tki: On using Excel 2003, it is not possible to detect contained Worksheets!\n"
 NOT_NAMED = "xls2tki: Note: --worksheet has no effect with Excel 2003, which reads the first worksheet.\n"
+NO_DRIVER = ("xls2tki: Note: --excel needs no such driver. On Linux, scripts/install-odbc-driver installs one.\n"
+             'xls2tki: "in.csv": No Excel ODBC driver found\n')
+DATABASE_ERROR = "xls2tki: Database error: [xls2tki][Excel Driver]"
+
+
+def change_part(workbook, end, change):
+    """The workbook with another content of the part whose name has this end."""
+    changed = io.BytesIO()
+    with zipfile.ZipFile(io.BytesIO(workbook)) as whole, zipfile.ZipFile(changed, "w") as parts:
+        for name in whole.namelist():
+            part = whole.read(name)
+            parts.writestr(name, change(part) if name.endswith(end) else part)
+    return changed.getvalue()
 
 
 def cut_worksheet(workbook):
-    damaged = io.BytesIO()
-    with zipfile.ZipFile(io.BytesIO(workbook)) as whole, zipfile.ZipFile(damaged, "w") as parts:
-        for name in whole.namelist():
-            part = whole.read(name)
-            parts.writestr(name, part[:1000] if name.endswith("sheet1.xml") else part)
-    return damaged.getvalue()
+    return change_part(workbook, "sheet1.xml", lambda part: part[:1000])
 
 
 def name_worksheets(*names):
@@ -59,6 +70,12 @@ def name_worksheets(*names):
                        'xmlns:r="http://schemas.openxmlformats.org/officeDocument/2006/relationships">'
                        f"<sheets>{sheets}</sheets></workbook>")
     return named.getvalue()
+
+
+def encrypt():
+    """What a workbook with a password looks like from outside."""
+    name = "EncryptedPackage".encode("utf-16-le")
+    return b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(640, b"\0") + name.ljust(64, b"\0") + b"\x22\0\2".ljust(320, b"\0")
 
 
 CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x202A;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
@@ -125,6 +142,19 @@ CASES = [
     ("no workbook", TABLE, "-x " + IO, 1, NO_WORKBOOK % "in.csv", None),
     ("worksheet of no workbook", TABLE, "-x -w DTC " + IO, 1, NO_WORKBOOK % "in.csv", None),
     ("worksheets of no workbook", TABLE, "--list-worksheets in.csv", 1, NO_WORKBOOK % "in.csv", None),
+    ("table of a workbook", WORKBOOK, "-o " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
+    ("table of another range", change_part(WORKBOOK, "workbook.xml", lambda part: part.replace(
+        b"Powertrain!$A$1:$F$13", b"J1939!$A:$E")), "-o " + IO, 0, "", (EXAMPLES / "j1939.xml").read_bytes()),
+    ("worksheet as a table", name_worksheets("dtc"), "-o " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
+    ("no table of a workbook", name_worksheets("A", "Ä"), "-o " + IO, 1, 'xls2tki: "in.csv": Database error: '
+     '[xls2tki][Excel Driver]The workbook has no table "DTC"; it has: A$, Ä$.\n', None),
+    ("missing workbook with tables", TABLE, "-o none.xlsx out.xml", 1,
+     DATABASE_ERROR + "'none.xlsx' cannot be opened.\n", None),
+    ("no workbook with tables", TABLE, "-o " + IO, 1, DATABASE_ERROR + "'in.csv' is not a workbook.\n", None),
+    ("encrypted workbook", encrypt(), "-o " + IO, 1,
+     DATABASE_ERROR + "'in.csv' is encrypted: a password is needed to open it.\n", None),
+    ("damaged table", cut_worksheet(WORKBOOK), "-o " + IO, 1,
+     DATABASE_ERROR + "'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
     ("worksheet of a CSV text", TABLE, "-w DTC " + IO, 0,
      "xls2tki: Note: --worksheet is for --excel only and has no effect here.\n", b">Stuck<"),
     ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0, "",
@@ -282,6 +312,48 @@ def test_what_it_shows():
         check("verbose", (True, "Writing to file completed."), ("Parsing CSV file ... done" in steps, steps[-1]))
 
 
-for test in [test for name, test in list(globals().items()) if name.startswith("test_")]:
-    test()
+def other_program(environment, *arguments, **options):
+    """What a program of the system says, which a driver with sanitizers can be loaded into."""
+    libraries = subprocess.run(["ldd", ODBC_DRIVER], capture_output=True, text=True, check=True).stdout.split()
+    sanitizer = [library for library in libraries if library.startswith("/") and "libasan" in library]
+    environment = dict(environment, LC_ALL="C.UTF-8", LD_PRELOAD=":".join(sanitizer), ASAN_OPTIONS="detect_leaks=0")
+    result = subprocess.run(arguments, env=environment, capture_output=True, timeout=300, text=True, **options)
+    return result.stdout + result.stderr
+
+
+def test_other_programs_through_odbc():
+    with folder(WORKBOOK) as environment:
+        connect = "DRIVER={xls2tki Excel Driver (*.xlsx, *.xlsm)};DBQ=in.csv"
+        said = other_program(environment, "isql", "-v", "-b", "-k", connect, input="help\nSELECT * FROM DTC\n")
+        tables = ["Body$", "DTC", "J1939$", "Powertrain$"]
+        check("isql", (tables, 12), ([name for name in tables if f"| {name} " in said or f"| {name}|" in said],
+                                     said.count("| P0") + said.count("| P2") + said.count("| U0")))
+        program = ("import pyodbc, sys; cursor = pyodbc.connect(sys.argv[1]).cursor();"
+                   "print([table.table_name for table in cursor.tables()]);"
+                   "print([column.column_name for column in cursor.columns('J1939$')]);"
+                   "print(*cursor.execute('SELECT * FROM [J1939$]').fetchall()[-1])")
+        check("pyodbc", f"{tables}\n['SPN', 'FMI', 'Description', 'Lamp', 'Reaction']\n"
+              "520192 31 Manufacturer's own test point None None\n",
+              other_program(environment, "/usr/bin/python3", "-c", program, connect))
+
+
+def install_driver(argument, words):
+    result = subprocess.run([INSTALL_DRIVER, argument], capture_output=True, text=True)
+    check(f"install {argument}", (0, "", True), (result.returncode, result.stderr, words in result.stdout))
+
+
+def test_installing_twice_and_removing():
+    install_driver(ODBC_DRIVER, "is installed.")
+    install_driver("--remove", "is not installed any more.")
+    with folder(WORKBOOK) as environment:
+        check("without a driver", (NO_DRIVER, OLD), (run("-o " + IO, environment).stderr.decode(),
+                                                     Path("out.xml").read_bytes()))
+        check("files", ["odbcinst.ini"], os.listdir(environment["ODBCSYSINI"]))
+
+
+with tempfile.TemporaryDirectory() as system:
+    os.environ.update(ODBCSYSINI=system, ODBCINI="/dev/null")
+    install_driver(ODBC_DRIVER, "is installed.")
+    for test in [test for name, test in list(globals().items()) if name.startswith("test_")]:
+        test()
 sys.exit(failures > 0)

@@ -1,0 +1,519 @@
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <thread>
+
+#include "odbc_driver/connect_string.h"
+#include "odbc_driver/diagnostics.h"
+#include "odbc_driver/name_pattern.h"
+#include "odbc_driver/number_value.h"
+#include "odbc_driver/sql.h"
+#include "tests/driver_manager.h"
+#include "tests/made_workbook.h"
+
+namespace {
+
+using namespace NOdbcDriver;
+using NTest::Utf8;
+
+const NTest::DriverManager driverManager;
+
+// "state message", without who speaks.
+std::string Describe(const OdbcError& error) {
+    return Utf8(error.Record().state) + " " + Utf8(error.Record().message);
+}
+
+TEST(OdbcDriver, TakesConnectStringsApart) {
+    const std::string refused =
+        " in the connect string is not KEYWORD=value. A value that holds a semicolon has to stand in braces: "
+        "DBQ={a;b.xlsx}.";
+    const std::pair<std::u16string, std::string> rows[] = {
+        {u"", "none"},
+        {u"DSN='';DBQ", "HY000 \"DBQ\"" + refused},
+        {u"DBQ=a;b.xlsx;c=d", "HY000 \"b.xlsx\"" + refused},
+        {u"DBQ=", ""},
+        {u"DRIVER={An (*.xls)};DSN='';DBQ=a/my 'Größe'\" x{y}.xlsx", "a/my 'Größe'\" x{y}.xlsx"},
+        {u"DRIVER={a}}};DBQ=x} =;DBQ=y", "x} ="},
+        {u"DRIVER={a}};DBQ=x;DBQ=y", "x"},
+        {u"; \tdBq\n= {a;}}b{} \t; ", "a;}b{"},
+        {u"DBQ= a b ;;", " a b "},
+        {u"DBQ={a}b}; x=y", "{a}b}"},
+        {u"DBQ={a};x=}", "a"},
+        {u"DBQ={a;b=}", "a;b="},
+        {u"DBQ={", "{"},
+    };
+    for (const auto& [text, expected] : rows) {
+        std::string found;
+        try {
+            const ConnectString attributes(text);
+            found = Utf8(attributes.Find(u"DBQ").value_or(u"none"));
+        } catch (const OdbcError& error) {
+            found = Describe(error);
+        }
+        EXPECT_EQ(found, expected) << Utf8(text);
+    }
+    for (const std::u16string value : {u"a", u" a", u"a;b", u"{a}", u"}{}}", u""}) {
+        EXPECT_EQ(ConnectString(u"X=" + QuoteValue(value) + u";Y=").Find(u"X"), value);
+    }
+}
+
+TEST(OdbcDriver, UnderstandsOneStatement) {
+    const auto refused = [](const std::string& place) {
+        return "42000 SELECT * FROM table is the one SQL statement that is understood; " + place +
+               " does not belong to it.";
+    };
+    const std::string early = "42000 The SQL statement ends too early: SELECT * FROM table is needed.";
+    const std::pair<std::u16string, std::string> rows[] = {
+        {u"SELECT *FROM DTC ", "DTC"},
+        {u"\n select\t*\r\nfrom _1$äЖ😀;\n", "_1$äЖ😀"},
+        {u"SELECT*FROM[It's ]]1[$]", "It's ]1[$"},
+        {u"SELECT * FROM\"a\"\"b\";", "a\"b"},
+        {u"SELECT * FROM ``````", "``"},
+        {u"", early},
+        {u"SELECT *", early},
+        {u"SELECT * FROM [a]]", early},
+        {u"SELECT * FROM \"\"", early},
+        {u"SELECT DTC FROM x", refused("\"DTC\" at character 8")},
+        {u"SELECT * FROMDTC", refused("\"FROMDTC\" at character 10")},
+        {u"SELECT * FROM DTC WHERE a = 1", refused("\"WHERE\" at character 19")},
+        {u"SELECT * FROM a.b", refused("\".b\" at character 16")},
+        {u"SELECT * FROM a;;", refused("\";\" at character 17")},
+        {u"DROP TABLE DTC", refused("\"DROP\" at character 1")},
+    };
+    for (const auto& [sql, expected] : rows) {
+        std::string found;
+        try {
+            found = Utf8(ParseSelect(sql));
+        } catch (const OdbcError& error) {
+            found = Describe(error);
+        }
+        EXPECT_EQ(found, expected) << Utf8(sql);
+    }
+}
+
+TEST(OdbcDriver, FindsNamesByPatterns) {
+    struct {
+        OptionalText text;
+        std::u16string_view name;
+        bool asPattern, asName;
+    } const rows[] = {
+        {std::nullopt, u"DTC", true, true},
+        {u"dtc", u"DTC", true, true},
+        {u"DTC ", u"DTC", false, true},
+        {u"", u"DTC", false, false},
+        {u"%", u"", true, false},
+        {u"_T_", u"DTC", true, false},
+        {u"___", u"DT", false, false},
+        {u"%T%", u"DTC", true, false},
+        {u"%a%ab", u"aacab", true, false},
+        {u"%a%ab", u"aacb", false, false},
+        {u"a\\_b", u"a_b", true, false},
+        {u"a\\_b", u"axb", false, false},
+        {u"a\\b\\%", u"a\\b%", true, false},
+        {u"\\\\", u"\\", true, false},
+        {u"a_b", u"a_b", true, true},
+        {u"%%%%%%%%%%%%b", u"aaaaaaaaaaaaaaaaaaaa", false, false},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(NamePattern(row.text, false).Fits(row.name), row.asPattern) << Utf8(row.name);
+        EXPECT_EQ(NamePattern(row.text, true).Fits(row.name), row.asName) << Utf8(row.name);
+    }
+}
+
+TEST(OdbcDriver, ReadsNumbers) {
+    const auto read = [](std::u16string_view text, SQLSMALLINT type) -> std::string {
+        char bytes[9] = "########";
+        try {
+            const NumberTransfer transfer = PutNumberValue(text, type, bytes);
+            EXPECT_EQ(transfer.size, NumberSize(type));
+            EXPECT_EQ(bytes[transfer.size], transfer.size == 8 ? 0 : '#');
+            double number = 0;
+            SQLBIGINT integer = 0;
+            std::memcpy(&number, bytes, sizeof number);
+            std::memcpy(&integer, bytes, static_cast<std::size_t>(transfer.size));
+            return (type == SQL_C_DOUBLE ? std::to_string(number) : std::to_string(integer)) +
+                   (transfer.lostFraction ? " cut" : "");
+        } catch (const OdbcError& error) {
+            return Utf8(error.Record().state);
+        }
+    };
+    const std::tuple<std::u16string, SQLSMALLINT, std::string> rows[] = {
+        {u"42", SQL_C_SLONG, "42"},
+        {u" 2147483647\t", SQL_C_LONG, "2147483647"},
+        {u"2147483648", SQL_C_LONG, "22003"},
+        {u"2147483648", SQL_C_ULONG, "2147483648"},
+        {u"3.5", SQL_C_SSHORT, "3 cut"},
+        {u"1e2", SQL_C_UTINYINT, "100"},
+        {u"256", SQL_C_UTINYINT, "22003"},
+        {u"255.9", SQL_C_UTINYINT, "255 cut"},
+        {u"-1", SQL_C_USHORT, "22003"},
+        {u"-128", SQL_C_STINYINT, "128"},
+        {u"1", SQL_C_BIT, "1"},
+        {u"2", SQL_C_BIT, "22003"},
+        {u"9223372036854775807", SQL_C_SBIGINT, "9223372036854775807"},
+        {u"9223372036854775808", SQL_C_SBIGINT, "22003"},
+        {u"18446744073709551615", SQL_C_UBIGINT, "-1"},
+        {u"1e999", SQL_C_DOUBLE, "22003"},
+        {u"1e99", SQL_C_FLOAT, "22003"},
+        {u"-0.25", SQL_C_DOUBLE, "-0.250000"},
+        {u"", SQL_C_DOUBLE, "22018"},
+        {u"P0016", SQL_C_LONG, "22018"},
+        {u"1x", SQL_C_LONG, "22018"},
+        {u"inf", SQL_C_DOUBLE, "22018"},
+        {u"١", SQL_C_LONG, "22018"},
+        {std::u16string(500, u'1'), SQL_C_LONG, "22018"},
+        {u"1", SQL_C_TYPE_DATE, "07006"},
+    };
+    for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
+}
+
+// A program that reads a workbook through the driver manager.
+class Program {
+  public:
+    Program() {
+        SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment_);
+        SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection);
+    }
+    Program(const Program&) = delete;
+    ~Program() {
+        SQLDisconnect(connection);
+        SQLFreeHandle(SQL_HANDLE_DBC, connection);
+        SQLFreeHandle(SQL_HANDLE_ENV, environment_);
+    }
+
+    // Returns the completed connect string, or what is told.
+    std::string Connect(std::u16string text, SQLSMALLINT capacity = 1000) {
+        std::u16string completed(1000, u'#');
+        SQLSMALLINT length = 0;
+        const SQLRETURN result = SQLDriverConnectW(connection, nullptr, Units(text), SQL_NTS,
+                                                   Units(completed), capacity, &length, SQL_DRIVER_NOPROMPT);
+        if (result == SQL_SUCCESS) SQLAllocHandle(SQL_HANDLE_STMT, connection, &statement);
+        if (result != SQL_SUCCESS) return Told(SQL_HANDLE_DBC, connection);
+        return Utf8(completed.substr(0, static_cast<std::size_t>(length)));
+    }
+
+    SQLRETURN Execute(std::u16string sql) { return SQLExecDirectW(statement, Units(sql), SQL_NTS); }
+
+    // The rows of the open cursor, "a|b" each; NULL is ~. `columns`: those before it only.
+    std::string Rows(int columns = 100) {
+        SQLSMALLINT count = 0;
+        SQLNumResultCols(statement, &count);
+        std::string rows;
+        while (SQLFetch(statement) == SQL_SUCCESS) {
+            for (SQLUSMALLINT column = 1; column <= count && column < columns; ++column) {
+                char text[200] = "";
+                SQLLEN length = 0;
+                SQLGetData(statement, column, SQL_C_CHAR, text, sizeof text, &length);
+                rows.append(column == 1 ? "" : "|").append(length == SQL_NULL_DATA ? "~" : text);
+            }
+            rows += '\n';
+        }
+        SQLCloseCursor(statement);
+        return rows;
+    }
+
+    static std::string Told(SQLSMALLINT kind, SQLHANDLE handle) {
+        std::u16string state(6, u'\0');
+        std::u16string text(1000, u'\0');
+        SQLSMALLINT length = 0;
+        std::string told;
+        for (SQLSMALLINT number = 1;
+             SQLGetDiagRecW(kind, handle, number, Units(state), nullptr, Units(text), 1000, &length) == 0;
+             ++number) {
+            told.append(number > 1 ? "\n" : "").append(Utf8(state.substr(0, 5))).append(" ");
+            told += Utf8(text.substr(0, static_cast<std::size_t>(length)));
+        }
+        return told;
+    }
+    std::string Told() const { return Told(SQL_HANDLE_STMT, statement); }
+
+    static SQLWCHAR* Units(std::u16string& text) { return reinterpret_cast<SQLWCHAR*>(text.data()); }
+
+    SQLHANDLE connection = nullptr;
+    SQLHANDLE statement = nullptr;
+
+  private:
+    SQLHANDLE environment_ = nullptr;
+};
+
+// The table DTC of a workbook's file, in which A has "aä😀z", nothing and x, and B has 42, 3.5 and P.
+class OdbcDriverManager : public testing::Test {
+  protected:
+    OdbcDriverManager() {
+        const auto text = [](const std::string& value) { return "<c t='str'><v>" + value + "</v></c>"; };
+        NTest::Parts parts = NTest::Small(
+            {{"s.xml", NTest::Sheet("<row>" + text("A") + text("B") + "</row><row>" + text("aä😀z") +
+                                    "<c><v>42</v></c></row><row><c/><c><v>3.5</v></c></row><row>" +
+                                    text("x") + text("P") + "</row>")}});
+        parts["w.xml"] = NTest::ReplaceAll(
+            parts["w.xml"], "</sheets>",
+            "</sheets><definedNames><definedName name='DTC'>S!$A$1:$B$4</definedName></definedNames>");
+        workbook_ = Zip(folder_, parts);
+        driverManager.PutDrivers("[An Excel Driver]\nDriver=" XLS2TKI_TEST_OWN_ODBC_DRIVER "\n");
+        driverManager.PutDataSources("[Table]\nDriver=An Excel Driver\nDBQ=" + Utf8(workbook_) +
+                                     "\n[None]\n" + "Driver=An Excel Driver\n");
+    }
+
+    [[nodiscard]] std::u16string ConnectString() const {
+        return u"DRIVER={An Excel Driver};DBQ=" + workbook_;
+    }
+
+    // Connected, with the table's cursor open unless there is other SQL.
+    void Open(Program& program, const std::u16string& sql = u"SELECT * FROM DTC") const {
+        ASSERT_EQ(program.Connect(ConnectString()), Utf8(ConnectString()));
+        ASSERT_EQ(program.Execute(sql), SQL_SUCCESS) << program.Told();
+    }
+
+    NTest::TempFolder folder_;
+    std::u16string workbook_;
+};
+
+TEST_F(OdbcDriverManager, ConnectsToWorkbooks) {
+    const std::string speaker = "[xls2tki][Excel Driver]";
+    const std::string path = Utf8(workbook_);
+    const std::pair<std::u16string, std::string> rows[] = {
+        {ConnectString() + u";UID=me;X",
+         "HY000 " + speaker +
+             "\"X\" in the connect string is not KEYWORD=value. A value that holds a "
+             "semicolon has to stand in braces: DBQ={a;b.xlsx}."},
+        {u"DRIVER={An Excel Driver};DSN='';DBQ=" + workbook_, "DRIVER={An Excel Driver};DSN='';DBQ=" + path},
+        {u"DSN=Table;", "DSN=Table;DBQ=" + path},
+        {u"DSN=Table;DBQ=none", "08001 " + speaker + "'none' cannot be opened."},
+        {u"DSN=None",
+         "08001 " + speaker + "The data source None names no workbook: it needs a line DBQ=path."},
+        {u"DRIVER={An Excel Driver}",
+         "08001 " + speaker + "The connect string names no workbook: it needs DBQ=path."},
+    };
+    for (const auto& [text, expected] : rows) EXPECT_EQ(Program().Connect(text), expected) << Utf8(text);
+    EXPECT_EQ(Program().Connect(ConnectString(), 5),
+              "01004 " + speaker + "The text is longer than its buffer; its end is missing.");
+}
+
+TEST_F(OdbcDriverManager, TellsWhatIsWrong) {
+    const std::string speaker = "[xls2tki][Excel Driver]";
+    Program program;
+    Open(program);
+    EXPECT_EQ(program.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
+    EXPECT_EQ(program.Execute(u"SELECT * FROM [S$]"), SQL_SUCCESS);
+    EXPECT_EQ(program.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
+    program.Execute(u"SELECT * FROM dtcs");
+    EXPECT_EQ(program.Told(), "42S02 " + speaker + "The workbook has no table \"dtcs\"; it has: DTC, S$.");
+    program.Execute(u"DELETE FROM DTC");
+    EXPECT_EQ(program.Told(),
+              "42000 " + speaker +
+                  "SELECT * FROM table is the one SQL statement that is understood; \"DELETE\" at "
+                  "character 1 does not belong to it.");
+}
+
+TEST_F(OdbcDriverManager, FetchesInPieces) {
+    struct {
+        SQLSMALLINT type;
+        SQLLEN capacity;
+        std::string pieces;  // "units:left in bytes" of each call
+    } const rows[] = {
+        {SQL_C_WCHAR, 12, "5:10 "},    {SQL_C_DEFAULT, 9, "2:10 3:6 "},
+        {SQL_C_WCHAR, 8, "2:10 3:6 "}, {SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
+        {SQL_C_CHAR, 9, "8:8 "},       {SQL_C_CHAR, 8, "7:8 1:1 "},
+        {SQL_C_CHAR, 7, "3:8 5:5 "},   {SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+    };
+    Program program;
+    Open(program);
+    EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
+    for (const auto& row : rows) {
+        const bool isNarrow = row.type == SQL_C_CHAR;
+        std::string pieces, bytes;
+        char room[16] = {};
+        SQLLEN length = 0;
+        SQLGetData(program.statement, 2, SQL_C_SLONG, room, 0, &length);  // so that the other begins anew
+        while (SQLGetData(program.statement, 1, row.type, room, row.capacity, &length) != SQL_NO_DATA) {
+            const std::size_t units =
+                isNarrow ? std::strlen(room)
+                         : std::char_traits<char16_t>::length(reinterpret_cast<char16_t*>(room));
+            pieces += std::to_string(units) + ":" + std::to_string(length) + " ";
+            bytes.append(room, units * (isNarrow ? 1 : 2));
+            ASSERT_LT(pieces.size(), 100U);
+        }
+        EXPECT_EQ(pieces, row.pieces);
+        const std::u16string wide = u"aä😀z";
+        EXPECT_EQ(bytes, isNarrow ? "aä😀z" : std::string(reinterpret_cast<const char*>(wide.data()), 10));
+    }
+    char room[2] = "#";
+    SQLLEN length = 0;
+    SQLFetch(program.statement);
+    EXPECT_EQ(SQLGetData(program.statement, 1, SQL_C_CHAR, room, 2, nullptr), SQL_ERROR);
+    EXPECT_EQ(program.Told(),
+              "22002 [xls2tki][Excel Driver]The value is NULL, and there is no indicator to tell it.");
+    EXPECT_EQ(SQLGetData(program.statement, 1, SQL_C_CHAR, room, 2, &length), SQL_SUCCESS);
+    EXPECT_EQ(length, SQL_NULL_DATA);
+    EXPECT_EQ(SQLGetData(program.statement, 2, SQL_C_CHAR, room, 0, &length), SQL_SUCCESS_WITH_INFO);
+    EXPECT_EQ(length, 3);
+    EXPECT_EQ(room[0], '#');
+}
+
+// Two rows at once into structures, whose first lies 8 bytes behind what is bound.
+TEST_F(OdbcDriverManager, FetchesIntoArrays) {
+    struct Record {
+        SQLLEN textLength, numberLength;
+        char16_t text[3];
+        SQLINTEGER number;
+    };
+    for (const bool isByRow : {true, false}) {
+        Program program;
+        Open(program);
+        Record records[3] = {};
+        SQLLEN textLengths[2], numberLengths[2], offset = 0;
+        char16_t texts[2][3];
+        SQLINTEGER numbers[2];
+        SQLULEN fetched = 0;
+        SQLUSMALLINT status[2];
+        const auto set = [&program](SQLINTEGER attribute, auto value) {
+            EXPECT_EQ(SQLSetStmtAttrW(program.statement, attribute, reinterpret_cast<SQLPOINTER>(value), 0),
+                      SQL_SUCCESS);
+        };
+        set(SQL_ATTR_ROW_ARRAY_SIZE, SQLULEN{2});
+        set(SQL_ATTR_ROWS_FETCHED_PTR, &fetched);
+        set(SQL_ATTR_ROW_STATUS_PTR, status);
+        if (isByRow) {
+            offset = sizeof(Record);
+            set(SQL_ATTR_ROW_BIND_TYPE, sizeof(Record));
+            set(SQL_ATTR_ROW_BIND_OFFSET_PTR, &offset);
+            SQLBindCol(program.statement, 1, SQL_C_WCHAR, records->text, 6, &records->textLength);
+            SQLBindCol(program.statement, 2, SQL_C_SLONG, &records->number, 0, &records->numberLength);
+        } else {
+            SQLBindCol(program.statement, 1, SQL_C_WCHAR, texts, 6, textLengths);
+            SQLBindCol(program.statement, 2, SQL_C_SLONG, numbers, 0, numberLengths);
+        }
+        EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS_WITH_INFO);
+        EXPECT_EQ(program.Told(),
+                  "01004 [xls2tki][Excel Driver]The value is longer than its buffer; its end is missing."
+                  "\n01S07 [xls2tki][Excel Driver]The number has lost its fraction.");
+        EXPECT_EQ(std::u16string(isByRow ? records[1].text : texts[0]), u"aä");
+        EXPECT_EQ((isByRow ? records[1].textLength : textLengths[0]), 10);
+        EXPECT_EQ((isByRow ? records[2].textLength : textLengths[1]), SQL_NULL_DATA);
+        EXPECT_EQ((isByRow ? records[1].number : numbers[0]), 42);
+        EXPECT_EQ((isByRow ? records[2].number : numbers[1]), 3);
+        EXPECT_EQ((isByRow ? records[2].numberLength : numberLengths[1]), 4);
+        EXPECT_EQ(SQLFetchScroll(program.statement, SQL_FETCH_NEXT, 0), SQL_ERROR);
+        EXPECT_EQ(program.Told(), "22018 [xls2tki][Excel Driver]\"P\" is no number.");
+        EXPECT_EQ(fetched, 1U);
+        EXPECT_EQ(status[0], SQL_ROW_ERROR);
+        EXPECT_EQ(status[1], SQL_ROW_NOROW);
+        EXPECT_EQ(std::u16string(isByRow ? records[1].text : texts[0]), u"x");
+        EXPECT_EQ(SQLFetch(program.statement), SQL_NO_DATA);
+        EXPECT_EQ(fetched, 0U);
+    }
+}
+
+TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
+    using Text = std::optional<std::u16string>;
+    struct {
+        Text catalogue, schema, table, types;
+        std::string tables;
+    } const rows[] = {
+        {{}, {}, {}, {}, "~|~|DTC|TABLE|~\n~|~|S$|TABLE|~\n"},
+        {u"", u"%", u"%$", u"VIEW, 'TABLE'", "~|~|S$|TABLE|~\n"},
+        {{}, {}, u"dt_", u"VIEW,TABLES", ""},
+        {u"x", {}, {}, {}, ""},
+        {u"", u"", u"", u"%", "~|~|~|TABLE|~\n"},
+        {u"%", u"", u"", {}, ""},
+        {u"", u"%", u"", {}, ""},
+    };
+    Program program;
+    Open(program);
+    SQLCloseCursor(program.statement);
+    const auto units = [](Text& text) { return text ? Program::Units(*text) : nullptr; };
+    for (auto [catalogue, schema, table, types, expected] : rows) {
+        EXPECT_EQ(SQLTablesW(program.statement, units(catalogue), SQL_NTS, units(schema), SQL_NTS,
+                             units(table), SQL_NTS, units(types), SQL_NTS),
+                  SQL_SUCCESS);
+        EXPECT_EQ(program.Rows(), expected);
+    }
+    Text table = u"dtc", column = u"_";
+    SQLColumnsW(program.statement, nullptr, 0, nullptr, 0, units(table), 3, units(column), 1);
+    EXPECT_EQ(program.Rows(),
+              "~|~|DTC|A|-9|VARCHAR|5|10|~|~|1|~|~|-9|~|10|1|YES\n"
+              "~|~|DTC|B|-9|VARCHAR|3|6|~|~|1|~|~|-9|~|6|2|YES\n");
+    SQLGetTypeInfoW(program.statement, SQL_ALL_TYPES);
+    EXPECT_EQ(program.Rows(4), "VARCHAR|-9|32767\n");
+}
+
+TEST_F(OdbcDriverManager, ServesManyThreads) {
+    Program shared;
+    Open(shared);
+    SQLCloseCursor(shared.statement);
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([this, &shared] {
+            for (int round = 0; round < 10; ++round) {
+                Program own;
+                Open(own);
+                EXPECT_EQ(own.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
+                SQLHANDLE const ownStatement = own.statement;
+                SQLAllocHandle(SQL_HANDLE_STMT, shared.connection, &own.statement);
+                EXPECT_EQ(own.Execute(u"SELECT * FROM S"), SQL_SUCCESS) << own.Told();
+                EXPECT_EQ(own.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
+                SQLFreeHandle(SQL_HANDLE_STMT, own.statement);
+                own.statement = ownStatement;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+}
+
+// What the driver manager keeps from a driver, and a driver has to bear nevertheless.
+TEST_F(OdbcDriverManager, IsNotNeeded) {
+    void* const library = dlopen(XLS2TKI_TEST_OWN_ODBC_DRIVER, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+#define CALL(function) reinterpret_cast<decltype(&(function))>(dlsym(library, #function))
+    SQLHANDLE environment = nullptr, connection = nullptr, statement = nullptr;
+    EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, nullptr, &connection), SQL_INVALID_HANDLE);
+    EXPECT_EQ(CALL(SQLFetch)(nullptr), SQL_INVALID_HANDLE);
+    EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_ENV, nullptr, &environment), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, environment, &connection), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_STMT, connection, &statement), SQL_ERROR);
+    std::u16string text = u"DBQ=" + workbook_;
+    EXPECT_EQ(
+        CALL(SQLDriverConnectW)(connection, nullptr, Program::Units(text), SQL_NTS, nullptr, 0, nullptr, 0),
+        SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_STMT, connection, &statement), SQL_SUCCESS);
+    const auto state = [&] {
+        std::u16string told(6, u'#');
+        CALL(SQLGetDiagRecW)
+        (SQL_HANDLE_STMT, statement, 1, Program::Units(told), nullptr, nullptr, 0, nullptr);
+        return Utf8(told.substr(0, 5));
+    };
+    SQLSMALLINT count = 0;
+    char room[8];
+    EXPECT_EQ(CALL(SQLExecute)(statement), SQL_ERROR);
+    EXPECT_EQ(state(), "HY010");
+    EXPECT_EQ(CALL(SQLNumResultCols)(statement, &count), SQL_ERROR);
+    EXPECT_EQ(state(), "HY010");
+    EXPECT_EQ(CALL(SQLFetch)(statement), SQL_ERROR);
+    EXPECT_EQ(state(), "24000");
+    text = u"SELECT * FROM DTC";
+    EXPECT_EQ(CALL(SQLPrepareW)(statement, Program::Units(text), -5), SQL_ERROR);
+    EXPECT_EQ(state(), "HY090");
+    EXPECT_EQ(CALL(SQLPrepareW)(statement, Program::Units(text), SQL_NTS), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLFetch)(statement), SQL_ERROR);
+    EXPECT_EQ(CALL(SQLExecute)(statement), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLExecute)(statement), SQL_ERROR);
+    EXPECT_EQ(state(), "24000");
+    EXPECT_EQ(CALL(SQLGetData)(statement, 1, SQL_C_CHAR, room, 8, nullptr), SQL_ERROR);
+    EXPECT_EQ(state(), "24000");
+    EXPECT_EQ(CALL(SQLFetch)(statement), SQL_SUCCESS);
+    for (const SQLUSMALLINT column : std::initializer_list<SQLUSMALLINT>{0, 3, 65535}) {
+        EXPECT_EQ(CALL(SQLGetData)(statement, column, SQL_C_CHAR, room, 8, nullptr), SQL_ERROR);
+        EXPECT_EQ(state(), "07009");
+    }
+    EXPECT_EQ(CALL(SQLGetData)(statement, 1, SQL_C_CHAR, room, -1, nullptr), SQL_ERROR);
+    EXPECT_EQ(state(), "HY090");
+    EXPECT_EQ(CALL(SQLDisconnect)(connection), SQL_SUCCESS);  // the statement goes with it
+    EXPECT_EQ(CALL(SQLFreeHandle)(SQL_HANDLE_DBC, connection), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLFreeHandle)(SQL_HANDLE_ENV, environment), SQL_SUCCESS);
+#undef CALL
+    dlclose(library);
+}
+
+}  // namespace
