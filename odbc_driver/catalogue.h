@@ -12,8 +12,8 @@ struct TablesRequest {
     OptionalText catalogue;
     OptionalText schema;
     OptionalText table;
-    OptionalText types;  // a list such as TABLE,VIEW or 'TABLE'
-    bool isName;         // the table is a name, not a pattern
+    OptionalText types;   // a list such as TABLE,VIEW or 'TABLE'
+    bool isName = false;  // the table is a name, not a pattern
 };
 
 // SQLTables. Defined names and worksheets are both of the type TABLE, since many programs do not show what

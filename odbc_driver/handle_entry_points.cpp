@@ -8,6 +8,16 @@ using namespace NOdbcDriver;
 
 namespace {
 
+// There is no handle yet to tell what is wrong: only memory can be.
+SQLRETURN MakeEnvironment(SQLHANDLE* handle) noexcept {
+    try {
+        *handle = new Environment;
+        return SQL_SUCCESS;
+    } catch (...) {
+        return SQL_ERROR;
+    }
+}
+
 SQLRETURN FreeStatement(SQLHANDLE handle) {
     if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
     const auto* const statement = static_cast<Statement*>(handle);
@@ -17,6 +27,7 @@ SQLRETURN FreeStatement(SQLHANDLE handle) {
 
 template <typename Object>
 SQLRETURN Free(SQLHANDLE handle) {
+    if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
     delete static_cast<Object*>(handle);
     return SQL_SUCCESS;
 }
@@ -59,8 +70,7 @@ SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT kind, SQLHANDLE parent, SQLHANDLE* 
     *handle = SQL_NULL_HANDLE;
     switch (kind) {
         case SQL_HANDLE_ENV:
-            *handle = new (std::nothrow) Environment;
-            return *handle == nullptr ? SQL_ERROR : SQL_SUCCESS;
+            return MakeEnvironment(handle);
         case SQL_HANDLE_DBC:
             return Enter<Environment>(parent, [=](Environment&) { *handle = new Connection; });
         case SQL_HANDLE_STMT:

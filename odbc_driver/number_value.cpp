@@ -53,7 +53,7 @@ class Digits {
 
   private:
     std::u16string_view text_;
-    char characters_[400];
+    char characters_[400]{};
     std::size_t size_ = 0;
 };
 
@@ -66,8 +66,8 @@ NumberTransfer PutInteger(std::u16string_view text, SQLPOINTER data,
     if (!digits.Read(integer)) {
         const double number = digits.ReadDouble();
         const double whole = std::trunc(number);
-        constexpr double kBeyond = 2.0 * (std::numeric_limits<Integer>::max() / 2 + 1);
-        if (whole < static_cast<double>(std::numeric_limits<Integer>::min()) || whole >= kBeyond) {
+        const double beyond = std::ldexp(1.0, std::numeric_limits<Integer>::digits);
+        if (whole < static_cast<double>(std::numeric_limits<Integer>::min()) || whole >= beyond) {
             RefuseRange(text);
         }
         integer = static_cast<Integer>(whole);

@@ -80,12 +80,12 @@ class Statement : public Handle {
 
     // What is handed out in pieces, and of which column and as which type; 0: nothing.
     ValueTransfer pieces_;
-    NWorkbook::NumberText piecesText_;
+    NWorkbook::NumberText piecesText_{};
     SQLUSMALLINT piecesColumn_ = 0;
     SQLSMALLINT piecesType_ = 0;
 
     ValueTransfer bound_;
-    NWorkbook::NumberText boundText_;
+    NWorkbook::NumberText boundText_{};
 };
 
 }  // namespace NOdbcDriver

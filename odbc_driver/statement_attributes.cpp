@@ -8,23 +8,23 @@ namespace {
 // Attributes that are fields of a descriptor's header.
 struct HeaderAttribute {
     SQLINTEGER attribute;
-    Descriptor Statement::*descriptor;
     SQLSMALLINT field;
+    Descriptor Statement::*descriptor;
 };
 
 constexpr HeaderAttribute kHeaderAttributes[] = {
-    {SQL_ATTR_ROW_ARRAY_SIZE, &Statement::applicationRows, SQL_DESC_ARRAY_SIZE},
-    {SQL_ATTR_ROW_BIND_TYPE, &Statement::applicationRows, SQL_DESC_BIND_TYPE},
-    {SQL_ATTR_ROW_BIND_OFFSET_PTR, &Statement::applicationRows, SQL_DESC_BIND_OFFSET_PTR},
-    {SQL_ATTR_ROW_OPERATION_PTR, &Statement::applicationRows, SQL_DESC_ARRAY_STATUS_PTR},
-    {SQL_ATTR_ROW_STATUS_PTR, &Statement::implementationRows, SQL_DESC_ARRAY_STATUS_PTR},
-    {SQL_ATTR_ROWS_FETCHED_PTR, &Statement::implementationRows, SQL_DESC_ROWS_PROCESSED_PTR},
-    {SQL_ATTR_PARAMSET_SIZE, &Statement::applicationParameters, SQL_DESC_ARRAY_SIZE},
-    {SQL_ATTR_PARAM_BIND_TYPE, &Statement::applicationParameters, SQL_DESC_BIND_TYPE},
-    {SQL_ATTR_PARAM_BIND_OFFSET_PTR, &Statement::applicationParameters, SQL_DESC_BIND_OFFSET_PTR},
-    {SQL_ATTR_PARAM_OPERATION_PTR, &Statement::applicationParameters, SQL_DESC_ARRAY_STATUS_PTR},
-    {SQL_ATTR_PARAM_STATUS_PTR, &Statement::implementationParameters, SQL_DESC_ARRAY_STATUS_PTR},
-    {SQL_ATTR_PARAMS_PROCESSED_PTR, &Statement::implementationParameters, SQL_DESC_ROWS_PROCESSED_PTR},
+    {SQL_ATTR_ROW_ARRAY_SIZE, SQL_DESC_ARRAY_SIZE, &Statement::applicationRows},
+    {SQL_ATTR_ROW_BIND_TYPE, SQL_DESC_BIND_TYPE, &Statement::applicationRows},
+    {SQL_ATTR_ROW_BIND_OFFSET_PTR, SQL_DESC_BIND_OFFSET_PTR, &Statement::applicationRows},
+    {SQL_ATTR_ROW_OPERATION_PTR, SQL_DESC_ARRAY_STATUS_PTR, &Statement::applicationRows},
+    {SQL_ATTR_ROW_STATUS_PTR, SQL_DESC_ARRAY_STATUS_PTR, &Statement::implementationRows},
+    {SQL_ATTR_ROWS_FETCHED_PTR, SQL_DESC_ROWS_PROCESSED_PTR, &Statement::implementationRows},
+    {SQL_ATTR_PARAMSET_SIZE, SQL_DESC_ARRAY_SIZE, &Statement::applicationParameters},
+    {SQL_ATTR_PARAM_BIND_TYPE, SQL_DESC_BIND_TYPE, &Statement::applicationParameters},
+    {SQL_ATTR_PARAM_BIND_OFFSET_PTR, SQL_DESC_BIND_OFFSET_PTR, &Statement::applicationParameters},
+    {SQL_ATTR_PARAM_OPERATION_PTR, SQL_DESC_ARRAY_STATUS_PTR, &Statement::applicationParameters},
+    {SQL_ATTR_PARAM_STATUS_PTR, SQL_DESC_ARRAY_STATUS_PTR, &Statement::implementationParameters},
+    {SQL_ATTR_PARAMS_PROCESSED_PTR, SQL_DESC_ROWS_PROCESSED_PTR, &Statement::implementationParameters},
 };
 
 // Attributes that have one value here, whatever an application would like.

@@ -251,7 +251,7 @@ class OdbcDriverManager : public testing::Test {
             parts["w.xml"], "</sheets>",
             "</sheets><definedNames><definedName name='DTC'>S!$A$1:$B$4</definedName></definedNames>");
         workbook_ = Zip(folder_, parts);
-        driverManager.PutDrivers("[An Excel Driver]\nDriver=" XLS2TKI_TEST_OWN_ODBC_DRIVER "\n");
+        driverManager.PutDrivers("[An Excel Driver]\nThreading=0\nDriver=" XLS2TKI_TEST_OWN_ODBC_DRIVER "\n");
         driverManager.PutDataSources("[Table]\nDriver=An Excel Driver\nDBQ=" + Utf8(workbook_) +
                                      "\n[None]\n" + "Driver=An Excel Driver\n");
     }
@@ -439,6 +439,7 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
     EXPECT_EQ(program.Rows(4), "VARCHAR|-9|32767\n");
 }
 
+// Threading=0: the driver manager lets them in at the same time.
 TEST_F(OdbcDriverManager, ServesManyThreads) {
     Program shared;
     Open(shared);
@@ -446,17 +447,16 @@ TEST_F(OdbcDriverManager, ServesManyThreads) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([this, &shared] {
-            for (int round = 0; round < 10; ++round) {
-                Program own;
-                Open(own);
-                EXPECT_EQ(own.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
-                SQLHANDLE const ownStatement = own.statement;
+            Program own;
+            Open(own);
+            EXPECT_EQ(own.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
+            SQLHANDLE const ownStatement = own.statement;
+            for (int round = 0; round < 500; ++round) {
                 SQLAllocHandle(SQL_HANDLE_STMT, shared.connection, &own.statement);
                 EXPECT_EQ(own.Execute(u"SELECT * FROM S"), SQL_SUCCESS) << own.Told();
-                EXPECT_EQ(own.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
                 SQLFreeHandle(SQL_HANDLE_STMT, own.statement);
-                own.statement = ownStatement;
             }
+            own.statement = ownStatement;
         });
     }
     for (std::thread& thread : threads) thread.join();
