@@ -90,10 +90,12 @@ class Progress {
     using Level = NTamriskSharedUtil::Logging::VLogLevel::VSeverityLevel;
 
     // Whatever does not come at severity 2 under the library's own group is marked.
-    static void Listen(Level severity, std::uint32_t group, const char16_t* text) {
+    static void Listen(Level severity, std::uint32_t group,
+                       const NTamriskSharedUtil::Logging::VLogging::WideChar* text) {
         const std::uint32_t ours = Library().GetOrCreateGroupId("GroupSorbel");
         const bool isOurs = severity == static_cast<Level>(2) && group == ours;
-        messages_.push_back((isOurs ? u"" : u"WRONG GROUP OR SEVERITY: ") + std::u16string(text));
+        messages_.push_back(isOurs ? u"" : u"WRONG GROUP OR SEVERITY: ");
+        while (*text != 0) messages_.back().push_back(*text++);
     }
 
     inline static std::vector<std::u16string> messages_;
