@@ -120,6 +120,8 @@ class Dispatch {
     void Create(std::u16string_view progId);
     void Release() noexcept;
     [[nodiscard]] bool HasObject() const { return object_ != nullptr; }
+    // Without a further reference.
+    [[nodiscard]] DispatchObject* Object() const { return object_; }
 
     // Without an object they do nothing, and the result is empty. Throw DispatchException where the
     // application reports a failure, OleException where the call does not reach it. A method's result is

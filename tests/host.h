@@ -1,7 +1,6 @@
 // What a host has: files, and an ear at the logging library.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -58,17 +57,17 @@ class TempFolder {
     std::filesystem::path path_;
 };
 
-// While it lives, this is the system's registry.
-class Registry {
+// While it lives, relative paths begin in this folder.
+class WorkingFolder {
   public:
-    explicit Registry(std::string_view bytes) {
-        setenv("XLS2TKI_REGISTRY", Utf8(folder_.Put("registry", bytes)).c_str(), 1);
+    explicit WorkingFolder(const TempFolder& folder) : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder.Path(""));
     }
-    Registry(const Registry&) = delete;
-    ~Registry() { unsetenv("XLS2TKI_REGISTRY"); }
+    WorkingFolder(const WorkingFolder&) = delete;
+    ~WorkingFolder() { std::filesystem::current_path(before_); }
 
   private:
-    TempFolder folder_;
+    std::filesystem::path before_;
 };
 
 // Collects what reaches the logging library while the object lives; one at a time.

@@ -39,12 +39,18 @@ constinit Replaceable<bool(std::u16string_view, std::u16string&)> FindReadableFi
 constinit Replaceable<void(std::u16string_view)> RemoveFile{Delete};
 
 struct InputFile::System {
+    explicit System(std::u16string_view path) : file(OpenRegularFile(path, size)) {}
+
+    std::uint64_t size = 0;
     FileHandle file;
 };
 
-InputFile::InputFile(std::u16string_view path)
-    : system_(std::make_unique<System>(OpenRegularFile(path, size_))) {
-    if (!system_->file.IsOpen()) system_.reset();
+InputFile::InputFile(std::u16string_view path) : system_(std::make_unique<System>(path)) {
+    if (!system_->file.IsOpen()) {
+        system_.reset();
+    } else {
+        size_ = system_->size;
+    }
 }
 
 InputFile::~InputFile() = default;
