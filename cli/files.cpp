@@ -17,11 +17,7 @@ namespace fs = std::filesystem;
 std::string NameOf(const fs::path& path) {
     if (path == kStandardInput) return "standard input";
     if (path == kStandardOutput) return "standard output";
-    return std::string("\"").append(path.string()).append("\"");
-}
-
-File OpenFile(const fs::path& path, const char* mode) {
-    return File(std::fopen(path.string().c_str(), mode));
+    return std::string("\"").append(ToBytes(path)).append("\"");
 }
 
 CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit) {
@@ -41,22 +37,22 @@ namespace {
 // The paths for the handler of signals, which may neither allocate nor lock.
 struct Slot {
     volatile std::sig_atomic_t isUsed;
-    char path[4096];  // the system refuses a longer one
+    fs::path::value_type path[4096];  // the system refuses a longer one
 };
 constinit Slot slots[2]{};
 
 void RemoveFilesAndDie(int number) {
     for (const Slot& slot : slots) {
-        if (slot.isUsed != 0) std::remove(slot.path);
+        if (slot.isUsed != 0) RemoveFile(slot.path);
     }
     std::signal(number, SIG_DFL);
     std::raise(number);
 }
 
-std::size_t TakeSlot(const std::string& path) {
+std::size_t TakeSlot(const fs::path::string_type& path) {
     const std::size_t index = slots[0].isUsed == 0 ? 0 : 1;
     Slot& slot = slots[index];
-    slot.path[path.copy(slot.path, sizeof slot.path - 1)] = '\0';
+    slot.path[path.copy(slot.path, std::size(slot.path) - 1)] = 0;
     std::atomic_signal_fence(std::memory_order_release);
     slot.isUsed = 1;
     return index;
@@ -84,8 +80,8 @@ fs::path SystemFolder() {
 }  // namespace
 
 TemporaryFile::TemporaryFile(const fs::path& folder, const std::string& name)
-    : path_(folder / UniqueName(name)), slot_(TakeSlot(path_.string())) {
-    if (OpenFile(path_, "wbx")) return;
+    : path_(folder / ToPath(UniqueName(name))), slot_(TakeSlot(path_.native())) {
+    if (CreateNewFile(path_)) return;
     const int error = errno;
     slots[slot_].isUsed = 0;
     throw Failure("Could not create a file in the folder " + NameOf(folder) + ": " + SystemText(error));
@@ -101,14 +97,8 @@ void TemporaryFile::RestrictToOwner() const {
 }
 
 TemporaryFile::~TemporaryFile() {
-    std::remove(path_.string().c_str());
+    RemoveFile(path_.c_str());
     slots[slot_].isUsed = 0;
-}
-
-void FillStandardStreams() {
-    // Opened files take the lowest free numbers, and these stay open; writing to them fails. Those that were
-    // not needed do no harm.
-    for (int stream = 0; stream < 3; ++stream) static_cast<void>(std::fopen("/dev/null", "r"));
 }
 
 void RemoveTemporaryFilesOnSignals() {

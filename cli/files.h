@@ -5,8 +5,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
-#include <memory>
 #include <string>
+
+#include "cli/system.h"
 
 namespace NCli {
 
@@ -16,14 +17,6 @@ inline constexpr char kStandardOutput[] = "/dev/stdout";
 
 // What a sentence calls the file: "standard input", "standard output", or its path between quotation marks.
 std::string NameOf(const std::filesystem::path& path);
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-// As std::fopen: empty when it fails, and errno has the reason.
-File OpenFile(const std::filesystem::path& path, const char* mode);
 
 enum class CopyResult { Done, TooLarge, NotRead, NotWritten };
 
@@ -52,10 +45,6 @@ class TemporaryFile {
     std::filesystem::path path_;
     std::size_t slot_;  // where the handler of signals finds the path
 };
-
-// Where the command was started without one of the standard streams, a file of its own would take the
-// stream's place and receive messages. Call it first of all.
-void FillStandardStreams();
 
 // From now on the signals that end the command remove its temporary files first.
 void RemoveTemporaryFilesOnSignals();

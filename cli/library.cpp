@@ -18,16 +18,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-WideString ToLibraryPath(const fs::path& path) {
-    const std::u8string bytes = path.u8string();
-    return DecodeUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()}).text;
-}
+WideString ToLibraryPath(const fs::path& path) { return DecodeUtf8(ToBytes(path)).text; }
 
 std::string LibraryMessage() { return EncodeUtf8(GetLoggedMessages()); }
 
 // A reason without the file's name gets it.
 [[noreturn]] void Fail(const fs::path& path, const std::string& reason) {
-    const bool isNamed = reason.find(path.filename().string()) != std::string::npos;
+    const bool isNamed = reason.find(ToBytes(path.filename())) != std::string::npos;
     throw Failure(isNamed ? reason : NameOf(path) + ": " + reason);
 }
 

@@ -9,10 +9,9 @@
 
 using namespace NCli;
 
-static void Run(int count, const char* const* arguments) {
-    FillStandardStreams();
+static void Run(const std::vector<std::string>& arguments) {
     RemoveTemporaryFilesOnSignals();
-    const std::optional<Options> options = ReadCommandLine(count, arguments);
+    const std::optional<Options> options = ReadCommandLine(arguments);
     if (!options) return;
     if (options->listsWorksheets) {
         ListWorksheets(*options);
@@ -25,8 +24,9 @@ int main(int count, char** arguments) {
     constexpr int kDone = 0;
     constexpr int kFailed = 1;
     constexpr int kWrongUsage = 2;
+    const StandardStreams streams;
     try {
-        Run(count, arguments);
+        Run(ReadArguments(count, arguments));
         return kDone;
     } catch (const WrongUsage& wrong) {
         Tell(wrong.what());

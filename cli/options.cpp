@@ -121,7 +121,7 @@ VImportType KindByExtension(const std::filesystem::path& input) {
         VImportType kind;
     } kExtensions[] = {{".csv", ImportTypeCSV},    {".txt", ImportTypeCSV},    {".tsv", ImportTypeCSV},
                        {".xlsx", ImportTypeExcel}, {".xlsm", ImportTypeExcel}, {".xls", ImportTypeExcel}};
-    const std::string extension = CLI::detail::to_lower(input.extension().string());
+    const std::string extension = CLI::detail::to_lower(ToBytes(input.extension()));
     for (const auto& [known, kind] : kExtensions) {
         if (extension == known) return kind;
     }
@@ -147,15 +147,15 @@ Options CheckListing(const Arguments& arguments) {
     Options options;
     options.listsWorksheets = true;
     options.kind = ImportTypeExcel;
-    options.input = arguments.workbook;
+    options.input = ToPath(arguments.workbook);
     return options;
 }
 
 Options CheckConversion(const Arguments& arguments) {
     if (arguments.input.empty() || arguments.output.empty()) RefuseUsage("INPUT and OUTPUT are needed.");
     Options options;
-    options.input = arguments.input == "-" ? kStandardInput : arguments.input;
-    options.output = arguments.output == "-" ? kStandardOutput : arguments.output;
+    options.input = arguments.input == "-" ? kStandardInput : ToPath(arguments.input);
+    options.output = arguments.output == "-" ? kStandardOutput : ToPath(arguments.output);
     options.kind = ChooseKind(arguments, options.input);
     options.separator = ReadSeparator(arguments.separator);
     options.utf8 = arguments.utf8;
@@ -170,11 +170,10 @@ Options CheckConversion(const Arguments& arguments) {
 
 // CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
 // comes first, as CLI11 wants it.
-std::vector<std::string> SeparateEmptyValues(int count, const char* const* values) {
+std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& given) {
     std::vector<std::string> arguments;
     bool areOptions = true;
-    for (int index = 1; index < count; ++index) {
-        std::string argument = values[index];
+    for (std::string argument : given) {
         areOptions = areOptions && argument != "--";
         const bool isEmptyValue =
             areOptions && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
@@ -188,14 +187,15 @@ std::vector<std::string> SeparateEmptyValues(int count, const char* const* value
 
 }  // namespace
 
-std::optional<Options> ReadCommandLine(int count, const char* const* values) {
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& given) {
     CLI::App app("Turns a table of Diagnostic Trouble Codes into an XML import document.");
+    app.allow_windows_style_options(false);  // such as /b, which may be a path
     app.formatter(std::make_shared<HelpFormatter>());
     app.footer(kExamples);
     Arguments arguments;
     DeclareOptions(app, arguments);
     try {
-        app.parse(SeparateEmptyValues(count, values));
+        app.parse(SeparateEmptyValues(given));
     } catch (const CLI::Success& shown) {
         app.exit(shown);
         if (!std::cout.flush()) throw Failure("Could not write to standard output.");

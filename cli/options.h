@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "api/xls2tki.h"
 
@@ -24,6 +26,6 @@ struct Options {
 };
 
 // Empty when the command line asked for the help or the version, which has then been shown. Throws Failure.
-std::optional<Options> ReadCommandLine(int count, const char* const* values);
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace NCli

@@ -63,7 +63,7 @@ Output::Output(const fs::path& path) : destination_(path == kStandardOutput ? pa
     } else if (fs::exists(status)) {
         OpenDevice(OpenFile(destination_, "wb"));
     } else if (status.type() == fs::file_type::not_found) {
-        document_.emplace(Folder(destination_), destination_.filename().string());
+        document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
     } else {
         RefuseToWrite(path, error.message());
     }
@@ -77,7 +77,7 @@ void Output::OpenDevice(File device) {
 
 void Output::PrepareReplacement(fs::perms permissions) {
     if (!OpenFile(destination_, "r+b")) RefuseToWrite(destination_, SystemText(errno));
-    document_.emplace(Folder(destination_), destination_.filename().string());
+    document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
     document_->RestrictToOwner();
     permissions_ = permissions;
 }

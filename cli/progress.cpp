@@ -39,9 +39,8 @@ void LookForOpeningFailure(std::string_view message) {
     }
 }
 
-void Listen(VLogLevel::VSeverityLevel, std::uint32_t, const char16_t* text) {
-    const std::u16string_view units(text);
-    std::string line = EncodeUtf8(NXls2Tki::WideString(units.begin(), units.end()));
+void Listen(VLogLevel::VSeverityLevel, std::uint32_t, const VLogging::WideChar* text) {
+    std::string line = EncodeUtf8(text);
     LookForOpeningFailure(line);
     if (!isShown) return;
     line += '\n';

@@ -48,7 +48,8 @@ void Forward(std::u16string_view message) {
     if (!logging.IsEnabled()) return;
     if ((logging.GetGlobalLogGroupMask() & logGroupId) == 0) return;
     if (logging.GetGlobalLogLevel() < kSeverity) return;
-    logging.Log(kSeverity, logGroupId, std::u16string(message).c_str());
+    const std::basic_string<VLogging::WideChar> text(message.begin(), message.end());
+    logging.Log(kSeverity, logGroupId, text.c_str());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The part of automation that is the same on every system.
 #include "platform/automation.h"
 
+#include "platform/dispatch_object.h"
 #include "platform/exception_text.h"
 
 namespace NPlatform {
@@ -15,6 +16,21 @@ DispatchException::DispatchException(std::uint16_t code, std::u16string descript
       source_(std::move(source)),
       helpFile_(std::move(helpFile)),
       what_(ExceptionText(description_)) {}
+
+Dispatch::Dispatch(const Dispatch& other) : object_(other.object_) {
+    if (object_ != nullptr) object_->AddReference();
+}
+
+void Dispatch::Create(std::u16string_view progId) { *this = StartApplication(progId); }
+
+void Dispatch::Release() noexcept {
+    DispatchObject* const object = std::exchange(object_, nullptr);
+    if (object != nullptr) object->Release();
+}
+
+Variant Dispatch::Invoke(DispatchId member, InvokeKind kind, std::span<const Variant> arguments) const {
+    return object_ == nullptr ? Variant() : object_->Invoke(member, kind, arguments);
+}
 
 Variant Dispatch::Call(DispatchId method, std::initializer_list<Variant> arguments) const {
     return Invoke(method, InvokeKind::Method, {arguments.begin(), arguments.size()});

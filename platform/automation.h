@@ -17,6 +17,8 @@
 #include <utility>
 #include <variant>
 
+#include "platform/replaceable.h"
+
 namespace NPlatform {
 
 using DispatchId = std::int32_t;
@@ -97,8 +99,7 @@ class VariantArray {
     [[nodiscard]] virtual VariantElement At(std::int32_t row, std::int32_t column) const = 0;
 };
 
-// An object of an application, as the system has it.
-class DispatchObject;
+class DispatchObject;  // platform/dispatch_object.h
 class Variant;
 
 // Holds one reference to an object, or none, and lets go of it when it is destroyed.
@@ -115,10 +116,12 @@ class Dispatch {
     }
     ~Dispatch() { Release(); }
 
-    // Starts the application of this name and holds its first object. Throws OleException.
+    // Starts the application of this name and holds its first object. Throws as StartApplication.
     void Create(std::u16string_view progId);
     void Release() noexcept;
     [[nodiscard]] bool HasObject() const { return object_ != nullptr; }
+    // Without a further reference.
+    [[nodiscard]] DispatchObject* Object() const { return object_; }
 
     // Without an object they do nothing, and the result is empty. Throw DispatchException where the
     // application reports a failure, OleException where the call does not reach it. A method's result is
@@ -134,6 +137,10 @@ class Dispatch {
 
     DispatchObject* object_ = nullptr;
 };
+
+// Starts the application of this name, in a process of its own where the system has such applications, and
+// gives its first object. Throws OleException.
+extern Replaceable<Dispatch(std::u16string_view progId)> StartApplication;
 
 // A value as it goes into a call or comes out of one.
 class Variant {

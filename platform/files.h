@@ -38,6 +38,9 @@ inline constexpr std::uint64_t kLargestTextFile = std::uint64_t{1} << 31;
 
 // Reads a whole text file: a carriage return before a line feed is dropped, and the last line is ended by a
 // line feed even where the file's is not. NUL and every other character stay as they are.
+//
+// The reader is our own on every system. It gives the text that the Windows runtime gives in text mode, and
+// with "ccs=UTF-8", but loses nothing: the runtime ends a text at the character U+001A.
 extern Replaceable<TextFileResult(std::u16string_view path, TextEncoding encoding, TextBuffer& text)>
     ReadTextFile;
 

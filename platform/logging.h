@@ -8,7 +8,11 @@
 #include <cstdint>
 
 #if defined(_WIN32)
+#if defined(ZO_LOGGING_BUILDING)
+#define ZO_LOGGING_API __declspec(dllexport)
+#else
 #define ZO_LOGGING_API __declspec(dllimport)
+#endif
 #else
 #define ZO_LOGGING_API __attribute__((visibility("default")))
 #endif
@@ -22,8 +26,14 @@ struct VLogLevel {
 
 class ZO_LOGGING_API VLogging {
   public:
+    // One UTF-16 code unit, in the type that hosts of the system use for text.
+#if defined(_WIN32)
+    using WideChar = wchar_t;
+#else
+    using WideChar = char16_t;
+#endif
     // Receives each message that is logged; the text is valid during the call.
-    using Sink = void (*)(VLogLevel::VSeverityLevel severity, std::uint32_t group, const char16_t* text);
+    using Sink = void (*)(VLogLevel::VSeverityLevel severity, std::uint32_t group, const WideChar* text);
 
     static VLogging& GetInstance();
     VLogging(const VLogging&) = delete;
@@ -37,7 +47,7 @@ class ZO_LOGGING_API VLogging {
     [[nodiscard]] std::uint32_t GetGlobalLogGroupMask() const;
     [[nodiscard]] VLogLevel::VSeverityLevel GetGlobalLogLevel() const;
 
-    void Log(VLogLevel::VSeverityLevel severity, std::uint32_t group, const char16_t* text);
+    void Log(VLogLevel::VSeverityLevel severity, std::uint32_t group, const WideChar* text);
 
     // For the program that plays the host: messages of the groups in `mask`, up to `level`, go to `sink`.
     void SwitchOn(std::uint32_t mask, VLogLevel::VSeverityLevel level, Sink sink);

@@ -1,7 +1,6 @@
 // What a host has: files, and an ear at the logging library.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -58,17 +57,17 @@ class TempFolder {
     std::filesystem::path path_;
 };
 
-// While it lives, this is the system's registry.
-class Registry {
+// While it lives, relative paths begin in this folder.
+class WorkingFolder {
   public:
-    explicit Registry(std::string_view bytes) {
-        setenv("XLS2TKI_REGISTRY", Utf8(folder_.Put("registry", bytes)).c_str(), 1);
+    explicit WorkingFolder(const TempFolder& folder) : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder.Path(""));
     }
-    Registry(const Registry&) = delete;
-    ~Registry() { unsetenv("XLS2TKI_REGISTRY"); }
+    WorkingFolder(const WorkingFolder&) = delete;
+    ~WorkingFolder() { std::filesystem::current_path(before_); }
 
   private:
-    TempFolder folder_;
+    std::filesystem::path before_;
 };
 
 // Collects what reaches the logging library while the object lives; one at a time.
@@ -90,10 +89,12 @@ class Progress {
     using Level = NTamriskSharedUtil::Logging::VLogLevel::VSeverityLevel;
 
     // Whatever does not come at severity 2 under the library's own group is marked.
-    static void Listen(Level severity, std::uint32_t group, const char16_t* text) {
+    static void Listen(Level severity, std::uint32_t group,
+                       const NTamriskSharedUtil::Logging::VLogging::WideChar* text) {
         const std::uint32_t ours = Library().GetOrCreateGroupId("GroupSorbel");
         const bool isOurs = severity == static_cast<Level>(2) && group == ours;
-        messages_.push_back((isOurs ? u"" : u"WRONG GROUP OR SEVERITY: ") + std::u16string(text));
+        messages_.push_back(isOurs ? u"" : u"WRONG GROUP OR SEVERITY: ");
+        while (*text != 0) messages_.back().push_back(*text++);
     }
 
     inline static std::vector<std::u16string> messages_;

@@ -15,6 +15,13 @@ using NPlatform::Variant;
 using NPlatform::VariantElement;
 using NPlatform::VariantType;
 
+// Starts an application of the tests, also where the system has its own, and reaches it through what the
+// system has between applications.
+Dispatch StartThroughSystem(std::u16string_view progId);
+
+inline const Replacement<Dispatch(std::u16string_view)> kStartsServers{NPlatform::StartApplication,
+                                                                       StartThroughSystem};
+
 using Cells = std::vector<std::vector<Variant>>;
 
 // What is behind a cell: "#1.5" a number, "!" a logical value, "?" an error, "" nothing, "''" the empty text.

@@ -8,12 +8,11 @@
 #include "sources/csv_parser.h"
 #include "sources/default_excel_heap.h"
 #include "sources/excel_heap.h"
-#include "sources/odbc_heap.h"
 #include "sources/parser_exception.h"
 #include "tests/host.h"
 #include "tests/recording_server.h"
 #include "tests/rooms.h"
-#include "workbook/workbook.h"
+#include "tests/source_kind.h"
 
 namespace {
 
@@ -22,6 +21,7 @@ using namespace VCSVReader;
 using NTest::MakeTable;
 using NTest::Row;
 using NTest::RowsOf;
+using NTest::SourceKind;
 using NTest::Table;
 using NTest::TempFolder;
 
@@ -37,17 +37,6 @@ std::u16string MessageOf(Call call) {
 }
 
 // ---- What every source has to do ----
-
-struct SourceKind {
-    const char* name;
-    // Makes a source that will deliver the table, from the file "input" in the folder.
-    std::unique_ptr<VHeapInterface> (*make)(const TempFolder& folder, const Table& table, VLogObject* log);
-    // Of opening and reading; '*' stands for the path. What those that drive Excel tell is in
-    // excel_calls.txt.
-    std::vector<std::u16string> progress = {};
-    bool checksFile = true;     // before anybody else is asked to open it
-    bool namesColumns = false;  // no cell of its first row is empty
-};
 
 std::unique_ptr<VHeapInterface> MakeTestHeap(const TempFolder& folder, const Table& table, VLogObject* log) {
     return std::make_unique<NTest::TestHeap>(folder.Put("input", ""), log, table);
@@ -80,33 +69,6 @@ std::unique_ptr<VHeapInterface> MakeExcelHeap(const TempFolder& folder, const Ta
     auto source = std::make_unique<Source>(folder.Put("input", ""), log);
     if constexpr (!kIsDefault) source->SetScanColumns(10);
     return source;
-}
-
-// Through our own driver, of which the driver manager takes the file for a description.
-class OwnOdbcHeap : public VDefaultODBCHeap {
-  public:
-    using VDefaultODBCHeap::VDefaultODBCHeap;
-    std::u16string FindExcelOdbcDriver() override {
-        return std::filesystem::path(XLS2TKI_TEST_OWN_ODBC_DRIVER).u16string();
-    }
-};
-
-std::unique_ptr<VHeapInterface> MakeOdbcHeap(const TempFolder& folder, const Table& table, VLogObject* log) {
-    NWorkbook::Workbook workbook;
-    const auto& sheet = workbook.worksheets.emplace_back(std::make_shared<NWorkbook::Worksheet>(u"DTC"));
-    NWorkbook::Cell cell{.row = 1, .column = 1, .type = NWorkbook::CellType::Text, .text = nullptr};
-    for (const Row& row : table) {
-        for (const std::u16string& text : row) {
-            workbook.texts->Append(text);
-            cell.text = workbook.texts->Close();
-            sheet->Cells().Add(cell);
-            ++cell.column;
-        }
-        ++cell.row;
-        cell.column = 1;
-    }
-    NWorkbook::SaveWorkbook(workbook, folder.Path("input"));
-    return std::make_unique<OwnOdbcHeap>(folder.Path("input"), log);
 }
 
 class SourceContract : public testing::TestWithParam<SourceKind> {
@@ -265,20 +227,14 @@ INSTANTIATE_TEST_SUITE_P(
                                {u"Using VDefaultCSVHeap to receive data.", u"Trying to acces file ... ",
                                 u"Using infile '*'", u"Reading CSV File.", u"Reading CSV File done.",
                                 u"Parsing CSV file ... ", u"Parsing CSV file ... done"}},
-                    SourceKind{
-                        "Odbc",
-                        MakeOdbcHeap,
-                        {u"Using VDefaultODBCHeap to receive data.", u"Trying to get Excel driver for ODBC",
-                         u"Opening ODBC database", u"Allocating the recordset",
-                         u"Trying to get recordset from table 'DTC'", u"Stepping through record set",
-                         u"Closing database ...", u"Closing database ... done"},
-                        false,
-                        true},
                     SourceKind{"Excel2000", MakeExcelHeap<VExcel2000Heap>},
                     SourceKind{"Excel2007", MakeExcelHeap<VExcel2007Heap>},
                     SourceKind{"Excel2010", MakeExcelHeap<VExcel2010Heap>, {}, false},
                     SourceKind{"DefaultExcel", MakeExcelHeap<VDefaultExcelHeap>}),
     [](const auto& test) { return test.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(SystemsSources, SourceContract, testing::ValuesIn(NTest::SystemsSourceKinds()),
+                         [](const auto& test) { return test.param.name; });
 
 // ---- CSV ----
 

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "platform/database.h"
+#include "platform/driver_list.h"
 #include "platform/linux/paths.h"
 
 namespace NPlatform {
@@ -15,11 +16,7 @@ static std::vector<std::u16string> ListDrivers(std::size_t capacity) {
     WORD ignored = 0;
     if (SQLGetInstalledDrivers(list.data(), static_cast<WORD>(size), &ignored) == 0) return {};
     std::vector<std::u16string> descriptions;
-    std::size_t begin = 0;
-    for (std::size_t end = 0; (end = list.find('\0', begin)) != std::string::npos && end > begin;) {
-        descriptions.push_back(PathFromBytes({list.data() + begin, end - begin}));
-        begin = end + 1;
-    }
+    for (const std::string& description : TextsIn(list)) descriptions.push_back(PathFromBytes(description));
     return descriptions;
 }
 

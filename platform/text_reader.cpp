@@ -1,13 +1,9 @@
 // Whole text files, 8-bit and UTF-8.
-#include <unistd.h>
-
-#include <cerrno>
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
 #include "platform/files.h"
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/paths.h"
 #include "platform/utf8.h"
 
 namespace NPlatform {
@@ -101,50 +97,50 @@ void DropCarriageReturns(TextBuffer& text) {
     text.Truncate(kept);
 }
 
-// Reads `size` bytes, all that the file has from here on. False: the system reported an error on the way, or
-// the file is not as long any more, or longer.
-bool ReadPieces(const FileDescriptor& file, std::size_t size, Decoder decode, TextBuffer& text) {
+struct TextFormat {
+    Decoder decode;
+    std::uint64_t begin;  // where the text begins, behind the byte-order mark
+};
+
+TextFormat DetectFormat(const InputFile& file, TextEncoding encoding) {
+    if (encoding == TextEncoding::EightBit) return {DecodeBytes<TextEncoding::EightBit>, 0};
+    char mark[3] = {};
+    if (!file.ReadAt(0, mark, std::min<std::uint64_t>(file.Size(), sizeof mark))) return {};
+    if (std::memcmp(mark, "\xFF\xFE", 2) == 0) return {DecodeUtf16Piece, 2};
+    const bool isMarked = std::memcmp(mark, "\xEF\xBB\xBF", 3) == 0;
+    return {DecodeBytes<TextEncoding::Utf8>, isMarked ? 3U : 0U};
+}
+
+// Reads all of the text. False: the system reported an error on the way, or the file is not as long any more.
+bool ReadPieces(const InputFile& file, const TextFormat& format, TextBuffer& text) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(kPiece);
     std::size_t used = 0;
-    for (bool isLast = false; !isLast;) {
-        const ssize_t count = read(file.Get(), buffer.get() + used, kPiece - used);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        isLast = count == 0;
-        if (isLast ? size != 0 : static_cast<std::size_t>(count) > size) return false;
-        size -= static_cast<std::size_t>(count);
-        used += static_cast<std::size_t>(count);
-        const std::size_t left = decode(buffer.get(), used, isLast, text);
+    std::uint64_t offset = format.begin;
+    do {
+        const std::size_t count = std::min<std::uint64_t>(file.Size() - offset, kPiece - used);
+        if (!file.ReadAt(offset, buffer.get() + used, count)) return false;
+        offset += count;
+        used += count;
+        const std::size_t left = format.decode(buffer.get(), used, offset == file.Size(), text);
         std::memmove(buffer.get(), buffer.get() + used - left, left);
         used = left;
-    }
+    } while (offset < file.Size());
     return true;
 }
 
-struct TextFormat {
-    Decoder decode;
-    off_t begin;  // where the text begins, behind the byte-order mark
-};
-
-TextFormat DetectFormat(const FileDescriptor& file, TextEncoding encoding) {
-    if (encoding == TextEncoding::EightBit) return {DecodeBytes<TextEncoding::EightBit>, 0};
-    char mark[3] = {};
-    const ssize_t size = pread(file.Get(), mark, sizeof mark, 0);
-    if (size >= 2 && std::memcmp(mark, "\xFF\xFE", 2) == 0) return {DecodeUtf16Piece, 2};
-    const bool isMarked = size == 3 && std::memcmp(mark, "\xEF\xBB\xBF", 3) == 0;
-    return {DecodeBytes<TextEncoding::Utf8>, isMarked ? 3 : 0};
+bool HasGrown(const InputFile& file) {
+    char byte = 0;
+    return file.ReadAt(file.Size(), &byte, 1);
 }
 
 TextFileResult ReadFile(std::u16string_view path, TextEncoding encoding, TextBuffer& text) {
     text.Truncate(0);
-    off_t fileSize = 0;
-    const FileDescriptor file = OpenRegularFile(PathToBytes(path), fileSize);
+    const InputFile file(path);
     if (!file.IsOpen()) return TextFileResult::NotOpened;
-    if (fileSize > static_cast<off_t>(kLargestTextFile)) return TextFileResult::TooLarge;
+    if (file.Size() > kLargestTextFile) return TextFileResult::TooLarge;
     const TextFormat format = DetectFormat(file, encoding);
-    text.Reserve(static_cast<std::size_t>(fileSize) + 1);
-    const auto size = static_cast<std::size_t>(fileSize - format.begin);
-    if (lseek(file.Get(), format.begin, SEEK_SET) < 0 || !ReadPieces(file, size, format.decode, text)) {
+    text.Reserve(static_cast<std::size_t>(file.Size()) + 1);
+    if (format.decode == nullptr || !ReadPieces(file, format, text) || HasGrown(file)) {
         return TextFileResult::Failed;
     }
     if (format.decode == DecodeUtf16Piece) DropCarriageReturns(text);

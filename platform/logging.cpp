@@ -43,7 +43,7 @@ std::uint32_t VLogging::GetGlobalLogGroupMask() const { return TheSettings().mas
 
 VLogLevel::VSeverityLevel VLogging::GetGlobalLogLevel() const { return TheSettings().level; }
 
-void VLogging::Log(VLogLevel::VSeverityLevel severity, std::uint32_t group, const char16_t* text) {
+void VLogging::Log(VLogLevel::VSeverityLevel severity, std::uint32_t group, const WideChar* text) {
     if (IsEnabled()) TheSettings().sink(severity, group, text);
 }
 

@@ -1,0 +1,29 @@
+#include "cli/system.h"
+
+namespace NCli {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> ReadArguments(int count, const char* const* values) {
+    return {values + 1, values + count};
+}
+
+fs::path ToPath(std::string_view bytes) { return bytes; }
+
+std::string ToBytes(const fs::path& path) { return path.native(); }
+
+File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(path.c_str(), mode)); }
+
+File CreateNewFile(const fs::path& path) { return OpenFile(path, "wbx"); }
+
+void RemoveFile(const char* path) { std::remove(path); }
+
+// Opened files take the lowest free numbers, and these stay open; writing to them fails. Those that were not
+// needed do no harm.
+StandardStreams::StandardStreams() {
+    for (int stream = 0; stream < 3; ++stream) static_cast<void>(std::fopen("/dev/null", "r"));
+}
+
+StandardStreams::~StandardStreams() { static_cast<void>(consoleCodePage_); }
+
+}  // namespace NCli

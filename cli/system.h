@@ -1,0 +1,45 @@
+// What differs from system to system: arguments, names of files, and the standard streams.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace NCli {
+
+// The arguments behind the command's name, as UTF-8 where the system says what their characters are.
+std::vector<std::string> ReadArguments(int count, const char* const* values);
+
+// Between paths and the command line's bytes; nothing is lost.
+std::filesystem::path ToPath(std::string_view bytes);
+std::string ToBytes(const std::filesystem::path& path);
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+// As std::fopen: empty when it fails, and errno has the reason. The second fails where there is such a file.
+File OpenFile(const std::filesystem::path& path, const char* mode);
+File CreateNewFile(const std::filesystem::path& path);
+
+// May be called by a handler of signals.
+void RemoveFile(const std::filesystem::path::value_type* path);
+
+// Readies the standard streams for bytes, and a console for UTF-8. Where the command was started without one
+// of them, a file of its own would take the stream's place and receive messages. Make it first of all.
+class StandardStreams {
+  public:
+    StandardStreams();
+    ~StandardStreams();
+    StandardStreams(const StandardStreams&) = delete;
+    StandardStreams& operator=(const StandardStreams&) = delete;
+
+  private:
+    unsigned consoleCodePage_ = 0;  // what the console had before
+};
+
+}  // namespace NCli

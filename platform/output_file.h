@@ -1,0 +1,27 @@
+// A file as the text-mode streams write it.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace NPlatform {
+
+// Open for writing and shared with everybody: created, or emptied if it was there. The path is UTF-16.
+class OutputFile {
+  public:
+    explicit OutputFile(std::u16string_view path);
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile();
+
+    [[nodiscard]] bool IsOpen() const { return system_ != nullptr; }
+    // Writes all the bytes behind those before. False: the system could not write them all.
+    [[nodiscard]] bool Write(const char* bytes, std::size_t count) const;
+
+  private:
+    struct System;
+    std::unique_ptr<System> system_;
+};
+
+}  // namespace NPlatform

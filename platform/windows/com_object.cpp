@@ -1,0 +1,71 @@
+#include "platform/windows/com_object.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/dispatch_object.h"
+#include "platform/windows/variants.h"
+#include "platform/windows/wide.h"
+
+namespace NPlatform {
+
+namespace {
+
+// The system wants the last argument first.
+class SystemArguments {
+  public:
+    explicit SystemArguments(std::span<const Variant> arguments) : values_(arguments.size()) {
+        for (std::size_t index = 0; index < arguments.size(); ++index) {
+            ToSystem(arguments[index], *values_[arguments.size() - 1 - index].Get());
+        }
+    }
+
+    [[nodiscard]] VARIANT* Values() { return values_.empty() ? nullptr : values_.front().Get(); }
+    [[nodiscard]] UINT Count() const { return static_cast<UINT>(values_.size()); }
+
+  private:
+    static_assert(sizeof(SystemVariant) == sizeof(VARIANT));
+    std::vector<SystemVariant> values_;
+};
+
+class ComObject : public DispatchObject {
+  public:
+    explicit ComObject(ComPointer<IDispatch> object) : object_(std::move(object)) {}
+
+    Variant Invoke(DispatchId member, InvokeKind kind, std::span<const Variant> arguments) override {
+        SystemArguments given(arguments);
+        DISPID newValue = DISPID_PROPERTYPUT;
+        DISPPARAMS parameters{given.Values(), nullptr, given.Count(), 0};
+        if (kind == InvokeKind::PropertyPut) {
+            parameters.rgdispidNamedArgs = &newValue;
+            parameters.cNamedArgs = 1;
+        }
+        SystemVariant result;
+        SystemExceptionInfo info;
+        UINT wrongArgument = 0;
+        const HRESULT status = object_->Invoke(member, IID_NULL, 0, static_cast<WORD>(kind), &parameters,
+                                               result.Get(), info.Get(), &wrongArgument);
+        if (status == DISP_E_EXCEPTION) throw info.ToException();
+        CheckOle(status);
+        return FromSystem(*result.Get());
+    }
+
+  private:
+    ComPointer<IDispatch> object_;
+};
+
+Dispatch StartServer(std::u16string_view progId) {
+    CLSID id{};
+    CheckOle(CLSIDFromProgID(ToWide(progId).c_str(), &id));
+    void* object = nullptr;
+    CheckOle(CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch, &object));
+    return WrapComObject(ComPointer<IDispatch>(static_cast<IDispatch*>(object)));
+}
+
+}  // namespace
+
+Dispatch WrapComObject(ComPointer<IDispatch> object) { return Dispatch(new ComObject(std::move(object))); }
+
+constinit Replaceable<Dispatch(std::u16string_view)> StartApplication{StartServer};
+
+}  // namespace NPlatform

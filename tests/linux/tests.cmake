@@ -1,0 +1,41 @@
+# Besides the tests for every system, those of the workbook engine, of ODBC through SQLite's driver and our own, and of
+# the command.
+find_package(GTest REQUIRED)
+find_package(EXPAT REQUIRED)
+find_library(SQLITE_ODBC_DRIVER NAMES libsqlite3odbc.so PATH_SUFFIXES odbc REQUIRED)
+include(GoogleTest)
+
+target_sources(rooms_test PRIVATE
+    linux/platform_test.cpp
+    linux/registry.cpp
+    linux/servers.cpp
+    linux/source_kinds.cpp
+    odbc_test.cpp
+    tables_test.cpp
+    workbook_application_test.cpp
+    workbook_test.cpp)
+target_link_libraries(rooms_test PRIVATE xls2tki_workbook)
+target_compile_definitions(rooms_test PRIVATE
+    XLS2TKI_TEST_ODBC_DRIVER="${SQLITE_ODBC_DRIVER}"
+    XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
+add_dependencies(rooms_test xls2tki-odbc)
+
+# The ODBC driver, from the inside and, as the driver manager loads it, from the outside.
+add_executable(odbc_driver_test odbc_driver_test.cpp)
+target_link_libraries(odbc_driver_test PRIVATE xls2tki_odbc_room xls2tki_workbook GTest::gtest_main)
+target_compile_definitions(odbc_driver_test PRIVATE XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
+add_dependencies(odbc_driver_test xls2tki-odbc)
+
+target_sources(host_test PRIVATE linux/registry.cpp linux/xml_reader_test.cpp)
+target_link_libraries(host_test PRIVATE EXPAT::EXPAT)
+
+# Some tests ask for more memory than there is; the address sanitizer then has to behave like the system.
+gtest_discover_tests(rooms_test NO_PRETTY_VALUES PROPERTIES ENVIRONMENT ASAN_OPTIONS=allocator_may_return_null=1)
+gtest_discover_tests(host_test)
+gtest_discover_tests(odbc_driver_test NO_PRETTY_VALUES)
+add_test(NAME CHost.ConvertsAndLists
+    COMMAND c_host_test ${CMAKE_CURRENT_SOURCE_DIR}/data ${CMAKE_CURRENT_BINARY_DIR} 1)
+
+if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/command/CMakeLists.txt)
+    add_subdirectory(command)
+endif()

@@ -1,0 +1,44 @@
+#!/usr/bin/python3
+"""Usage: dll_test.py FOLDER VERSION
+Checks the library as it is handed out: what it exports, what it needs, and the version that Windows shows of it."""
+
+import collections
+import pathlib
+import re
+import subprocess
+import sys
+
+FOLDER = pathlib.Path(sys.argv[1])
+VERSION = sys.argv[2]
+HEADERS = pathlib.Path(__file__).resolve().parents[2] / "api"
+TOOLS = "x86_64-w64-mingw32-"
+SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "odbc32.dll", "ole32.dll", "oleaut32.dll", "user32.dll"}
+
+
+def run(*command, **options):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
+def declared():
+    """The names of the functions of the public headers, as often as there are overloads."""
+    text = "".join(header.read_text(encoding="utf-8") for header in sorted(HEADERS.glob("xls2tki*.h")))
+    return collections.Counter(re.findall(r"^XLS2TKI_\w*EXPORT [^(;]*?(\w+)\(", text, re.MULTILINE))
+
+
+def main():
+    details = run(TOOLS + "objdump", "-p", FOLDER / "xls2tki.dll")
+    decorated = re.findall(r"^\s*\[ *\d+\] (\w+)$", details[details.index("[Ordinal/Name Pointer] Table"):], re.MULTILINE)
+    plain = run(TOOLS + "c++filt", input="\n".join(decorated)).split("\n")
+    exported = collections.Counter(re.sub(r"\(.*|.*::(?=\w+\()", "", name) for name in plain if name)
+    assert exported == declared(), f"exported: {exported}, declared: {declared()}"
+
+    needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", details)}
+    assert needed - SYSTEM == {"zologging.dll"}, f"needed: {needed}"
+
+    for name in ("xls2tki.dll", "xls2tki.exe"):
+        shown = (FOLDER / name).read_bytes()
+        for entry in (("FileVersion", VERSION), ("OriginalFilename", name)):
+            assert "\0".join(entry).encode("utf-16-le") in shown.replace(b"\0\0\0\0", b"\0\0"), (name, entry)
+
+
+main()

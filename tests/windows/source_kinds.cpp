@@ -1,0 +1,7 @@
+#include "tests/source_kind.h"
+
+namespace NTest {
+
+std::vector<SourceKind> SystemsSourceKinds() { return {}; }
+
+}  // namespace NTest
