@@ -30,6 +30,14 @@ void RefuseInputAsOutput(const Options& options) {
     }
 }
 
+// The library puts the name among a driver's settings as it is: it could end there, and name another file.
+void RefuseNameAmongSettings(const Options& options) {
+    const std::string name = ToBytes(options.input);
+    if (name.find(';') == std::string::npos && !name.starts_with('{')) return;
+    throw Failure("An ODBC driver would take " + NameOf(options.input) +
+                  " for something else: rename the file, without a semicolon and a brace at the beginning.");
+}
+
 // Shows no more than a user reads, however many and long the names of a hostile workbook are.
 [[noreturn]] void RefuseWorksheet(const Options& options, const std::vector<WideString>& names) {
     constexpr std::size_t kMostNames = 20;
@@ -74,6 +82,7 @@ void ListWorksheets(const Options& options) {
 
 void Convert(const Options& options) {
     RefuseInputAsOutput(options);
+    if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
     PrepareLibrary();
     CheckWorksheet(options);
     Output output(options.output);

@@ -75,6 +75,7 @@ std::u16string Read(Table& table, const char16_t* path = u"table.xlsx") {
 TEST_F(Odbc, ChoosesTheDriver) {
     driverManager.MakeTables({u"CREATE TABLE DTC(a, b)"});
     const std::string x(900, 'x');
+    const std::string umlauts = NTest::ReplaceAll(x.substr(0, 450), "x", "\xC3\xA4");
     const std::u16string noDriver = u"No Excel ODBC driver found";
     const std::pair<std::vector<std::string>, std::u16string> rows[] = {
         {{}, noDriver},
@@ -85,6 +86,7 @@ TEST_F(Odbc, ChoosesTheDriver) {
         // The list of drivers is searched up to 2000 characters.
         {{x, x + x.substr(0, 88), std::string(100, 'y'), "An Excel"}, u""},
         {{x, x + x.substr(0, 88), std::string(101, 'y'), "An Excel"}, noDriver},
+        {{umlauts + "1", umlauts + "2", umlauts + "3", "An Excel"}, u""},
     };
     for (const auto& [drivers, message] : rows) {
         driverManager.Install(drivers);

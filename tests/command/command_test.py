@@ -321,6 +321,14 @@ def other_program(environment, *arguments, **options):
     return result.stdout + result.stderr
 
 
+def test_names_among_settings():
+    for name in "in.csv;v=2", "{in.csv}":
+        with folder(WORKBOOK) as environment:
+            os.link("in.csv", name)
+            result = run(f"-o {name} out.xml", environment)
+            check(name, (1, True, OLD), (result.returncode, b"would take" in result.stderr, Path("out.xml").read_bytes()))
+
+
 def test_other_programs_through_odbc():
     with folder(WORKBOOK) as environment:
         connect = "DRIVER={xls2tki Excel Driver (*.xlsx, *.xlsm)};DBQ=in.csv"
