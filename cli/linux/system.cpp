@@ -21,7 +21,8 @@ void RemoveFile(const char* path) { std::remove(path); }
 // Opened files take the lowest free numbers, and these stay open; writing to them fails. Those that were not
 // needed do no harm.
 StandardStreams::StandardStreams() {
-    for (int stream = 0; stream < 3; ++stream) static_cast<void>(std::fopen("/dev/null", "r"));
+    int streams = 3;
+    while (streams > 0 && std::fopen("/dev/null", "r") != nullptr) --streams;
 }
 
 StandardStreams::~StandardStreams() { static_cast<void>(consoleCodePage_); }
