@@ -34,8 +34,10 @@ FileHandle OpenFile(std::u16string_view path, DWORD access, DWORD creation) {
 FileHandle OpenRegularFile(std::u16string_view path, std::uint64_t& size) {
     FileHandle file = OpenFile(path, GENERIC_READ, OPEN_EXISTING);  // which opens no folders
     LARGE_INTEGER bytes{};
-    const bool isRegular =
-        file.IsOpen() && GetFileType(file.Get()) == FILE_TYPE_DISK && GetFileSizeEx(file.Get(), &bytes) != 0;
+    // The type alone does not tell: a device may pass for a file on a disk.
+    const bool isDevice = FullPath(path).starts_with(L"\\\\.\\");
+    const bool isRegular = file.IsOpen() && !isDevice && GetFileType(file.Get()) == FILE_TYPE_DISK &&
+                           GetFileSizeEx(file.Get(), &bytes) != 0;
     if (!isRegular) file.Close();
     size = static_cast<std::uint64_t>(bytes.QuadPart);
     return file;
