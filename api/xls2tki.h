@@ -69,7 +69,9 @@ XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 // a conversion that returns false leaves the output as it was. Whether the output could be created and
 // written is not part of the result: look at the file.
 //
-//   inputPath           the workbook or CSV file
+//   inputPath           the workbook or CSV file; with ODBC a name without ';' that does not begin with '{':
+//                       it becomes part of a connect string as it is, where such a name could stand for
+//                       another file, and even for another driver to load
 //   worksheetName       the worksheet of an Excel workbook, as GetExcelWorksheets lists it; empty: the first;
 //                       CSV, ODBC and Excel 2003 ignore it
 //   outputPath          the import document: UTF-8, lines ended by CR LF; created, or emptied if it exists

@@ -30,10 +30,12 @@ void RefuseInputAsOutput(const Options& options) {
     }
 }
 
-// The library puts the name among a driver's settings as it is: it could end there, and name another file.
+// The library puts the name among the settings for the driver manager as it is: it could be read as another
+// file, and even as another driver to load.
 void RefuseNameAmongSettings(const Options& options) {
     const std::string name = ToBytes(options.input);
-    if (name.find(';') == std::string::npos && !name.starts_with('{')) return;
+    const std::size_t begin = std::min(name.find_first_not_of(" \t"), name.size());
+    if (name.find(';') == std::string::npos && name.substr(begin, 1) != "{") return;
     throw Failure("An ODBC driver would take " + NameOf(options.input) +
                   " for something else: rename the file, without a semicolon and a brace at the beginning.");
 }

@@ -133,17 +133,16 @@ const char16_t* Recordset::ColumnName(std::int16_t column) {
 }
 
 const char16_t* Recordset::Value(std::int16_t column) {
-    std::size_t size = 0;
-    while (FetchPiece(column, size)) {
+    Fetched fetched;
+    while (FetchPiece(column, fetched)) {
     }
     return text_.Data();
 }
 
-// Puts the next piece of the value behind the `size` units that are there. False: there was nothing behind
-// it.
-bool Recordset::FetchPiece(std::int16_t column, std::size_t& size) {
-    const std::size_t room = text_.Size() - size;
-    char16_t* const piece = text_.Data() + size;
+// Puts the next piece of the value behind what is there. False: nothing is behind it.
+bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
+    const std::size_t room = text_.Size() - fetched.size;
+    char16_t* const piece = text_.Data() + fetched.size;
     *piece = 0;
     SQLLEN length = 0;  // of all that is left, in bytes
     const SQLRETURN result =
@@ -155,14 +154,20 @@ bool Recordset::FetchPiece(std::int16_t column, std::size_t& size) {
     const bool isCut = isCounted ? length >= Bytes(room) : result == SQL_SUCCESS_WITH_INFO;
     const std::size_t left =
         isCounted ? static_cast<std::size_t>(length) / sizeof(char16_t) : std::u16string_view(piece).size();
-    if (size + left > kLongestValue) {
+    if (fetched.size + left > kLongestValue) {
         RefuseText(Format(64, u"The value in column %d", {column + 1}), kLongestValue);
     }
+    if (isCounted && fetched.left &&
+        left != *fetched.left) {  // the NUL before this piece was the value's own
+        *piece = 0;
+        return false;
+    }
     if (!isCut) return false;
-    const bool keepsPair =
-        piece[room - 2] == 0;  // one unit is left free rather than a surrogate pair divided
-    text_.Grow(std::max(size + left + 1, 2 * text_.Size()));
-    size += room - (keepsPair ? 2 : 1);
+    // One unit is left free rather than a surrogate pair divided.
+    const std::size_t size = room - (piece[room - 2] == 0 ? 2 : 1);
+    text_.Grow(std::max(fetched.size + left + 1, 2 * text_.Size()));
+    fetched.size += size;
+    if (isCounted) fetched.left = left - size;
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -89,7 +90,13 @@ class Recordset {
     void MoveNext();
 
   private:
-    bool FetchPiece(std::int16_t column, std::size_t& size);
+    // How much of a value is there, and how much is left where the driver counts; in units.
+    struct Fetched {
+        std::size_t size = 0;
+        std::optional<std::size_t> left;
+    };
+
+    bool FetchPiece(std::int16_t column, Fetched& fetched);
 
     std::unique_ptr<void, FreeStatement> statement_;
     std::int16_t columnCount_ = 0;

@@ -5,6 +5,7 @@
 #include "sources/odbc_heap.h"
 #include "sources/parser_exception.h"
 #include "tests/driver_manager.h"
+#include "tests/made_workbook.h"
 #include "tests/rooms.h"
 
 // These tests go through the real driver manager to a foreign driver, that of SQLite. It knows no workbooks:
@@ -129,6 +130,24 @@ TEST_F(Odbc, ReadsTheTable) {
         Table table;
         EXPECT_EQ(Read(table), message);
         EXPECT_TRUE(table == expected) << (statements.empty() ? "" : Utf8(statements.back()));
+    }
+}
+
+// Also where a piece of the value ends with it, as it does before a surrogate pair.
+TEST_F(Odbc, EndsAValueAtItsNul) {
+    const NTest::TempFolder folder;
+    for (const std::size_t size : {32'764, 32'765, 32'766, 98'300}) {
+        const std::string text = NTest::Repeat("x", size) + "_x0000_" + NTest::Repeat("y", 70'000);
+        const std::u16string path =
+            NTest::Zip(folder, NTest::Small({{"s.xml", NTest::Sheet("<row><c><v>1</v></c></row><row><c "
+                                                                    "t='inlineStr'><is><t>" +
+                                                                    text + "</t></is></c></row>")}}));
+        NPlatform::Database database;
+        database.Open(std::filesystem::path("DRIVER=" XLS2TKI_TEST_OWN_ODBC_DRIVER ";DBQ=").u16string() +
+                      path);
+        NPlatform::Recordset records(database);
+        records.Open(u"SELECT * FROM S");
+        EXPECT_EQ(std::u16string_view(records.Value(0)), std::u16string(size, u'x'));
     }
 }
 
