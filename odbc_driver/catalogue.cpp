@@ -70,16 +70,15 @@ std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesReques
 }
 
 Row DescribeColumn(TableResult& table, std::size_t column) {
-    const SQLULEN size = ColumnSize(table, column);
     const std::u16string type = ToText(SQL_WVARCHAR);
-    const std::u16string bytes = ToText(size * sizeof(char16_t));
+    const std::u16string bytes = ToText(OctetLength(table, column));
     return {kNull,
             kNull,
             std::u16string(table.TableName()),
             std::u16string(table.ColumnName(column)),
             type,
             std::u16string(kTextTypeName),
-            ToText(size),
+            ToText(ColumnSize(table, column)),
             bytes,
             kNull,
             kNull,

@@ -1,5 +1,7 @@
 #include "odbc_driver/column_attributes.h"
 
+#include <algorithm>
+
 #include "odbc_driver/diagnostics.h"
 
 namespace NOdbcDriver {
@@ -16,21 +18,25 @@ std::u16string_view TypeName(SQLSMALLINT type) {
     return type == SQL_SMALLINT ? u"SMALLINT" : u"INTEGER";
 }
 
-SQLLEN OctetLength(Result& result, std::size_t column) {
-    if (IsText(result, column)) return static_cast<SQLLEN>(ColumnSize(result, column) * sizeof(char16_t));
-    return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
-}
-
-// A number is shown with its sign.
+// A number is shown with its sign. Programs that show texts as narrow ones take this for their bytes.
 SQLLEN DisplaySize(Result& result, std::size_t column) {
-    return static_cast<SQLLEN>(ColumnSize(result, column) + (IsText(result, column) ? 0 : 1));
+    if (IsText(result, column)) return static_cast<SQLLEN>(result.WidthOf(column).utf8Bytes);
+    return static_cast<SQLLEN>(ColumnSize(result, column) + 1);
 }
 
 }  // namespace
 
 SQLULEN ColumnSize(Result& result, std::size_t column) {
-    if (IsText(result, column)) return result.Width(column);
+    if (IsText(result, column)) return result.WidthOf(column).units;
     return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
+}
+
+SQLLEN OctetLength(Result& result, std::size_t column) {
+    if (IsText(result, column)) {
+        const Result::Width& width = result.WidthOf(column);
+        return static_cast<SQLLEN>(std::max(width.units * sizeof(char16_t), width.utf8Bytes));
+    }
+    return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
 }
 
 SQLSMALLINT DefaultCType(SQLSMALLINT columnType) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <thread>
 
+#include "odbc_driver/column_attributes.h"
 #include "odbc_driver/connect_string.h"
 #include "odbc_driver/diagnostics.h"
 #include "odbc_driver/name_pattern.h"
@@ -166,6 +167,25 @@ TEST(OdbcDriver, ReadsNumbers) {
         {u"1", SQL_C_TYPE_DATE, "07006"},
     };
     for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
+}
+
+TEST(OdbcDriver, TellsHowLongTextsAre) {
+    struct {
+        std::u16string one, other;
+        SQLLEN size, displaySize, bytes;
+    } const rows[] = {
+        {u"", u"", 1, 1, 2},     {u"ab", u"c", 2, 2, 4}, {u"ÄÖÜ", u"abcd", 4, 6, 8},
+        {u"€€", u"ab", 2, 6, 6}, {u"😀", u"a", 2, 4, 4},  {u"\xDE00\xD83D", u"\xD83D", 2, 6, 6},
+    };
+    for (const auto& row : rows) {
+        RowsResult result({{u"A"}}, {{row.one}, {std::nullopt}, {row.other}});
+        const auto attribute = [&result](SQLSMALLINT number) {
+            return std::get<SQLLEN>(GetColumnAttribute(result, 0, number));
+        };
+        EXPECT_EQ(attribute(SQL_DESC_LENGTH), row.size) << Utf8(row.one);
+        EXPECT_EQ(attribute(SQL_DESC_DISPLAY_SIZE), row.displaySize) << Utf8(row.one);
+        EXPECT_EQ(attribute(SQL_DESC_OCTET_LENGTH), row.bytes) << Utf8(row.one);
+    }
 }
 
 // A program that reads a workbook through the driver manager.
