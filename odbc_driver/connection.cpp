@@ -35,7 +35,7 @@ std::u16string_view NameOfNoWorkbook(std::u16string_view dataSource) {
 
 }  // namespace
 
-Connection::Connection() : Handle(ownMutex_) {}
+Connection::Connection() : Handle(kKind, ownMutex_) {}
 Connection::~Connection() = default;
 
 std::u16string Connection::Connect(std::u16string_view connectString) {

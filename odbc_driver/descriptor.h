@@ -25,7 +25,9 @@ struct Binding {
 // matters.
 class Descriptor : public Handle {
   public:
-    using Handle::Handle;
+    static constexpr HandleKind kKind = HandleKind::Descriptor;
+
+    explicit Descriptor(std::mutex& mutex) : Handle(kKind, mutex) {}
 
     // `column` counts from 1; number 0 names the header. Throws OdbcError: HY091 for a field there is not,
     // 07009 for a column that is not bound.

@@ -30,7 +30,7 @@ void TellLoss(Transferred transferred, Diagnostics& diagnostics, std::size_t row
 }  // namespace
 
 Statement::Statement(Connection& connection)
-    : Handle(connection.Mutex()),
+    : Handle(kKind, connection.Mutex()),
       applicationRows(connection.Mutex()),
       implementationRows(connection.Mutex()),
       applicationParameters(connection.Mutex()),

@@ -21,6 +21,8 @@ struct RowSet {
 
 class Statement : public Handle {
   public:
+    static constexpr HandleKind kKind = HandleKind::Statement;
+
     explicit Statement(Connection& connection);
 
     [[nodiscard]] Connection& Owner() const { return connection_; }

@@ -123,7 +123,9 @@ SQLRETURN SQL_API SQLCloseCursor(SQLHSTMT handle) {
 }
 
 // A call never waits for anything, so there is none to cancel.
-SQLRETURN SQL_API SQLCancel(SQLHSTMT handle) { return handle == nullptr ? SQL_INVALID_HANDLE : SQL_SUCCESS; }
+SQLRETURN SQL_API SQLCancel(SQLHSTMT handle) {
+    return FindObject<Statement>(handle) == nullptr ? SQL_INVALID_HANDLE : SQL_SUCCESS;
+}
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle) {
     return EnterStatement(handle, [](Statement& statement) -> SQLRETURN {

@@ -490,6 +490,13 @@ TEST_F(OdbcDriverManager, IsNotNeeded) {
     SQLHANDLE environment = nullptr, connection = nullptr, statement = nullptr;
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, nullptr, &connection), SQL_INVALID_HANDLE);
     EXPECT_EQ(CALL(SQLFetch)(nullptr), SQL_INVALID_HANDLE);
+    alignas(std::max_align_t) char foreign[4] = "abc";
+    for (const int number : {SQL_HANDLE_ENV, SQL_HANDLE_DBC, SQL_HANDLE_STMT, SQL_HANDLE_DESC}) {
+        const auto kind = static_cast<SQLSMALLINT>(number);
+        EXPECT_EQ(CALL(SQLFreeHandle)(kind, foreign), SQL_INVALID_HANDLE);
+        EXPECT_EQ(CALL(SQLGetDiagRecW)(kind, foreign, 1, nullptr, nullptr, nullptr, 0, nullptr),
+                  SQL_INVALID_HANDLE);
+    }
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_ENV, nullptr, &environment), SQL_SUCCESS);
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, environment, &connection), SQL_SUCCESS);
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_STMT, connection, &statement), SQL_ERROR);
