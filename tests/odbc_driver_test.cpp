@@ -459,6 +459,41 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
     EXPECT_EQ(program.Rows(4), "VARCHAR|-9|32767\n");
 }
 
+TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
+    const std::string speaker = "01000 [xls2tki][Excel Driver]";
+    std::string names;
+    for (int number = 100; number <= 200; ++number) {
+        names += "<definedName name='N" + std::to_string(number) + "'>S!$1:$1</definedName>";
+    }
+    NTest::Parts parts =
+        NTest::Small({{"s.xml", NTest::Sheet("<row>" + NTest::Repeat("<c><v>1</v></c>", 1000) + "</row>")},
+                      {"t.xml", NTest::Sheet("<row>")}});
+    parts["w.xml"] =
+        NTest::ReplaceAll(parts["w.xml"], "</sheets>",
+                          "<sheet name='M' r:id='b'/></sheets><definedNames>" + names + "</definedNames>");
+    parts["_rels/w.xml.rels"] = NTest::ReplaceAll(parts["_rels/w.xml.rels"], "</",
+                                                  "<Relationship Id='b' Type='worksheet' Target='t.xml'/></");
+    workbook_ = Zip(folder_, parts);
+    Program program;
+    Open(program, u"SELECT * FROM S");
+    SQLCloseCursor(program.statement);
+    const auto list = [&program](std::u16string table) {
+        return SQLColumnsW(program.statement, nullptr, 0, nullptr, 0, Program::Units(table), SQL_NTS, nullptr,
+                           0);
+    };
+    EXPECT_EQ(list(u"%"), SQL_SUCCESS_WITH_INFO);
+    const std::string told = program.Told();
+    EXPECT_EQ(told.substr(0, told.find(" '")), speaker + "Table M$ is left out:");
+    EXPECT_EQ(
+        told.substr(told.find('\n') + 1),
+        speaker +
+            "There are too many columns: those of table N200 and of the tables behind it are left out.");
+    EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
+    SQLCloseCursor(program.statement);
+    EXPECT_EQ(list(u"M$"), SQL_ERROR);
+    EXPECT_EQ(list(u"N1__"), SQL_SUCCESS) << program.Told();
+}
+
 // Threading=0: the driver manager lets them in at the same time.
 TEST_F(OdbcDriverManager, ServesManyThreads) {
     Program shared;
