@@ -32,7 +32,7 @@ void TellLoss(Transferred transferred, Diagnostics& diagnostics, std::size_t row
 Statement::Statement(Connection& connection)
     : Handle(kKind, connection.Mutex()),
       applicationRows(connection.Mutex()),
-      implementationRows(connection.Mutex()),
+      implementationRows(connection.Mutex(), &result_),
       applicationParameters(connection.Mutex()),
       implementationParameters(connection.Mutex()),
       metadataId(connection.metadataId),

@@ -154,9 +154,9 @@ SQLRETURN SQL_API SQLSetDescFieldW(SQLHDESC handle, SQLSMALLINT column, SQLSMALL
 }
 
 SQLRETURN SQL_API SQLGetDescFieldW(SQLHDESC handle, SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value,
-                                   SQLINTEGER, SQLINTEGER*) {
-    return Enter<Descriptor>(handle,
-                             [=](Descriptor& descriptor) { descriptor.GetField(column, field, value); });
+                                   SQLINTEGER capacity, SQLINTEGER* length) {
+    return Enter<Descriptor>(
+        handle, [=](Descriptor& descriptor) { descriptor.GetField(column, field, value, capacity, length); });
 }
 
 }  // extern "C"

@@ -337,6 +337,7 @@ TEST_F(OdbcDriverManager, FetchesInPieces) {
         {SQL_C_WCHAR, 8, "2:10 3:6 "}, {SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
         {SQL_C_CHAR, 9, "8:8 "},       {SQL_C_CHAR, 8, "7:8 1:1 "},
         {SQL_C_CHAR, 7, "3:8 5:5 "},   {SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+        {SQL_C_BINARY, 10, "10:10 "},  {SQL_C_BINARY, 3, "3:10 3:7 3:4 1:1 "},
     };
     Program program;
     Open(program);
@@ -348,11 +349,13 @@ TEST_F(OdbcDriverManager, FetchesInPieces) {
         SQLLEN length = 0;
         SQLGetData(program.statement, 2, SQL_C_SLONG, room, 0, &length);  // so that the other begins anew
         while (SQLGetData(program.statement, 1, row.type, room, row.capacity, &length) != SQL_NO_DATA) {
+            const bool isBinary = row.type == SQL_C_BINARY;
             const std::size_t units =
-                isNarrow ? std::strlen(room)
-                         : std::char_traits<char16_t>::length(reinterpret_cast<char16_t*>(room));
+                isBinary   ? static_cast<std::size_t>(std::min(length, row.capacity))
+                : isNarrow ? std::strlen(room)
+                           : std::char_traits<char16_t>::length(reinterpret_cast<char16_t*>(room));
             pieces += std::to_string(units) + ":" + std::to_string(length) + " ";
-            bytes.append(room, units * (isNarrow ? 1 : 2));
+            bytes.append(room, units * (isNarrow || isBinary ? 1 : 2));
             ASSERT_LT(pieces.size(), 100U);
         }
         EXPECT_EQ(pieces, row.pieces);
@@ -494,6 +497,31 @@ TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     EXPECT_EQ(list(u"N1__"), SQL_SUCCESS) << program.Told();
 }
 
+TEST_F(OdbcDriverManager, DescribesTheRowsOfAResult) {
+    Program program;
+    Open(program);
+    SQLHANDLE descriptor = nullptr;
+    SQLGetStmtAttrW(program.statement, SQL_ATTR_IMP_ROW_DESC, &descriptor, 0, nullptr);
+    const auto number = [descriptor](SQLSMALLINT column, SQLSMALLINT field, auto value) {
+        EXPECT_EQ(SQLGetDescFieldW(descriptor, column, field, &value, 0, nullptr), SQL_SUCCESS) << field;
+        return value;
+    };
+    const auto told = [descriptor] { return Program::Told(SQL_HANDLE_DESC, descriptor).substr(0, 5); };
+    EXPECT_EQ(number(0, SQL_DESC_COUNT, SQLSMALLINT{}), 2);
+    EXPECT_EQ(number(2, SQL_DESC_CONCISE_TYPE, SQLSMALLINT{}), SQL_WVARCHAR);
+    EXPECT_EQ(number(2, SQL_DESC_CASE_SENSITIVE, SQLINTEGER{}), SQL_TRUE);
+    EXPECT_EQ(number(2, SQL_DESC_LENGTH, SQLULEN{}), 3U);
+    char16_t name[2] = {};
+    SQLINTEGER length = 0;
+    EXPECT_EQ(SQLGetDescFieldW(descriptor, 2, SQL_DESC_NAME, name, sizeof name, &length), SQL_SUCCESS);
+    EXPECT_EQ(std::u16string(name), u"B");
+    EXPECT_EQ(length, 2);
+    EXPECT_EQ(SQLGetDescFieldW(descriptor, 3, SQL_DESC_NAME, name, sizeof name, &length), SQL_ERROR);
+    EXPECT_EQ(told(), "07009");
+    EXPECT_EQ(SQLSetDescFieldW(descriptor, 1, SQL_DESC_TYPE, nullptr, 0), SQL_ERROR);
+    EXPECT_EQ(told(), "HY016");
+}
+
 // Threading=0: the driver manager lets them in at the same time.
 TEST_F(OdbcDriverManager, ServesManyThreads) {
     Program shared;
@@ -552,6 +580,11 @@ TEST_F(OdbcDriverManager, IsNotNeeded) {
     EXPECT_EQ(state(), "HY010");
     EXPECT_EQ(CALL(SQLNumResultCols)(statement, &count), SQL_ERROR);
     EXPECT_EQ(state(), "HY010");
+    SQLHANDLE rows = nullptr;
+    EXPECT_EQ(CALL(SQLGetStmtAttrW)(statement, SQL_ATTR_IMP_ROW_DESC, &rows, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 0, SQL_DESC_COUNT, &count, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 1, SQL_DESC_TYPE, &count, 0, nullptr), SQL_ERROR);
     EXPECT_EQ(CALL(SQLFetch)(statement), SQL_ERROR);
     EXPECT_EQ(state(), "24000");
     text = u"SELECT * FROM DTC";
