@@ -182,9 +182,9 @@ TEST(OdbcDriver, TellsHowLongTextsAre) {
         const auto attribute = [&result](SQLSMALLINT number) {
             return std::get<SQLLEN>(GetColumnAttribute(result, 0, number));
         };
-        EXPECT_EQ(attribute(SQL_DESC_LENGTH), row.size) << Utf8(row.one);
-        EXPECT_EQ(attribute(SQL_DESC_DISPLAY_SIZE), row.displaySize) << Utf8(row.one);
-        EXPECT_EQ(attribute(SQL_DESC_OCTET_LENGTH), row.bytes) << Utf8(row.one);
+        EXPECT_EQ(attribute(SQL_DESC_LENGTH), row.size);
+        EXPECT_EQ(attribute(SQL_DESC_DISPLAY_SIZE), row.displaySize);
+        EXPECT_EQ(attribute(SQL_DESC_OCTET_LENGTH), row.bytes);
     }
 }
 
@@ -507,10 +507,10 @@ TEST_F(OdbcDriverManager, DescribesTheRowsOfAResult) {
         return value;
     };
     const auto told = [descriptor] { return Program::Told(SQL_HANDLE_DESC, descriptor).substr(0, 5); };
-    EXPECT_EQ(number(0, SQL_DESC_COUNT, SQLSMALLINT{}), 2);
-    EXPECT_EQ(number(2, SQL_DESC_CONCISE_TYPE, SQLSMALLINT{}), SQL_WVARCHAR);
-    EXPECT_EQ(number(2, SQL_DESC_CASE_SENSITIVE, SQLINTEGER{}), SQL_TRUE);
-    EXPECT_EQ(number(2, SQL_DESC_LENGTH, SQLULEN{}), 3U);
+    EXPECT_EQ(number(0, SQL_DESC_COUNT, SQLSMALLINT{-1}), 2);
+    EXPECT_EQ(number(2, SQL_DESC_CONCISE_TYPE, SQLSMALLINT{-1}), SQL_WVARCHAR);
+    EXPECT_EQ(number(2, SQL_DESC_CASE_SENSITIVE, SQLINTEGER{-1}), SQL_TRUE);
+    EXPECT_EQ(number(2, SQL_DESC_LENGTH, ~SQLULEN{0}), 3U);
     char16_t name[2] = {};
     SQLINTEGER length = 0;
     EXPECT_EQ(SQLGetDescFieldW(descriptor, 2, SQL_DESC_NAME, name, sizeof name, &length), SQL_SUCCESS);
