@@ -95,7 +95,7 @@ Row DescribeColumn(TableResult& table, std::size_t column) {
 
 // How much listing columns may take, so that no workbook with thousands of large tables takes hours: in cells
 // to look at.
-constexpr std::size_t kMostWork = 100'000'000;
+constexpr std::size_t kMostWork = 50'000'000;
 constexpr std::size_t kWorkOfColumn = 1000;
 constexpr std::size_t kWorkOfFailure = 100'000;
 

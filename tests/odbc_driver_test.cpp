@@ -465,7 +465,7 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
 TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     const std::string speaker = "01000 [xls2tki][Excel Driver]";
     std::string names;
-    for (int number = 100; number <= 200; ++number) {
+    for (int number = 100; number <= 150; ++number) {
         names += "<definedName name='N" + std::to_string(number) + "'>S!$1:$1</definedName>";
     }
     NTest::Parts parts =
@@ -490,11 +490,11 @@ TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     EXPECT_EQ(
         told.substr(told.find('\n') + 1),
         speaker +
-            "There are too many columns: those of table N200 and of the tables behind it are left out.");
+            "There are too many columns: those of table N150 and of the tables behind it are left out.");
     EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
     SQLCloseCursor(program.statement);
     EXPECT_EQ(list(u"M$"), SQL_ERROR);
-    EXPECT_EQ(list(u"N1__"), SQL_SUCCESS) << program.Told();
+    EXPECT_EQ(list(u"N14_"), SQL_SUCCESS) << program.Told();
 }
 
 TEST_F(OdbcDriverManager, DescribesTheRowsOfAResult) {
