@@ -139,7 +139,8 @@ const char16_t* Recordset::Value(std::int16_t column) {
     return text_.Data();
 }
 
-// Puts the next piece of the value behind the `size` units that are there. False: nothing is left behind it.
+// Puts the next piece of the value behind the `size` units that are there. False: there was nothing behind
+// it.
 bool Recordset::FetchPiece(std::int16_t column, std::size_t& size) {
     const std::size_t room = text_.Size() - size;
     char16_t* const piece = text_.Data() + size;
@@ -158,8 +159,8 @@ bool Recordset::FetchPiece(std::int16_t column, std::size_t& size) {
         RefuseText(Format(64, u"The value in column %d", {column + 1}), kLongestValue);
     }
     if (!isCut) return false;
-    // One unit is left free rather than a surrogate pair divided.
-    const bool keepsPair = piece[room - 2] == 0;
+    const bool keepsPair =
+        piece[room - 2] == 0;  // one unit is left free rather than a surrogate pair divided
     text_.Grow(std::max(size + left + 1, 2 * text_.Size()));
     size += room - (keepsPair ? 2 : 1);
     return true;
