@@ -4,19 +4,18 @@
 #include <algorithm>
 #include <string_view>
 
+#include "workbook/ascii_case.h"
+
 namespace NOdbcDriver {
 
 inline constexpr std::u16string_view kBlanks = u" \t\r\n\f\v";
 
 inline bool IsBlank(char16_t unit) { return kBlanks.find(unit) != std::u16string_view::npos; }
 
-inline char16_t ToUpper(char16_t unit) {
-    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
-
 inline bool EqualsIgnoringCase(std::u16string_view a, std::u16string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char16_t x, char16_t y) { return ToUpper(x) == ToUpper(y); });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char16_t x, char16_t y) {
+        return NWorkbook::WithoutCase(x) == NWorkbook::WithoutCase(y);
+    });
 }
 
 // Without the blanks at both ends.

@@ -4,6 +4,7 @@
 
 #include "odbc_driver/ascii.h"
 #include "odbc_driver/column_attributes.h"
+#include "platform/format.h"
 
 namespace NOdbcDriver {
 
@@ -70,16 +71,15 @@ std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesReques
 }
 
 Row DescribeColumn(TableResult& table, std::size_t column) {
-    const SQLULEN size = ColumnSize(table, column);
     const std::u16string type = ToText(SQL_WVARCHAR);
-    const std::u16string bytes = ToText(size * sizeof(char16_t));
+    const std::u16string bytes = ToText(OctetLength(table, column));
     return {kNull,
             kNull,
             std::u16string(table.TableName()),
             std::u16string(table.ColumnName(column)),
             type,
             std::u16string(kTextTypeName),
-            ToText(size),
+            ToText(ColumnSize(table, column)),
             bytes,
             kNull,
             kNull,
@@ -91,6 +91,55 @@ Row DescribeColumn(TableResult& table, std::size_t column) {
             bytes,
             ToText(column + 1),
             u"YES"};
+}
+
+// How much listing columns may take, so that no workbook with thousands of large tables takes hours: in cells
+// to look at.
+constexpr std::size_t kMostWork = 50'000'000;
+constexpr std::size_t kWorkOfColumn = 1000;
+constexpr std::size_t kWorkOfFailure = 100'000;
+
+void DescribeColumns(TableResult& table, const NamePattern& pattern, std::vector<Row>& rows) {
+    for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
+        if (pattern.Fits(table.ColumnName(column))) rows.push_back(DescribeColumn(table, column));
+    }
+}
+
+std::u16string TellLeftOut(std::u16string_view pattern, std::u16string_view table) {
+    return NPlatform::Format(400, pattern, {NPlatform::Cut(table, 300)});
+}
+
+std::vector<Row> FindColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
+                             Diagnostics& diagnostics) {
+    std::vector<Row> rows;
+    std::vector<std::pair<std::u16string, NWorkbook::WorkbookError>> failures;  // of tables
+    std::u16string firstUnseen;
+    std::size_t work = 0;
+    for (const std::u16string& name : SortedNames(book)) {
+        if (!request.table.Fits(name)) continue;
+        if (work >= kMostWork) {
+            firstUnseen = name;
+            break;
+        }
+        try {
+            TableResult table(name, book.Find(name));
+            work += table.ColumnCount() * (table.RowCount() + kWorkOfColumn);
+            DescribeColumns(table, request.column, rows);
+        } catch (const NWorkbook::WorkbookError& error) {
+            work += kWorkOfFailure;
+            failures.emplace_back(name, error);
+        }
+    }
+    if (rows.empty() && !failures.empty()) throw NWorkbook::WorkbookError(failures.front().second);
+    for (const auto& [table, error] : failures) {
+        diagnostics.Add({u"01000", TellLeftOut(u"Table %s is left out: ", table) + error.Message()});
+    }
+    if (!firstUnseen.empty()) {
+        diagnostics.Add({u"01000", TellLeftOut(u"There are too many columns: those of table %s and of the "
+                                               u"tables behind it are left out.",
+                                               firstUnseen)});
+    }
+    return rows;
 }
 
 }  // namespace
@@ -107,7 +156,8 @@ std::unique_ptr<Result> ListTables(const NWorkbook::TableBook& book, const Table
     return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
 }
 
-std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request) {
+std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
+                                    Diagnostics& diagnostics) {
     Columns columns = {{u"TABLE_CAT"},
                        {u"TABLE_SCHEM"},
                        {u"TABLE_NAME"},
@@ -128,15 +178,7 @@ std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsReq
                        {u"IS_NULLABLE"}};
     std::vector<Row> rows;
     if (IncludesNameless(request.catalogue) && IncludesNameless(request.schema)) {
-        for (const std::u16string& name : SortedNames(book)) {
-            if (!request.table.Fits(name)) continue;
-            TableResult table(name, book.Find(name));
-            for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
-                if (request.column.Fits(table.ColumnName(column))) {
-                    rows.push_back(DescribeColumn(table, column));
-                }
-            }
-        }
+        rows = FindColumns(book, request, diagnostics);
     }
     return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
 }

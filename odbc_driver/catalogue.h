@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "odbc_driver/diagnostics.h"
 #include "odbc_driver/name_pattern.h"
 #include "odbc_driver/result.h"
 
@@ -28,8 +29,11 @@ struct ColumnsRequest {
     NamePattern column;
 };
 
-// SQLColumns. Reads the tables that match. Throws WorkbookError.
-std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request);
+// SQLColumns. Reads the tables that match. One that cannot be read is left out, with a record (01000) that
+// names it; so are the last ones where it would take too long to look at all. Throws WorkbookError where
+// nothing is left to list.
+std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
+                                    Diagnostics& diagnostics);
 
 // SQLGetTypeInfo: texts are the only type.
 std::unique_ptr<Result> ListTypes(SQLSMALLINT type);

@@ -43,7 +43,7 @@ SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT 
                                         GetOptionalText(schema, schemaLength),
                                         NamePattern(GetOptionalText(table, tableLength), isName),
                                         NamePattern(GetOptionalText(column, columnLength), isName)};
-        statement.Open(ListColumns(statement.Owner().Book(), request));
+        statement.Open(ListColumns(statement.Owner().Book(), request, statement.diagnostics));
     });
 }
 

@@ -1,5 +1,7 @@
 #include "odbc_driver/column_attributes.h"
 
+#include <algorithm>
+
 #include "odbc_driver/diagnostics.h"
 
 namespace NOdbcDriver {
@@ -16,31 +18,13 @@ std::u16string_view TypeName(SQLSMALLINT type) {
     return type == SQL_SMALLINT ? u"SMALLINT" : u"INTEGER";
 }
 
-SQLLEN OctetLength(Result& result, std::size_t column) {
-    if (IsText(result, column)) return static_cast<SQLLEN>(ColumnSize(result, column) * sizeof(char16_t));
-    return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
-}
-
-// A number is shown with its sign.
+// A number is shown with its sign. Programs that show texts as narrow ones take this for their bytes.
 SQLLEN DisplaySize(Result& result, std::size_t column) {
-    return static_cast<SQLLEN>(ColumnSize(result, column) + (IsText(result, column) ? 0 : 1));
+    if (IsText(result, column)) return static_cast<SQLLEN>(result.WidthOf(column).utf8Bytes);
+    return static_cast<SQLLEN>(ColumnSize(result, column) + 1);
 }
 
-}  // namespace
-
-SQLULEN ColumnSize(Result& result, std::size_t column) {
-    if (IsText(result, column)) return result.Width(column);
-    return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
-}
-
-SQLSMALLINT DefaultCType(SQLSMALLINT columnType) {
-    if (columnType == SQL_WVARCHAR) return SQL_C_WCHAR;
-    return columnType == SQL_SMALLINT ? SQL_C_SSHORT : SQL_C_SLONG;
-}
-
-std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std::size_t column,
-                                                             SQLSMALLINT attribute) {
-    const bool isText = IsText(result, column);
+std::optional<std::u16string_view> GetText(const Result& result, std::size_t column, SQLSMALLINT attribute) {
     switch (attribute) {
         case SQL_DESC_NAME:
         case SQL_DESC_LABEL:
@@ -52,16 +36,24 @@ std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std
             return result.TableName();
         case SQL_DESC_CATALOG_NAME:
         case SQL_DESC_SCHEMA_NAME:
-            return std::u16string_view();
+            return u"";
         case SQL_DESC_TYPE_NAME:
         case SQL_DESC_LOCAL_TYPE_NAME:
             return TypeName(result.ColumnType(column));
         case SQL_DESC_LITERAL_PREFIX:
         case SQL_DESC_LITERAL_SUFFIX:
-            return std::u16string_view(isText ? u"'" : u"");
+            return IsText(result, column) ? u"'" : u"";
+        default:
+            return std::nullopt;
+    }
+}
+
+SQLLEN GetNumber(Result& result, std::size_t column, SQLSMALLINT attribute) {
+    const bool isText = IsText(result, column);
+    switch (attribute) {
         case SQL_DESC_TYPE:
         case SQL_DESC_CONCISE_TYPE:
-            return SQLLEN{result.ColumnType(column)};
+            return result.ColumnType(column);
         case SQL_DESC_LENGTH:
         case SQL_DESC_PRECISION:
         case SQL_COLUMN_LENGTH:
@@ -73,19 +65,15 @@ std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std
             return DisplaySize(result, column);
         case SQL_DESC_NULLABLE:
         case SQL_COLUMN_NULLABLE:
-            return SQLLEN{SQL_NULLABLE};
+            return SQL_NULLABLE;
         case SQL_DESC_CASE_SENSITIVE:
-            return SQLLEN{isText ? SQL_TRUE : SQL_FALSE};
         case SQL_DESC_UNSIGNED:
-            return SQLLEN{isText ? SQL_TRUE : SQL_FALSE};
+            return isText ? SQL_TRUE : SQL_FALSE;
         case SQL_DESC_NUM_PREC_RADIX:
-            return SQLLEN{isText ? 0 : 10};
-        case SQL_DESC_UNNAMED:
-            return SQLLEN{SQL_NAMED};
-        case SQL_DESC_SEARCHABLE:
-            return SQLLEN{SQL_PRED_NONE};
-        case SQL_DESC_UPDATABLE:
-            return SQLLEN{SQL_ATTR_READONLY};
+            return isText ? 0 : 10;
+        case SQL_DESC_UNNAMED:     // 0 is SQL_NAMED
+        case SQL_DESC_SEARCHABLE:  // SQL_PRED_NONE
+        case SQL_DESC_UPDATABLE:   // SQL_ATTR_READONLY
         case SQL_DESC_AUTO_UNIQUE_VALUE:
         case SQL_DESC_FIXED_PREC_SCALE:
         case SQL_DESC_ROWVER:
@@ -93,10 +81,36 @@ std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std
         case SQL_COLUMN_SCALE:
         case SQL_DESC_DATETIME_INTERVAL_CODE:
         case SQL_DESC_DATETIME_INTERVAL_PRECISION:
-            return SQLLEN{0};
+            return 0;
         default:
             throw OdbcError(u"HY091", u"A column has no attribute of this number.");
     }
+}
+
+}  // namespace
+
+SQLULEN ColumnSize(Result& result, std::size_t column) {
+    if (IsText(result, column)) return result.WidthOf(column).units;
+    return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
+}
+
+SQLLEN OctetLength(Result& result, std::size_t column) {
+    if (IsText(result, column)) {
+        const Result::Width& width = result.WidthOf(column);
+        return static_cast<SQLLEN>(std::max(width.units * sizeof(char16_t), width.utf8Bytes));
+    }
+    return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
+}
+
+SQLSMALLINT DefaultCType(SQLSMALLINT columnType) {
+    if (columnType == SQL_WVARCHAR) return SQL_C_WCHAR;
+    return columnType == SQL_SMALLINT ? SQL_C_SSHORT : SQL_C_SLONG;
+}
+
+std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std::size_t column,
+                                                             SQLSMALLINT attribute) {
+    if (const auto text = GetText(result, column, attribute)) return *text;
+    return GetNumber(result, column, attribute);
 }
 
 }  // namespace NOdbcDriver

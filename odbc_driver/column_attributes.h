@@ -14,8 +14,11 @@ namespace NOdbcDriver {
 std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std::size_t column,
                                                              SQLSMALLINT attribute);
 
-// The characters, or digits, that a value has at most.
+// The UTF-16 units, or digits, that a value has at most.
 SQLULEN ColumnSize(Result& result, std::size_t column);
+
+// The bytes that a value has at most: of a text in UTF-16 or in UTF-8, whichever is longer.
+SQLLEN OctetLength(Result& result, std::size_t column);
 
 // The type of a value that an application fetches as SQL_C_DEFAULT.
 SQLSMALLINT DefaultCType(SQLSMALLINT columnType);

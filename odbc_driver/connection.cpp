@@ -28,14 +28,19 @@ std::u16string_view DataSourceOf(const ConnectString& attributes) {
     return name == u"''" ? std::u16string_view() : name;
 }
 
-std::u16string_view NameOfNoWorkbook(std::u16string_view dataSource) {
-    return dataSource.empty() ? u"The connect string names no workbook: it needs DBQ=path.%s"
-                              : u"The data source %s names no workbook: it needs a line DBQ=path.";
+[[noreturn]] void RefuseNoWorkbook(std::u16string_view dataSource) {
+    if (dataSource.empty()) {
+        throw OdbcError(u"08001", u"The connect string names no workbook: it needs DBQ=path.");
+    }
+    throw OdbcError(
+        u"08001",
+        NPlatform::Format(kMessageCapacity,
+                          u"The data source %s names no workbook: it needs a line DBQ=path.", {dataSource}));
 }
 
 }  // namespace
 
-Connection::Connection() : Handle(ownMutex_) {}
+Connection::Connection() : Handle(kKind, ownMutex_) {}
 Connection::~Connection() = default;
 
 std::u16string Connection::Connect(std::u16string_view connectString) {
@@ -47,10 +52,7 @@ std::u16string Connection::Connect(std::u16string_view connectString) {
         path_ = ReadDataSource(dataSource_, u"DBQ");
         completed += (completed.ends_with(u';') ? u"DBQ=" : u";DBQ=") + QuoteValue(path_);
     }
-    if (path_.empty()) {
-        throw OdbcError(u"08001",
-                        NPlatform::Format(kMessageCapacity, NameOfNoWorkbook(dataSource_), {dataSource_}));
-    }
+    if (path_.empty()) RefuseNoWorkbook(dataSource_);
     try {
         book_ = std::make_unique<NWorkbook::TableBook>(path_);
     } catch (const NWorkbook::WorkbookError& error) {

@@ -15,6 +15,8 @@ class Statement;
 
 class Connection : public Handle {
   public:
+    static constexpr HandleKind kKind = HandleKind::Connection;
+
     Connection();
     ~Connection();
 

@@ -1,6 +1,7 @@
 #include "odbc_driver/descriptor.h"
 
 #include "odbc_driver/application_text.h"
+#include "odbc_driver/column_attributes.h"
 #include "odbc_driver/number_value.h"
 
 namespace NOdbcDriver {
@@ -20,7 +21,35 @@ SQLPOINTER Move(SQLPOINTER address, SQLLEN bytes) { return Move(static_cast<char
 // Numbers travel as pointers.
 SQLLEN ToNumber(SQLPOINTER value) { return reinterpret_cast<SQLLEN>(value); }
 
+// Each field of a descriptor has a size of its own.
+void PutFieldNumber(SQLSMALLINT field, SQLLEN number, SQLPOINTER value) {
+    switch (field) {
+        case SQL_DESC_LENGTH:
+        case SQL_DESC_OCTET_LENGTH:
+        case SQL_DESC_DISPLAY_SIZE:
+            PutNumber(number, value);
+            break;
+        case SQL_DESC_AUTO_UNIQUE_VALUE:
+        case SQL_DESC_CASE_SENSITIVE:
+        case SQL_DESC_DATETIME_INTERVAL_PRECISION:
+        case SQL_DESC_NUM_PREC_RADIX:
+            PutNumber(static_cast<SQLINTEGER>(number), value);
+            break;
+        default:
+            PutNumber(static_cast<SQLSMALLINT>(number), value);
+    }
+}
+
 }  // namespace
+
+std::size_t Descriptor::Count() const {
+    if (described_ == nullptr) return bindings_.size();
+    return *described_ == nullptr ? 0 : (*described_)->ColumnCount();
+}
+
+void Descriptor::RequireBindings() const {
+    if (described_ != nullptr) throw OdbcError(u"HY016", u"The columns of a result cannot be changed.");
+}
 
 bool Descriptor::SetHeaderField(SQLSMALLINT field, SQLPOINTER value) {
     switch (field) {
@@ -41,6 +70,7 @@ bool Descriptor::SetHeaderField(SQLSMALLINT field, SQLPOINTER value) {
             rowsProcessed = static_cast<SQLULEN*>(value);
             return true;
         case SQL_DESC_COUNT:
+            RequireBindings();
             bindings_.resize(static_cast<SQLUSMALLINT>(ToNumber(value)));
             return true;
         default:
@@ -66,7 +96,7 @@ bool Descriptor::GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const {
             PutNumber(rowsProcessed, value);
             return true;
         case SQL_DESC_COUNT:
-            PutNumber(static_cast<SQLSMALLINT>(bindings_.size()), value);
+            PutNumber(static_cast<SQLSMALLINT>(Count()), value);
             return true;
         case SQL_DESC_ALLOC_TYPE:
             PutNumber(SQLSMALLINT{SQL_DESC_ALLOC_AUTO}, value);
@@ -78,6 +108,7 @@ bool Descriptor::GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const {
 
 void Descriptor::SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) {
     if (SetHeaderField(field, value)) return;
+    RequireBindings();
     if (column <= 0) throw OdbcError(u"07009", u"Columns count from 1.");
     const auto number = static_cast<std::size_t>(column);
     if (bindings_.size() < number) bindings_.resize(number);
@@ -104,8 +135,32 @@ void Descriptor::SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER valu
     }
 }
 
-void Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const {
+void Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
+                          SQLINTEGER* length) {
     if (GetHeaderField(field, value)) return;
+    if (described_ == nullptr) {
+        GetBindingField(column, field, value);
+    } else {
+        GetResultField(column, field, value, capacity, length);
+    }
+}
+
+void Descriptor::GetResultField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
+                                SQLINTEGER* length) {
+    Result* const result = described_->get();
+    if (result == nullptr) throw OdbcError(u"HY007", u"No statement is prepared or executed.");
+    if (column <= 0 || static_cast<std::size_t>(column) > result->ColumnCount()) {
+        throw OdbcError(u"07009", u"The result has no column of this number.");
+    }
+    const auto found = GetColumnAttribute(*result, static_cast<std::size_t>(column) - 1, field);
+    if (const auto* const text = std::get_if<std::u16string_view>(&found)) {
+        diagnostics.AddIfCut(PutTextInBytes(*text, value, capacity, length));
+    } else {
+        PutFieldNumber(field, std::get<SQLLEN>(found), value);
+    }
+}
+
+void Descriptor::GetBindingField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const {
     if (column <= 0 || static_cast<std::size_t>(column) > bindings_.size()) {
         throw OdbcError(u"07009", u"Nothing is bound to this column.");
     }

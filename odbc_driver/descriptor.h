@@ -1,9 +1,11 @@
-// Descriptors: where an application wants the values of a row set.
+// Descriptors: where an application wants the values of a row set, and what these are.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "odbc_driver/handle.h"
+#include "odbc_driver/result.h"
 #include "odbc_driver/value_transfer.h"
 
 namespace NOdbcDriver {
@@ -21,16 +23,24 @@ struct Binding {
     }
 };
 
-// One of a statement's four. That of the application's rows holds the bindings; of the others only the header
+// One of a statement's four. That of the application's rows holds the bindings; that of the implementation's
+// rows tells what is known about the columns of the statement's result; of the others only the header
 // matters.
 class Descriptor : public Handle {
   public:
-    using Handle::Handle;
+    static constexpr HandleKind kKind = HandleKind::Descriptor;
+
+    // `described`, if not NULL, is where the statement has its result, as soon as there is one.
+    explicit Descriptor(std::mutex& mutex, const std::unique_ptr<Result>* described = nullptr)
+        : Handle(kKind, mutex), described_(described) {}
 
     // `column` counts from 1; number 0 names the header. Throws OdbcError: HY091 for a field there is not,
-    // 07009 for a column that is not bound.
+    // 07009 for a column that is not bound or that the result has not, HY016 where columns are only told of.
     void SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value);
-    void GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const;
+    // A text gets `capacity` bytes at most, its length counts in bytes. Also throws HY007 where there is no
+    // result to tell of.
+    void GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity = 0,
+                  SQLINTEGER* length = nullptr);
 
     // Binds the column, which counts from 1, or ends that.
     void Bind(SQLUSMALLINT column, const Binding& binding);
@@ -52,7 +62,13 @@ class Descriptor : public Handle {
   private:
     bool SetHeaderField(SQLSMALLINT field, SQLPOINTER value);
     bool GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const;
+    void GetBindingField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const;
+    void GetResultField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
+                        SQLINTEGER* length);
+    [[nodiscard]] std::size_t Count() const;
+    void RequireBindings() const;
 
+    const std::unique_ptr<Result>* described_;
     std::vector<Binding> bindings_;
 };
 

@@ -25,7 +25,7 @@ bool IsOfOdbc(std::u16string_view state) {
     return state.starts_with(u"IM") || state.substr(2, 1) == u"S" || state.substr(2, 1) == u"T";
 }
 
-SQLRETURN Cut(bool isCut) { return isCut ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS; }
+SQLRETURN ReturnCode(bool isCut) { return isCut ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS; }
 
 }  // namespace
 
@@ -62,7 +62,7 @@ SQLRETURN Diagnostics::GetRecord(SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER
     constexpr SQLSMALLINT kStateCapacity = 6;
     PutText(record->state, state, kStateCapacity, static_cast<SQLSMALLINT*>(nullptr));
     if (nativeCode != nullptr) *nativeCode = 0;
-    return Cut(PutText(MessageOf(*record), message, capacity, length));
+    return ReturnCode(PutText(MessageOf(*record), message, capacity, length));
 }
 
 SQLRETURN Diagnostics::GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
@@ -82,7 +82,7 @@ SQLRETURN Diagnostics::GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSM
             PutNumber(SQLINTEGER{SQL_DIAG_SELECT_CURSOR}, value);
             return SQL_SUCCESS;
         case SQL_DIAG_DYNAMIC_FUNCTION:
-            return Cut(PutTextInBytes(u"SELECT CURSOR", value, capacity, length));
+            return ReturnCode(PutTextInBytes(u"SELECT CURSOR", value, capacity, length));
         default:
             return SQL_ERROR;
     }
@@ -95,7 +95,7 @@ SQLRETURN Diagnostics::GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTE
     const Diagnostic* const record = Find(number);
     if (record == nullptr) return SQL_NO_DATA;
     const auto text = [=](std::u16string_view characters) {
-        return Cut(PutTextInBytes(characters, value, capacity, length));
+        return ReturnCode(PutTextInBytes(characters, value, capacity, length));
     };
     switch (field) {
         case SQL_DIAG_SQLSTATE:

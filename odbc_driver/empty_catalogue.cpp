@@ -4,26 +4,52 @@ namespace NOdbcDriver {
 
 namespace {
 
+RowsResult::Columns ColumnsOfForeignKeys() {
+    return {{u"PKTABLE_CAT"},
+            {u"PKTABLE_SCHEM"},
+            {u"PKTABLE_NAME"},
+            {u"PKCOLUMN_NAME"},
+            {u"FKTABLE_CAT"},
+            {u"FKTABLE_SCHEM"},
+            {u"FKTABLE_NAME"},
+            {u"FKCOLUMN_NAME"},
+            {u"KEY_SEQ", SQL_SMALLINT},
+            {u"UPDATE_RULE", SQL_SMALLINT},
+            {u"DELETE_RULE", SQL_SMALLINT},
+            {u"FK_NAME"},
+            {u"PK_NAME"},
+            {u"DEFERRABILITY", SQL_SMALLINT}};
+}
+
+RowsResult::Columns ColumnsOfProcedureColumns() {
+    return {{u"PROCEDURE_CAT"},
+            {u"PROCEDURE_SCHEM"},
+            {u"PROCEDURE_NAME"},
+            {u"COLUMN_NAME"},
+            {u"COLUMN_TYPE", SQL_SMALLINT},
+            {u"DATA_TYPE", SQL_SMALLINT},
+            {u"TYPE_NAME"},
+            {u"COLUMN_SIZE", SQL_INTEGER},
+            {u"BUFFER_LENGTH", SQL_INTEGER},
+            {u"DECIMAL_DIGITS", SQL_SMALLINT},
+            {u"NUM_PREC_RADIX", SQL_SMALLINT},
+            {u"NULLABLE", SQL_SMALLINT},
+            {u"REMARKS"},
+            {u"COLUMN_DEF"},
+            {u"SQL_DATA_TYPE", SQL_SMALLINT},
+            {u"SQL_DATETIME_SUB", SQL_SMALLINT},
+            {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
+            {u"ORDINAL_POSITION", SQL_INTEGER},
+            {u"IS_NULLABLE"}};
+}
+
 RowsResult::Columns ColumnsOf(Absent what) {
     switch (what) {
         case Absent::PrimaryKeys:
             return {{u"TABLE_CAT"},   {u"TABLE_SCHEM"},           {u"TABLE_NAME"},
                     {u"COLUMN_NAME"}, {u"KEY_SEQ", SQL_SMALLINT}, {u"PK_NAME"}};
         case Absent::ForeignKeys:
-            return {{u"PKTABLE_CAT"},
-                    {u"PKTABLE_SCHEM"},
-                    {u"PKTABLE_NAME"},
-                    {u"PKCOLUMN_NAME"},
-                    {u"FKTABLE_CAT"},
-                    {u"FKTABLE_SCHEM"},
-                    {u"FKTABLE_NAME"},
-                    {u"FKCOLUMN_NAME"},
-                    {u"KEY_SEQ", SQL_SMALLINT},
-                    {u"UPDATE_RULE", SQL_SMALLINT},
-                    {u"DELETE_RULE", SQL_SMALLINT},
-                    {u"FK_NAME"},
-                    {u"PK_NAME"},
-                    {u"DEFERRABILITY", SQL_SMALLINT}};
+            return ColumnsOfForeignKeys();
         case Absent::Statistics:
             return {{u"TABLE_CAT"},
                     {u"TABLE_SCHEM"},
@@ -59,25 +85,7 @@ RowsResult::Columns ColumnsOf(Absent what) {
                     {u"REMARKS"},
                     {u"PROCEDURE_TYPE", SQL_SMALLINT}};
         case Absent::ProcedureColumns:
-            return {{u"PROCEDURE_CAT"},
-                    {u"PROCEDURE_SCHEM"},
-                    {u"PROCEDURE_NAME"},
-                    {u"COLUMN_NAME"},
-                    {u"COLUMN_TYPE", SQL_SMALLINT},
-                    {u"DATA_TYPE", SQL_SMALLINT},
-                    {u"TYPE_NAME"},
-                    {u"COLUMN_SIZE", SQL_INTEGER},
-                    {u"BUFFER_LENGTH", SQL_INTEGER},
-                    {u"DECIMAL_DIGITS", SQL_SMALLINT},
-                    {u"NUM_PREC_RADIX", SQL_SMALLINT},
-                    {u"NULLABLE", SQL_SMALLINT},
-                    {u"REMARKS"},
-                    {u"COLUMN_DEF"},
-                    {u"SQL_DATA_TYPE", SQL_SMALLINT},
-                    {u"SQL_DATETIME_SUB", SQL_SMALLINT},
-                    {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
-                    {u"ORDINAL_POSITION", SQL_INTEGER},
-                    {u"IS_NULLABLE"}};
+            return ColumnsOfProcedureColumns();
     }
     return {};
 }

@@ -15,19 +15,19 @@ namespace NOdbcDriver {
 // information.
 template <typename Object, typename Call>
 SQLRETURN Enter(SQLHANDLE handle, const Call& call) noexcept {
-    if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
-    Object& object = *static_cast<Object*>(handle);
-    const std::lock_guard lock(object.Mutex());
-    Diagnostics& diagnostics = object.diagnostics;
+    auto* const object = FindObject<Object>(handle);
+    if (object == nullptr) return SQL_INVALID_HANDLE;
+    const std::lock_guard lock(object->Mutex());
+    Diagnostics& diagnostics = object->diagnostics;
     diagnostics.Clear();
     SQLRETURN result = SQL_ERROR;
     try {
         try {
-            if constexpr (std::is_void_v<decltype(call(object))>) {
-                call(object);
+            if constexpr (std::is_void_v<decltype(call(*object))>) {
+                call(*object);
                 result = SQL_SUCCESS;
             } else {
-                result = call(object);
+                result = call(*object);
             }
             if (result == SQL_SUCCESS && diagnostics.Count() > 0) result = SQL_SUCCESS_WITH_INFO;
         } catch (const OdbcError& error) {

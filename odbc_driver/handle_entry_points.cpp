@@ -19,30 +19,31 @@ SQLRETURN MakeEnvironment(SQLHANDLE* handle) noexcept {
 }
 
 SQLRETURN FreeStatement(SQLHANDLE handle) {
-    if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
-    const auto* const statement = static_cast<Statement*>(handle);
+    const auto* const statement = FindObject<Statement>(handle);
+    if (statement == nullptr) return SQL_INVALID_HANDLE;
     return Enter<Connection>(&statement->Owner(),
                              [=](Connection& connection) { connection.RemoveStatement(*statement); });
 }
 
 template <typename Object>
 SQLRETURN Free(SQLHANDLE handle) {
-    if (handle == SQL_NULL_HANDLE) return SQL_INVALID_HANDLE;
-    delete static_cast<Object*>(handle);
+    const auto* const object = FindObject<Object>(handle);
+    if (object == nullptr) return SQL_INVALID_HANDLE;
+    delete object;
     return SQL_SUCCESS;
 }
 
-// Any handle; NULL for a kind of handle there is not.
+// Any handle; NULL for what is no handle of this kind.
 const Handle* ToHandle(SQLSMALLINT kind, SQLHANDLE handle) {
     switch (kind) {
         case SQL_HANDLE_ENV:
-            return static_cast<Environment*>(handle);
+            return FindObject<Environment>(handle);
         case SQL_HANDLE_DBC:
-            return static_cast<Connection*>(handle);
+            return FindObject<Connection>(handle);
         case SQL_HANDLE_STMT:
-            return static_cast<Statement*>(handle);
+            return FindObject<Statement>(handle);
         case SQL_HANDLE_DESC:
-            return static_cast<Descriptor*>(handle);
+            return FindObject<Descriptor>(handle);
         default:
             return nullptr;
     }

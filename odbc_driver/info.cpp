@@ -25,7 +25,7 @@ constexpr TextAnswer kTexts[] = {
     {SQL_DESCRIBE_PARAMETER, u"N"},
     {SQL_DRIVER_NAME, u"libxls2tki-odbc.so"},
     {SQL_DRIVER_ODBC_VER, u"03.00"},
-    {SQL_DRIVER_VER, u"00.01.0000"},
+    {SQL_DRIVER_VER, XLS2TKI_ODBC_DRIVER_VERSION},
     {SQL_EXPRESSIONS_IN_ORDERBY, u"N"},
     {SQL_IDENTIFIER_QUOTE_CHAR, u"\""},
     {SQL_INTEGRITY, u"N"},
@@ -46,7 +46,7 @@ constexpr TextAnswer kTexts[] = {
     {SQL_SPECIAL_CHARACTERS, u"$"},
     {SQL_TABLE_TERM, u"table"},
     {SQL_USER_NAME, u""},
-    {SQL_XOPEN_CLI_YEAR, u"1995"},
+    {SQL_XOPEN_CLI_YEAR, u""},
 };
 
 struct SmallAnswer {
@@ -54,7 +54,8 @@ struct SmallAnswer {
     SQLUSMALLINT answer;
 };
 
-// A limit of 0 is one that there is not or that is not known.
+// A limit of 0 is one that there is not or that is not known. Each level of conformance has parameters and
+// names of cursors, which there are not.
 constexpr SmallAnswer kSmallNumbers[] = {
     {SQL_ACTIVE_ENVIRONMENTS, 0},
     {SQL_CATALOG_LOCATION, 0},
@@ -83,8 +84,8 @@ constexpr SmallAnswer kSmallNumbers[] = {
     {SQL_MAX_USER_NAME_LEN, 0},
     {SQL_NON_NULLABLE_COLUMNS, SQL_NNC_NULL},
     {SQL_NULL_COLLATION, SQL_NC_HIGH},
-    {SQL_ODBC_API_CONFORMANCE, SQL_OAC_LEVEL1},
-    {SQL_ODBC_SAG_CLI_CONFORMANCE, SQL_OSCC_COMPLIANT},
+    {SQL_ODBC_API_CONFORMANCE, SQL_OAC_NONE},
+    {SQL_ODBC_SAG_CLI_CONFORMANCE, SQL_OSCC_NOT_COMPLIANT},
     {SQL_ODBC_SQL_CONFORMANCE, SQL_OSC_MINIMUM},
     {SQL_QUOTED_IDENTIFIER_CASE, SQL_IC_MIXED},
     {SQL_TXN_CAPABLE, SQL_TC_NONE},
@@ -101,12 +102,12 @@ constexpr Answer kNumbers[] = {
     {SQL_FORWARD_ONLY_CURSOR_ATTRIBUTES1, SQL_CA1_NEXT},
     {SQL_FORWARD_ONLY_CURSOR_ATTRIBUTES2, SQL_CA2_READ_ONLY_CONCURRENCY | SQL_CA2_MAX_ROWS_SELECT},
     {SQL_GETDATA_EXTENSIONS, SQL_GD_ANY_COLUMN | SQL_GD_ANY_ORDER | SQL_GD_BOUND},
-    {SQL_ODBC_INTERFACE_CONFORMANCE, SQL_OIC_CORE},
+    {SQL_ODBC_INTERFACE_CONFORMANCE, 0},
     {SQL_PARAM_ARRAY_ROW_COUNTS, SQL_PARC_NO_BATCH},
     {SQL_PARAM_ARRAY_SELECTS, SQL_PAS_NO_SELECT},
     {SQL_SCROLL_CONCURRENCY, SQL_SCCO_READ_ONLY},
     {SQL_SCROLL_OPTIONS, SQL_SO_FORWARD_ONLY},
-    {SQL_STANDARD_CLI_CONFORMANCE, SQL_SCC_ISO92_CLI},
+    {SQL_STANDARD_CLI_CONFORMANCE, 0},
 };
 
 // The other questions that ODBC knows ask for sets of features: there are none.

@@ -15,7 +15,7 @@ std::size_t ElementSize(std::u16string_view pattern) {
 }
 
 bool ElementFits(std::u16string_view element, char16_t unit) {
-    return element == u"_" || ToUpper(element.back()) == ToUpper(unit);
+    return element == u"_" || NWorkbook::WithoutCase(element.back()) == NWorkbook::WithoutCase(unit);
 }
 
 bool PatternFits(std::u16string_view pattern, std::u16string_view name) {

@@ -4,17 +4,40 @@
 
 namespace NOdbcDriver {
 
-std::size_t Result::Width(std::size_t column) {
+namespace {
+
+// A surrogate without the other one becomes U+FFFD, which has three bytes.
+std::size_t Utf8Size(std::u16string_view text) {
+    std::size_t size = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char16_t unit = text[at];
+        const bool beginsPair =
+            (unit & 0xFC00U) == 0xD800 && at + 1 < text.size() && (text[at + 1] & 0xFC00U) == 0xDC00;
+        if (beginsPair) {
+            size += 4;
+            ++at;
+        } else {
+            size += unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
+        }
+    }
+    return size;
+}
+
+}  // namespace
+
+const Result::Width& Result::WidthOf(std::size_t column) {
     widths_.resize(ColumnCount());
-    std::size_t& width = widths_[column];
-    if (width != 0) return width;
-    std::size_t widest = 1;
+    Width& known = widths_[column];
+    if (known.units != 0) return known;
+    Width widest = {1, 1};
     NWorkbook::NumberText scratch;
     const std::size_t rowCount = RowCount();
     for (std::size_t row = 0; row < rowCount; ++row) {
-        widest = std::max(widest, Value(row, column, scratch).value_or(std::u16string_view()).size());
+        const std::u16string_view text = Value(row, column, scratch).value_or(std::u16string_view());
+        widest.units = std::max(widest.units, text.size());
+        widest.utf8Bytes = std::max(widest.utf8Bytes, Utf8Size(text));
     }
-    return width = widest;
+    return known = widest;
 }
 
 }  // namespace NOdbcDriver

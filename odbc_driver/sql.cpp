@@ -11,8 +11,9 @@ namespace NOdbcDriver {
 namespace {
 
 bool IsNameUnit(char16_t unit) {
-    return (unit >= u'0' && unit <= u'9') || (ToUpper(unit) >= u'A' && ToUpper(unit) <= u'Z') ||
-           unit == u'_' || unit == u'$' || unit >= 0x80;
+    const char16_t small = NWorkbook::WithoutCase(unit);
+    return (unit >= u'0' && unit <= u'9') || (small >= u'a' && small <= u'z') || unit == u'_' ||
+           unit == u'$' || unit >= 0x80;
 }
 
 // What closes a name that `unit` opens; 0 if it opens none.
@@ -91,9 +92,8 @@ class Parser {
             throw OdbcError(u"42000", u"The SQL statement ends too early: SELECT * FROM table is needed.");
         }
         constexpr std::u16string_view kMessage =
-            u"SELECT * FROM table is the one SQL statement that is understood; \"%s\" at character %d does "
-            u"not "
-            u"belong to it.";
+            u"SELECT * FROM table is the one SQL statement that is understood; \"%s\" at character %d "
+            u"does not belong to it.";
         constexpr std::size_t kMostShown = 60;
         const std::u16string_view word = sql_.substr(at_, sql_.find_first_of(kBlanks, at_) - at_);
         throw OdbcError(u"42000", NPlatform::Format(256, kMessage,

@@ -30,9 +30,9 @@ void TellLoss(Transferred transferred, Diagnostics& diagnostics, std::size_t row
 }  // namespace
 
 Statement::Statement(Connection& connection)
-    : Handle(connection.Mutex()),
+    : Handle(kKind, connection.Mutex()),
       applicationRows(connection.Mutex()),
-      implementationRows(connection.Mutex()),
+      implementationRows(connection.Mutex(), &result_),
       applicationParameters(connection.Mutex()),
       implementationParameters(connection.Mutex()),
       metadataId(connection.metadataId),
@@ -82,13 +82,13 @@ void Statement::Close() {
     if (!isPrepared_) result_.reset();
 }
 
-Result& Statement::Columns() {
+Result& Statement::RequireResult() {
     if (result_ == nullptr) throw OdbcError(u"HY010", u"No statement is prepared or executed.");
     return *result_;
 }
 
 std::size_t Statement::ColumnIndex(SQLUSMALLINT column) {
-    const std::size_t count = Columns().ColumnCount();
+    const std::size_t count = RequireResult().ColumnCount();
     if (column == 0 || column > count) {
         throw OdbcError(u"07009",
                         NPlatform::Format(128, u"There is no column %d: there are %d.",

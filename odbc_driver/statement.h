@@ -21,6 +21,8 @@ struct RowSet {
 
 class Statement : public Handle {
   public:
+    static constexpr HandleKind kKind = HandleKind::Statement;
+
     explicit Statement(Connection& connection);
 
     [[nodiscard]] Connection& Owner() const { return connection_; }
@@ -35,9 +37,8 @@ class Statement : public Handle {
     void Close();
     [[nodiscard]] bool IsOpen() const { return isOpen_; }
 
-    [[nodiscard]] bool HasResult() const { return result_ != nullptr; }
     // Of the open cursor, or of what is prepared. Throws OdbcError (HY010) if there is neither.
-    Result& Columns();
+    Result& RequireResult();
     // The index, from 0, of a column that the application counts from 1. Throws OdbcError (07009).
     std::size_t ColumnIndex(SQLUSMALLINT column);
 

@@ -39,13 +39,13 @@ SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR* sql, SQLINTEGER leng
 
 SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT* count) {
     return EnterStatement(handle, [=](Statement& statement) {
-        PutNumber(static_cast<SQLSMALLINT>(statement.Columns().ColumnCount()), count);
+        PutNumber(static_cast<SQLSMALLINT>(statement.RequireResult().ColumnCount()), count);
     });
 }
 
 SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN* count) {
     return EnterStatement(handle, [=](Statement& statement) {
-        PutNumber(static_cast<SQLLEN>(statement.Columns().RowCount()), count);
+        PutNumber(static_cast<SQLLEN>(statement.RequireResult().RowCount()), count);
     });
 }
 
@@ -54,7 +54,7 @@ SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR
                                   SQLSMALLINT* nullable) {
     return EnterStatement(handle, [=](Statement& statement) {
         const std::size_t column = statement.ColumnIndex(number);
-        Result& result = statement.Columns();
+        Result& result = statement.RequireResult();
         statement.diagnostics.AddIfCut(PutText(result.ColumnName(column), name, capacity, length));
         PutNumber(result.ColumnType(column), type);
         if (size != nullptr) *size = ColumnSize(result, column);
@@ -68,10 +68,10 @@ SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMA
                                    SQLLEN* value) {
     return EnterStatement(handle, [=](Statement& statement) {
         if (attribute == SQL_DESC_COUNT || attribute == SQL_COLUMN_COUNT) {
-            PutNumber(static_cast<SQLLEN>(statement.Columns().ColumnCount()), value);
+            PutNumber(static_cast<SQLLEN>(statement.RequireResult().ColumnCount()), value);
             return;
         }
-        const auto found = GetColumnAttribute(statement.Columns(), statement.ColumnIndex(number),
+        const auto found = GetColumnAttribute(statement.RequireResult(), statement.ColumnIndex(number),
                                               static_cast<SQLSMALLINT>(attribute));
         if (const auto* const characters = std::get_if<std::u16string_view>(&found)) {
             statement.diagnostics.AddIfCut(PutTextInBytes(*characters, text, capacity, length));
@@ -123,7 +123,9 @@ SQLRETURN SQL_API SQLCloseCursor(SQLHSTMT handle) {
 }
 
 // A call never waits for anything, so there is none to cancel.
-SQLRETURN SQL_API SQLCancel(SQLHSTMT handle) { return handle == nullptr ? SQL_INVALID_HANDLE : SQL_SUCCESS; }
+SQLRETURN SQL_API SQLCancel(SQLHSTMT handle) {
+    return FindObject<Statement>(handle) == nullptr ? SQL_INVALID_HANDLE : SQL_SUCCESS;
+}
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle) {
     return EnterStatement(handle, [](Statement& statement) -> SQLRETURN {
@@ -152,9 +154,9 @@ SQLRETURN SQL_API SQLSetDescFieldW(SQLHDESC handle, SQLSMALLINT column, SQLSMALL
 }
 
 SQLRETURN SQL_API SQLGetDescFieldW(SQLHDESC handle, SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value,
-                                   SQLINTEGER, SQLINTEGER*) {
-    return Enter<Descriptor>(handle,
-                             [=](Descriptor& descriptor) { descriptor.GetField(column, field, value); });
+                                   SQLINTEGER capacity, SQLINTEGER* length) {
+    return Enter<Descriptor>(
+        handle, [=](Descriptor& descriptor) { descriptor.GetField(column, field, value, capacity, length); });
 }
 
 }  // extern "C"

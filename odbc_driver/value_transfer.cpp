@@ -21,6 +21,8 @@ Transferred ValueTransfer::Continue(const Target& target) {
             return PutTextPiece(*value_, target);
         case SQL_C_CHAR:
             return PutTextPiece(Narrow(), target);
+        case SQL_C_BINARY:
+            return PutBytePiece(target);
         default: {
             const NumberTransfer number = PutNumberValue(*value_, target.type, target.data);
             PutNumber(number.size, target.length);
@@ -39,13 +41,29 @@ Transferred ValueTransfer::PutNull(const Target& target) {
     return Transferred::Whole;
 }
 
+void ValueTransfer::TellLeft(std::size_t bytes, const Target& target) {
+    if (target.capacity < 0) throw OdbcError(u"HY090", u"The length of a buffer is below zero.");
+    PutNumber(static_cast<SQLLEN>(bytes), target.length);
+    if (target.indicator != target.length) PutNumber(SQLLEN{0}, target.indicator);
+}
+
+Transferred ValueTransfer::PutBytePiece(const Target& target) {
+    const auto* const left = reinterpret_cast<const char*>(value_->data()) + done_;
+    const std::size_t leftSize = value_->size() * sizeof(char16_t) - done_;
+    TellLeft(leftSize, target);
+    if (target.data == nullptr) return Transferred::Whole;
+    const std::size_t size = std::min(leftSize, static_cast<std::size_t>(target.capacity));
+    if (size > 0) std::memcpy(target.data, left, size);
+    done_ += size;
+    isFinished_ = size == leftSize;
+    return isFinished_ ? Transferred::Whole : Transferred::Cut;
+}
+
 template <typename Unit>
 Transferred ValueTransfer::PutTextPiece(std::basic_string_view<Unit> text, const Target& target) {
-    if (target.capacity < 0) throw OdbcError(u"HY090", u"The length of a buffer is below zero.");
     const std::basic_string_view<Unit> left = text.substr(done_);
+    TellLeft(left.size() * sizeof(Unit), target);
     const std::size_t capacity = static_cast<std::size_t>(target.capacity) / sizeof(Unit);
-    PutNumber(static_cast<SQLLEN>(left.size() * sizeof(Unit)), target.length);
-    if (target.indicator != target.length) PutNumber(SQLLEN{0}, target.indicator);
     if (target.data == nullptr) return Transferred::Whole;
     const std::size_t size = CopyPiece(left, target.data, capacity);
     done_ += size;

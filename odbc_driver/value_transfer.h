@@ -23,7 +23,8 @@ enum class Transferred { Whole, Cut, WithoutFraction, NothingLeft };
 
 // Hands out one value, a text in as many pieces as the application takes. Texts are SQL_C_WCHAR, in UTF-16,
 // or SQL_C_CHAR, in UTF-8; each piece ends with NUL and with a whole character, and the length is that of
-// everything that was left before it. Numbers go into any C type for numbers.
+// everything that was left before it. SQL_C_BINARY gets the bytes of the text in UTF-16, without NUL. Numbers
+// go into any C type for numbers.
 class ValueTransfer {
   public:
     // The text stays valid until the last piece; nothing is NULL.
@@ -38,6 +39,8 @@ class ValueTransfer {
     Transferred PutNull(const Target& target);
     template <typename Unit>
     Transferred PutTextPiece(std::basic_string_view<Unit> text, const Target& target);
+    Transferred PutBytePiece(const Target& target);
+    static void TellLeft(std::size_t bytes, const Target& target);
     std::string_view Narrow();
 
     std::optional<std::u16string_view> value_;

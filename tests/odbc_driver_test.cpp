@@ -4,6 +4,7 @@
 #include <cstring>
 #include <thread>
 
+#include "odbc_driver/column_attributes.h"
 #include "odbc_driver/connect_string.h"
 #include "odbc_driver/diagnostics.h"
 #include "odbc_driver/name_pattern.h"
@@ -168,6 +169,25 @@ TEST(OdbcDriver, ReadsNumbers) {
     for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
 }
 
+TEST(OdbcDriver, TellsHowLongTextsAre) {
+    struct {
+        std::u16string one, other;
+        SQLLEN size, displaySize, bytes;
+    } const rows[] = {
+        {u"", u"", 1, 1, 2},     {u"ab", u"c", 2, 2, 4}, {u"ÄÖÜ", u"abcd", 4, 6, 8},
+        {u"€€", u"ab", 2, 6, 6}, {u"😀", u"a", 2, 4, 4},  {u"\xDE00\xD83D", u"\xD83D", 2, 6, 6},
+    };
+    for (const auto& row : rows) {
+        RowsResult result({{u"A"}}, {{row.one}, {std::nullopt}, {row.other}});
+        const auto attribute = [&result](SQLSMALLINT number) {
+            return std::get<SQLLEN>(GetColumnAttribute(result, 0, number));
+        };
+        EXPECT_EQ(attribute(SQL_DESC_LENGTH), row.size);
+        EXPECT_EQ(attribute(SQL_DESC_DISPLAY_SIZE), row.displaySize);
+        EXPECT_EQ(attribute(SQL_DESC_OCTET_LENGTH), row.bytes);
+    }
+}
+
 // A program that reads a workbook through the driver manager.
 class Program {
   public:
@@ -317,6 +337,7 @@ TEST_F(OdbcDriverManager, FetchesInPieces) {
         {SQL_C_WCHAR, 8, "2:10 3:6 "}, {SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
         {SQL_C_CHAR, 9, "8:8 "},       {SQL_C_CHAR, 8, "7:8 1:1 "},
         {SQL_C_CHAR, 7, "3:8 5:5 "},   {SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+        {SQL_C_BINARY, 10, "10:10 "},  {SQL_C_BINARY, 3, "3:10 3:7 3:4 1:1 "},
     };
     Program program;
     Open(program);
@@ -328,11 +349,13 @@ TEST_F(OdbcDriverManager, FetchesInPieces) {
         SQLLEN length = 0;
         SQLGetData(program.statement, 2, SQL_C_SLONG, room, 0, &length);  // so that the other begins anew
         while (SQLGetData(program.statement, 1, row.type, room, row.capacity, &length) != SQL_NO_DATA) {
+            const bool isBinary = row.type == SQL_C_BINARY;
             const std::size_t units =
-                isNarrow ? std::strlen(room)
-                         : std::char_traits<char16_t>::length(reinterpret_cast<char16_t*>(room));
+                isBinary   ? static_cast<std::size_t>(std::min(length, row.capacity))
+                : isNarrow ? std::strlen(room)
+                           : std::char_traits<char16_t>::length(reinterpret_cast<char16_t*>(room));
             pieces += std::to_string(units) + ":" + std::to_string(length) + " ";
-            bytes.append(room, units * (isNarrow ? 1 : 2));
+            bytes.append(room, units * (isNarrow || isBinary ? 1 : 2));
             ASSERT_LT(pieces.size(), 100U);
         }
         EXPECT_EQ(pieces, row.pieces);
@@ -439,6 +462,66 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
     EXPECT_EQ(program.Rows(4), "VARCHAR|-9|32767\n");
 }
 
+TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
+    const std::string speaker = "01000 [xls2tki][Excel Driver]";
+    std::string names;
+    for (int number = 100; number <= 150; ++number) {
+        names += "<definedName name='N" + std::to_string(number) + "'>S!$1:$1</definedName>";
+    }
+    NTest::Parts parts =
+        NTest::Small({{"s.xml", NTest::Sheet("<row>" + NTest::Repeat("<c><v>1</v></c>", 1000) + "</row>")},
+                      {"t.xml", NTest::Sheet("<row>")}});
+    parts["w.xml"] =
+        NTest::ReplaceAll(parts["w.xml"], "</sheets>",
+                          "<sheet name='M' r:id='b'/></sheets><definedNames>" + names + "</definedNames>");
+    parts["_rels/w.xml.rels"] = NTest::ReplaceAll(parts["_rels/w.xml.rels"], "</",
+                                                  "<Relationship Id='b' Type='worksheet' Target='t.xml'/></");
+    workbook_ = Zip(folder_, parts);
+    Program program;
+    Open(program, u"SELECT * FROM S");
+    SQLCloseCursor(program.statement);
+    const auto list = [&program](std::u16string table) {
+        return SQLColumnsW(program.statement, nullptr, 0, nullptr, 0, Program::Units(table), SQL_NTS, nullptr,
+                           0);
+    };
+    EXPECT_EQ(list(u"%"), SQL_SUCCESS_WITH_INFO);
+    const std::string told = program.Told();
+    EXPECT_EQ(told.substr(0, told.find(" '")), speaker + "Table M$ is left out:");
+    EXPECT_EQ(
+        told.substr(told.find('\n') + 1),
+        speaker +
+            "There are too many columns: those of table N150 and of the tables behind it are left out.");
+    EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
+    SQLCloseCursor(program.statement);
+    EXPECT_EQ(list(u"M$"), SQL_ERROR);
+    EXPECT_EQ(list(u"N14_"), SQL_SUCCESS) << program.Told();
+}
+
+TEST_F(OdbcDriverManager, DescribesTheRowsOfAResult) {
+    Program program;
+    Open(program);
+    SQLHANDLE descriptor = nullptr;
+    SQLGetStmtAttrW(program.statement, SQL_ATTR_IMP_ROW_DESC, &descriptor, 0, nullptr);
+    const auto number = [descriptor](SQLSMALLINT column, SQLSMALLINT field, auto value) {
+        EXPECT_EQ(SQLGetDescFieldW(descriptor, column, field, &value, 0, nullptr), SQL_SUCCESS) << field;
+        return value;
+    };
+    const auto told = [descriptor] { return Program::Told(SQL_HANDLE_DESC, descriptor).substr(0, 5); };
+    EXPECT_EQ(number(0, SQL_DESC_COUNT, SQLSMALLINT{-1}), 2);
+    EXPECT_EQ(number(2, SQL_DESC_CONCISE_TYPE, SQLSMALLINT{-1}), SQL_WVARCHAR);
+    EXPECT_EQ(number(2, SQL_DESC_CASE_SENSITIVE, SQLINTEGER{-1}), SQL_TRUE);
+    EXPECT_EQ(number(2, SQL_DESC_LENGTH, ~SQLULEN{0}), 3U);
+    char16_t name[2] = {};
+    SQLINTEGER length = 0;
+    EXPECT_EQ(SQLGetDescFieldW(descriptor, 2, SQL_DESC_NAME, name, sizeof name, &length), SQL_SUCCESS);
+    EXPECT_EQ(std::u16string(name), u"B");
+    EXPECT_EQ(length, 2);
+    EXPECT_EQ(SQLGetDescFieldW(descriptor, 3, SQL_DESC_NAME, name, sizeof name, &length), SQL_ERROR);
+    EXPECT_EQ(told(), "07009");
+    EXPECT_EQ(SQLSetDescFieldW(descriptor, 1, SQL_DESC_TYPE, nullptr, 0), SQL_ERROR);
+    EXPECT_EQ(told(), "HY016");
+}
+
 // Threading=0: the driver manager lets them in at the same time.
 TEST_F(OdbcDriverManager, ServesManyThreads) {
     Program shared;
@@ -470,6 +553,13 @@ TEST_F(OdbcDriverManager, IsNotNeeded) {
     SQLHANDLE environment = nullptr, connection = nullptr, statement = nullptr;
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, nullptr, &connection), SQL_INVALID_HANDLE);
     EXPECT_EQ(CALL(SQLFetch)(nullptr), SQL_INVALID_HANDLE);
+    alignas(std::max_align_t) char foreign[4] = "abc";
+    for (const int number : {SQL_HANDLE_ENV, SQL_HANDLE_DBC, SQL_HANDLE_STMT, SQL_HANDLE_DESC}) {
+        const auto kind = static_cast<SQLSMALLINT>(number);
+        EXPECT_EQ(CALL(SQLFreeHandle)(kind, foreign), SQL_INVALID_HANDLE);
+        EXPECT_EQ(CALL(SQLGetDiagRecW)(kind, foreign, 1, nullptr, nullptr, nullptr, 0, nullptr),
+                  SQL_INVALID_HANDLE);
+    }
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_ENV, nullptr, &environment), SQL_SUCCESS);
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_DBC, environment, &connection), SQL_SUCCESS);
     EXPECT_EQ(CALL(SQLAllocHandle)(SQL_HANDLE_STMT, connection, &statement), SQL_ERROR);
@@ -490,6 +580,11 @@ TEST_F(OdbcDriverManager, IsNotNeeded) {
     EXPECT_EQ(state(), "HY010");
     EXPECT_EQ(CALL(SQLNumResultCols)(statement, &count), SQL_ERROR);
     EXPECT_EQ(state(), "HY010");
+    SQLHANDLE rows = nullptr;
+    EXPECT_EQ(CALL(SQLGetStmtAttrW)(statement, SQL_ATTR_IMP_ROW_DESC, &rows, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 0, SQL_DESC_COUNT, &count, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 1, SQL_DESC_TYPE, &count, 0, nullptr), SQL_ERROR);
     EXPECT_EQ(CALL(SQLFetch)(statement), SQL_ERROR);
     EXPECT_EQ(state(), "24000");
     text = u"SELECT * FROM DTC";

@@ -3,7 +3,7 @@
 #include <unordered_map>
 
 #include "platform/format.h"
-#include "workbook/name_index.h"
+#include "workbook/ascii_case.h"
 
 namespace NWorkbook {
 

@@ -6,16 +6,9 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace NWorkbook {
+#include "workbook/ascii_case.h"
 
-// With small letters for the capital ones of ASCII.
-inline std::u16string WithoutCase(std::u16string_view name) {
-    std::u16string folded(name);
-    for (char16_t& unit : folded) {
-        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit - u'A' + u'a');
-    }
-    return folded;
-}
+namespace NWorkbook {
 
 class NameIndex {
   public:

@@ -4,6 +4,13 @@
 
 namespace NWorkbook {
 
+namespace {
+
+// What every block spans with.
+CellBlock NothingOf(const CellBlock& within) { return {within.lastRow, 0, within.lastColumn, 0}; }
+
+}  // namespace
+
 SheetRows::SheetRows(std::shared_ptr<const TextStore> texts, std::shared_ptr<Worksheet> worksheet)
     : texts_(std::move(texts)), worksheet_(std::move(worksheet)), cells_(worksheet_->Cells().Begin()) {
     const Cell* const end = worksheet_->Cells().End();
@@ -14,6 +21,10 @@ SheetRows::SheetRows(std::shared_ptr<const TextStore> texts, std::shared_ptr<Wor
     for (const Cell* cell = cells_; cell != end; ++cell) {
         const std::size_t row = cell->row - firstRow_;
         if (row >= rowStarts_.size()) rowStarts_.resize(row + 1, static_cast<std::uint32_t>(cell - cells_));
+        if (cell->column > columnEnds_.size()) columnEnds_.resize(cell->column);
+        ColumnEnds& ends = columnEnds_[cell->column - 1U];
+        if (ends.firstRow == 0) ends.firstRow = cell->row;
+        ends.lastRow = cell->row;
     }
     rowStarts_.push_back(static_cast<std::uint32_t>(end - cells_));
 }
@@ -33,14 +44,34 @@ const Cell* SheetRows::Find(std::uint32_t row, std::uint32_t column) const {
 }
 
 CellBlock SheetRows::Filled(const CellBlock& within) const {
-    CellBlock filled{within.lastRow, 0, within.lastColumn, 0};
-    for (const Cell* cell = cells_; cell != cells_ + rowStarts_.back(); ++cell) {
-        const bool isWithin = cell->row >= within.firstRow && cell->row <= within.lastRow &&
-                              cell->column >= within.firstColumn && cell->column <= within.lastColumn;
-        if (isWithin) filled = Span(filled, {cell->row, cell->row, cell->column, cell->column});
-    }
+    const CellBlock filled = within.Rows() == kLastRow ? FilledColumns(within) : FilledRows(within);
     if (filled.lastRow > 0) return filled;
     return {within.firstRow, within.firstRow, within.firstColumn, within.firstColumn};
+}
+
+CellBlock SheetRows::FilledColumns(const CellBlock& within) const {
+    CellBlock filled = NothingOf(within);
+    const std::size_t last = std::min<std::size_t>(within.lastColumn, columnEnds_.size());
+    for (std::size_t column = within.firstColumn; column <= last; ++column) {
+        const ColumnEnds& ends = columnEnds_[column - 1];
+        const auto place = static_cast<std::uint16_t>(column);
+        if (ends.lastRow > 0) filled = Span(filled, {ends.firstRow, ends.lastRow, place, place});
+    }
+    return filled;
+}
+
+CellBlock SheetRows::FilledRows(const CellBlock& within) const {
+    CellBlock filled = NothingOf(within);
+    const std::uint32_t firstRow = std::max(within.firstRow, firstRow_);
+    if (!HasRow(firstRow)) return filled;
+    const Cell* const end = cells_ + rowStarts_.back();
+    for (const Cell* cell = cells_ + rowStarts_[firstRow - firstRow_]; cell != end;) {
+        if (cell->row > within.lastRow) break;
+        const Cell* const nextRow = cells_ + rowStarts_[cell->row - firstRow_ + 1];
+        filled = Span(filled, {cell->row, cell->row, cell->column, nextRow[-1].column});
+        cell = nextRow;
+    }
+    return filled;
 }
 
 }  // namespace NWorkbook

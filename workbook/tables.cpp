@@ -63,7 +63,7 @@ std::optional<std::u16string_view> Table::Value(std::size_t row, std::size_t col
 }
 
 TableBook::TableBook(std::u16string_view path)
-    : workbook_(OpenWorkbook(path)), rows_(workbook_->worksheets.size()) {
+    : workbook_(OpenWorkbook(path)), sheets_(workbook_->worksheets.size()) {
     for (DefinedName& defined : workbook_->readDefinedNames()) {
         Add(std::move(defined.name), false, defined.worksheet, defined.block);
     }
@@ -91,11 +91,16 @@ std::shared_ptr<const Table> TableBook::Find(std::u16string_view name) {
 }
 
 const std::shared_ptr<const SheetRows>& TableBook::RowsOf(std::size_t worksheet) {
-    std::shared_ptr<const SheetRows>& rows = rows_[worksheet];
-    if (rows == nullptr) {
-        rows = std::make_shared<SheetRows>(workbook_->texts, workbook_->worksheets[worksheet]);
+    Sheet& sheet = sheets_[worksheet];
+    if (sheet.failure) throw WorkbookError(*sheet.failure);
+    if (sheet.rows != nullptr) return sheet.rows;
+    try {
+        sheet.rows = std::make_shared<SheetRows>(workbook_->texts, workbook_->worksheets[worksheet]);
+    } catch (const WorkbookError& error) {
+        sheet.failure = error;
+        throw;
     }
-    return rows;
+    return sheet.rows;
 }
 
 }  // namespace NWorkbook

@@ -50,8 +50,8 @@ class Table {
 
 // The tables of a workbook's file. A table is
 // - a defined name that the whole workbook or one of its worksheets has and that stands for one block of
-// cells
-//   of a worksheet; hidden names, and those that programs make for filters and print areas, are left out;
+//   cells of a worksheet; hidden names, and those that programs make for filters and print areas, are left
+//   out;
 // - a worksheet.
 // Of a worksheet, and of a name for whole columns or rows, the table is the smallest block that holds all
 // that is filled there; where nothing is, it has one column, F1, and no record.
@@ -77,6 +77,11 @@ class TableBook {
     void Add(std::u16string name, bool isWorksheet, std::size_t worksheet, const CellBlock& block);
     const std::shared_ptr<const SheetRows>& RowsOf(std::size_t worksheet);
 
+    // What was read, or what was in the way.
+    struct Sheet {
+        std::shared_ptr<const SheetRows> rows;
+        std::optional<WorkbookError> failure;
+    };
     struct Place {
         std::size_t worksheet;
         CellBlock block;
@@ -84,9 +89,9 @@ class TableBook {
 
     std::unique_ptr<Workbook> workbook_;
     std::vector<TableName> names_;
-    std::vector<Place> places_;                           // of the names
-    NameIndex index_;                                     // of the names
-    std::vector<std::shared_ptr<const SheetRows>> rows_;  // of the worksheets that were read
+    std::vector<Place> places_;  // of the names
+    NameIndex index_;            // of the names
+    std::vector<Sheet> sheets_;  // of the workbook
 };
 
 }  // namespace NWorkbook
