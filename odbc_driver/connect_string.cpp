@@ -53,15 +53,14 @@ Value ReadValue(std::u16string_view text, std::size_t begin) {
 ConnectString::ConnectString(std::u16string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t partEnd = std::min(text.find(u';', at), text.size());
-        const std::size_t equals = text.find(u'=', at);
-        if (equals < partEnd) {
-            Value value = ReadValue(text, equals + 1);
-            attributes_.push_back(
-                {std::u16string(Trim(text.substr(at, equals - at))), std::move(value.text)});
+        const std::u16string_view part = text.substr(at, partEnd - at);
+        const std::size_t equals = part.find(u'=');
+        if (equals != kNone) {
+            Value value = ReadValue(text, at + equals + 1);
+            attributes_.push_back({std::u16string(Trim(part.substr(0, equals))), std::move(value.text)});
             at = value.end + 1;
         } else {
-            const std::u16string_view part = Trim(text.substr(at, partEnd - at));
-            if (!part.empty()) RefusePart(part);
+            if (!Trim(part).empty()) RefusePart(Trim(part));
             at = partEnd + 1;
         }
     }

@@ -44,6 +44,7 @@ Connection::Connection() : Handle(kKind, ownMutex_) {}
 Connection::~Connection() = default;
 
 std::u16string Connection::Connect(std::u16string_view connectString) {
+    if (IsConnected()) throw OdbcError(u"08002", u"The connection is open already.");
     const ConnectString attributes(connectString);
     std::u16string completed(connectString);
     dataSource_ = DataSourceOf(attributes);

@@ -23,7 +23,7 @@ class Connection : public Handle {
     // Opens the workbook that the connect string names by DBQ, or by a data source (DSN) of the configuration
     // that has a DBQ. Other keywords are for others and count for nothing. Returns the connect string that
     // would name the workbook again. Throws OdbcError: 08001 where no workbook is named or it cannot be
-    // opened.
+    // opened, 08002 where one is open.
     std::u16string Connect(std::u16string_view connectString);
     // The statements are gone as well.
     void Disconnect();
