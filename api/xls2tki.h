@@ -1,7 +1,8 @@
 // xls2tki: turns a table of Diagnostic Trouble Codes (DTCs) kept in a spreadsheet into an XML import
 // document.
 //
-// This is the library's one public header; it needs nothing but the standard library.
+// This is the library's public header for C++; it needs nothing but the standard library. xls2tki_c.h is for
+// everybody else.
 //
 // Strings are UTF-16 and zero-terminated. A null pointer counts as the empty string. Arguments are only read
 // and need to stay valid no longer than the call. File names are ordinary paths of the system.
