@@ -26,6 +26,6 @@ struct Options {
 };
 
 // Empty when the command line asked for the help or the version, which has then been shown. Throws Failure.
-std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments);
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& given);
 
 }  // namespace NCli

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/paths.h"
@@ -55,6 +56,8 @@ static FileDescriptor OpenEmpty(const std::string& path) {
 }
 
 struct OutputFile::System {
+    explicit System(FileDescriptor opened) : file(std::move(opened)) {}
+
     FileDescriptor file;
 };
 

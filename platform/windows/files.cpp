@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/output_file.h"
 #include "platform/windows/file_handle.h"
@@ -71,6 +72,8 @@ bool InputFile::ReadAt(std::uint64_t offset, char* bytes, std::size_t count) con
 }
 
 struct OutputFile::System {
+    explicit System(FileHandle opened) : file(std::move(opened)) {}
+
     FileHandle file;
 };
 
