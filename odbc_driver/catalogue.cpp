@@ -10,7 +10,6 @@ namespace NOdbcDriver {
 
 namespace {
 
-using Columns = RowsResult::Columns;
 using Row = RowsResult::Row;
 
 constexpr std::u16string_view kTableType = u"TABLE";
@@ -145,7 +144,6 @@ std::vector<Row> FindColumns(NWorkbook::TableBook& book, const ColumnsRequest& r
 }  // namespace
 
 std::unique_ptr<Result> ListTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
-    Columns columns = {{u"TABLE_CAT"}, {u"TABLE_SCHEM"}, {u"TABLE_NAME"}, {u"TABLE_TYPE"}, {u"REMARKS"}};
     std::vector<Row> rows;
     if (AsksForTypes(request)) {
         rows = {{kNull, kNull, kNull, std::u16string(kTableType)}};
@@ -153,56 +151,19 @@ std::unique_ptr<Result> ListTables(const NWorkbook::TableBook& book, const Table
                IncludesNameless(request.schema) && IncludesTables(request.types)) {
         rows = FindTables(book, request);
     }
-    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+    return std::make_unique<RowsResult>(ColumnsOfTables(), std::move(rows));
 }
 
 std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
                                     Diagnostics& diagnostics) {
-    Columns columns = {{u"TABLE_CAT"},
-                       {u"TABLE_SCHEM"},
-                       {u"TABLE_NAME"},
-                       {u"COLUMN_NAME"},
-                       {u"DATA_TYPE", SQL_SMALLINT},
-                       {u"TYPE_NAME"},
-                       {u"COLUMN_SIZE", SQL_INTEGER},
-                       {u"BUFFER_LENGTH", SQL_INTEGER},
-                       {u"DECIMAL_DIGITS", SQL_SMALLINT},
-                       {u"NUM_PREC_RADIX", SQL_SMALLINT},
-                       {u"NULLABLE", SQL_SMALLINT},
-                       {u"REMARKS"},
-                       {u"COLUMN_DEF"},
-                       {u"SQL_DATA_TYPE", SQL_SMALLINT},
-                       {u"SQL_DATETIME_SUB", SQL_SMALLINT},
-                       {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
-                       {u"ORDINAL_POSITION", SQL_INTEGER},
-                       {u"IS_NULLABLE"}};
     std::vector<Row> rows;
     if (IncludesNameless(request.catalogue) && IncludesNameless(request.schema)) {
         rows = FindColumns(book, request, diagnostics);
     }
-    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+    return std::make_unique<RowsResult>(ColumnsOfColumns(), std::move(rows));
 }
 
 std::unique_ptr<Result> ListTypes(SQLSMALLINT type) {
-    Columns columns = {{u"TYPE_NAME"},
-                       {u"DATA_TYPE", SQL_SMALLINT},
-                       {u"COLUMN_SIZE", SQL_INTEGER},
-                       {u"LITERAL_PREFIX"},
-                       {u"LITERAL_SUFFIX"},
-                       {u"CREATE_PARAMS"},
-                       {u"NULLABLE", SQL_SMALLINT},
-                       {u"CASE_SENSITIVE", SQL_SMALLINT},
-                       {u"SEARCHABLE", SQL_SMALLINT},
-                       {u"UNSIGNED_ATTRIBUTE", SQL_SMALLINT},
-                       {u"FIXED_PREC_SCALE", SQL_SMALLINT},
-                       {u"AUTO_UNIQUE_VALUE", SQL_SMALLINT},
-                       {u"LOCAL_TYPE_NAME"},
-                       {u"MINIMUM_SCALE", SQL_SMALLINT},
-                       {u"MAXIMUM_SCALE", SQL_SMALLINT},
-                       {u"SQL_DATA_TYPE", SQL_SMALLINT},
-                       {u"SQL_DATETIME_SUB", SQL_SMALLINT},
-                       {u"NUM_PREC_RADIX", SQL_INTEGER},
-                       {u"INTERVAL_PRECISION", SQL_SMALLINT}};
     std::vector<Row> rows;
     if (type == SQL_ALL_TYPES || type == SQL_WVARCHAR) {
         const std::u16string text = ToText(SQL_WVARCHAR);
@@ -210,7 +171,9 @@ std::unique_ptr<Result> ListTypes(SQLSMALLINT type) {
                         ToText(SQL_NULLABLE), ToText(SQL_TRUE), ToText(SQL_PRED_NONE), kNull,
                         ToText(SQL_FALSE), kNull, kNull, kNull, kNull, text});
     }
-    return std::make_unique<RowsResult>(std::move(columns), std::move(rows));
+    return std::make_unique<RowsResult>(ColumnsOfTypes(), std::move(rows));
 }
+
+std::unique_ptr<Result> ListNothing(Absent what) { return std::make_unique<RowsResult>(ColumnsOf(what)); }
 
 }  // namespace NOdbcDriver

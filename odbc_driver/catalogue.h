@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "odbc_driver/catalogue_columns.h"
 #include "odbc_driver/diagnostics.h"
 #include "odbc_driver/name_pattern.h"
 #include "odbc_driver/result.h"
@@ -38,19 +39,7 @@ std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsReq
 // SQLGetTypeInfo: texts are the only type.
 std::unique_ptr<Result> ListTypes(SQLSMALLINT type);
 
-// What a workbook does not have.
-enum class Absent {
-    PrimaryKeys,
-    ForeignKeys,
-    Statistics,
-    SpecialColumns,
-    TablePrivileges,
-    ColumnPrivileges,
-    Procedures,
-    ProcedureColumns
-};
-
-// The result for it, which has no rows.
+// The result, without rows, for what a workbook does not have.
 std::unique_ptr<Result> ListNothing(Absent what);
 
 }  // namespace NOdbcDriver

@@ -1,12 +1,13 @@
 #include "odbc_driver/application_text.h"
 #include "odbc_driver/connection.h"
+#include "odbc_driver/numbered.h"
 
 namespace NOdbcDriver {
 
 namespace {
 
 struct KeptAttribute {
-    SQLINTEGER attribute;
+    SQLINTEGER number;
     SQLUINTEGER Connection::*value;
 };
 
@@ -18,19 +19,12 @@ constexpr KeptAttribute kKeptAttributes[] = {
     {SQL_ATTR_METADATA_ID, &Connection::metadataId},
 };
 
-const KeptAttribute* FindKept(SQLINTEGER attribute) {
-    for (const KeptAttribute& kept : kKeptAttributes) {
-        if (kept.attribute == attribute) return &kept;
-    }
-    return nullptr;
-}
-
 [[noreturn]] void Refuse() { throw OdbcError(u"HYC00", u"The connection has no attribute of this number."); }
 
 }  // namespace
 
 void Connection::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
-    if (const KeptAttribute* const kept = FindKept(attribute)) {
+    if (const KeptAttribute* const kept = FindNumbered(kKeptAttributes, attribute)) {
         this->*kept->value = static_cast<SQLUINTEGER>(reinterpret_cast<SQLULEN>(value));
     } else if (attribute != SQL_ATTR_ANSI_APP) {  // narrow or wide programs: they see the same
         Refuse();
@@ -38,7 +32,7 @@ void Connection::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
 }
 
 void Connection::GetAttribute(SQLINTEGER attribute, SQLPOINTER value) const {
-    if (const KeptAttribute* const kept = FindKept(attribute)) {
+    if (const KeptAttribute* const kept = FindNumbered(kKeptAttributes, attribute)) {
         PutNumber(this->*kept->value, value);
     } else if (attribute == SQL_ATTR_CONNECTION_DEAD) {
         PutNumber(static_cast<SQLUINTEGER>(IsConnected() ? SQL_CD_FALSE : SQL_CD_TRUE), value);

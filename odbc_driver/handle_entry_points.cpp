@@ -62,6 +62,10 @@ SQLRETURN Ask(SQLSMALLINT kind, SQLHANDLE handle, const Call& call) noexcept {
     }
 }
 
+[[noreturn]] void RefuseEnvironmentAttribute() {
+    throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
+}
+
 }  // namespace
 
 extern "C" {
@@ -116,7 +120,7 @@ SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER
         if (attribute == SQL_ATTR_ODBC_VERSION) {
             environment.odbcVersion = static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
         } else if (attribute != SQL_ATTR_OUTPUT_NTS) {
-            throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
+            RefuseEnvironmentAttribute();
         }
     });
 }
@@ -129,7 +133,7 @@ SQLRETURN SQL_API SQLGetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER
         } else if (attribute == SQL_ATTR_OUTPUT_NTS) {
             PutNumber(SQLINTEGER{SQL_TRUE}, value);
         } else {
-            throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
+            RefuseEnvironmentAttribute();
         }
     });
 }

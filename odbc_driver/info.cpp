@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "odbc_driver/numbered.h"
+
 namespace NOdbcDriver {
 
 namespace {
 
 struct TextAnswer {
-    SQLUSMALLINT question;
+    SQLUSMALLINT number;
     const char16_t* answer;
 };
 
@@ -50,7 +52,7 @@ constexpr TextAnswer kTexts[] = {
 };
 
 struct SmallAnswer {
-    SQLUSMALLINT question;
+    SQLUSMALLINT number;
     SQLUSMALLINT answer;
 };
 
@@ -92,7 +94,7 @@ constexpr SmallAnswer kSmallNumbers[] = {
 };
 
 struct Answer {
-    SQLUSMALLINT question;
+    SQLUSMALLINT number;
     SQLUINTEGER answer;
 };
 
@@ -117,14 +119,6 @@ bool IsKnown(SQLUSMALLINT question) {
     constexpr SQLUSMALLINT kLastAdded = SQL_ASYNC_NOTIFICATION;
     return question <= kLast || (question >= kFirstAdded && question <= kLastAdded) ||
            question == SQL_OJ_CAPABILITIES;
-}
-
-template <typename Entry, std::size_t count>
-const Entry* Find(const Entry (&entries)[count], SQLUSMALLINT question) {
-    for (const Entry& entry : entries) {
-        if (entry.question == question) return &entry;
-    }
-    return nullptr;
 }
 
 constexpr SQLUSMALLINT kFunctions[] = {
@@ -160,9 +154,9 @@ std::variant<std::u16string, SQLUSMALLINT, SQLUINTEGER> GetInfo(const Connection
                                                                 SQLUSMALLINT question) {
     if (question == SQL_DATA_SOURCE_NAME) return connection.DataSource();
     if (question == SQL_DATABASE_NAME) return connection.WorkbookPath();
-    if (const TextAnswer* const text = Find(kTexts, question)) return std::u16string(text->answer);
-    if (const SmallAnswer* const small = Find(kSmallNumbers, question)) return small->answer;
-    if (const Answer* const number = Find(kNumbers, question)) return number->answer;
+    if (const TextAnswer* const text = FindNumbered(kTexts, question)) return std::u16string(text->answer);
+    if (const SmallAnswer* const small = FindNumbered(kSmallNumbers, question)) return small->answer;
+    if (const Answer* const number = FindNumbered(kNumbers, question)) return number->answer;
     if (IsKnown(question)) return SQLUINTEGER{0};
     throw OdbcError(u"HY096", u"SQLGetInfo has no information of this number.");
 }

@@ -1,4 +1,5 @@
 #include "odbc_driver/application_text.h"
+#include "odbc_driver/numbered.h"
 #include "odbc_driver/statement.h"
 
 namespace NOdbcDriver {
@@ -7,7 +8,7 @@ namespace {
 
 // Attributes that are fields of a descriptor's header.
 struct HeaderAttribute {
-    SQLINTEGER attribute;
+    SQLINTEGER number;
     SQLSMALLINT field;
     Descriptor Statement::*descriptor;
 };
@@ -29,7 +30,7 @@ constexpr HeaderAttribute kHeaderAttributes[] = {
 
 // Attributes that have one value here, whatever an application would like.
 struct FixedAttribute {
-    SQLINTEGER attribute;
+    SQLINTEGER number;
     SQLULEN value;
 };
 
@@ -49,7 +50,7 @@ constexpr FixedAttribute kFixedAttributes[] = {
 };
 
 struct KeptAttribute {
-    SQLINTEGER attribute;
+    SQLINTEGER number;
     SQLULEN Statement::*value;
 };
 
@@ -61,7 +62,7 @@ constexpr KeptAttribute kKeptAttributes[] = {
 };
 
 struct DescriptorAttribute {
-    SQLINTEGER attribute;
+    SQLINTEGER number;
     Descriptor Statement::*descriptor;
 };
 
@@ -72,28 +73,20 @@ constexpr DescriptorAttribute kDescriptorAttributes[] = {
     {SQL_ATTR_IMP_PARAM_DESC, &Statement::implementationParameters},
 };
 
-template <typename Entry, std::size_t count>
-const Entry* Find(const Entry (&entries)[count], SQLINTEGER attribute) {
-    for (const Entry& entry : entries) {
-        if (entry.attribute == attribute) return &entry;
-    }
-    return nullptr;
-}
-
 [[noreturn]] void Refuse() { throw OdbcError(u"HY092", u"A statement has no attribute of this number."); }
 
 }  // namespace
 
 void Statement::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
-    const auto number = reinterpret_cast<SQLULEN>(value);
-    if (const auto* header = Find(kHeaderAttributes, attribute)) {
+    const auto asNumber = reinterpret_cast<SQLULEN>(value);
+    if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
         (this->*header->descriptor).SetField(0, header->field, value);
-    } else if (const auto* kept = Find(kKeptAttributes, attribute)) {
-        this->*kept->value = number;
-    } else if (const auto* fixed = Find(kFixedAttributes, attribute)) {
-        if (number == fixed->value) return;
+    } else if (const auto* kept = FindNumbered(kKeptAttributes, attribute)) {
+        this->*kept->value = asNumber;
+    } else if (const auto* fixed = FindNumbered(kFixedAttributes, attribute)) {
+        if (asNumber == fixed->value) return;
         diagnostics.Add({u"01S02", u"The attribute's value is not supported; another one is used."});
-    } else if (const auto* descriptor = Find(kDescriptorAttributes, attribute)) {
+    } else if (const auto* descriptor = FindNumbered(kDescriptorAttributes, attribute)) {
         const bool isOwn = value == nullptr || value == &(this->*descriptor->descriptor);
         if (!isOwn) throw OdbcError(u"HYC00", u"A statement has the descriptors that it was made with.");
     } else {
@@ -104,17 +97,17 @@ void Statement::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
 void Statement::GetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
     if (attribute == SQL_ATTR_ROW_NUMBER) {
         PutNumber(RowNumber(), value);
-    } else if (const auto* header = Find(kHeaderAttributes, attribute)) {
+    } else if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
         if (header->field == SQL_DESC_BIND_TYPE) {
             PutNumber((this->*header->descriptor).bindType, value);
         } else {
             (this->*header->descriptor).GetField(0, header->field, value);
         }
-    } else if (const auto* kept = Find(kKeptAttributes, attribute)) {
+    } else if (const auto* kept = FindNumbered(kKeptAttributes, attribute)) {
         PutNumber(this->*kept->value, value);
-    } else if (const auto* fixed = Find(kFixedAttributes, attribute)) {
+    } else if (const auto* fixed = FindNumbered(kFixedAttributes, attribute)) {
         PutNumber(fixed->value, value);
-    } else if (const auto* descriptor = Find(kDescriptorAttributes, attribute)) {
+    } else if (const auto* descriptor = FindNumbered(kDescriptorAttributes, attribute)) {
         PutNumber(static_cast<SQLPOINTER>(&(this->*descriptor->descriptor)), value);
     } else {
         Refuse();

@@ -157,8 +157,8 @@ bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
     if (fetched.size + left > kLongestValue) {
         RefuseText(Format(64, u"The value in column %d", {column + 1}), kLongestValue);
     }
-    if (isCounted && fetched.left &&
-        left != *fetched.left) {  // the NUL before this piece was the value's own
+    // Else the NUL before this piece was the value's own.
+    if (isCounted && fetched.left.value_or(left) != left) {
         *piece = 0;
         return false;
     }

@@ -36,6 +36,4 @@ gtest_discover_tests(odbc_driver_test NO_PRETTY_VALUES)
 add_test(NAME CHost.ConvertsAndLists
     COMMAND c_host_test ${CMAKE_CURRENT_SOURCE_DIR}/data ${CMAKE_CURRENT_BINARY_DIR} 1)
 
-if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/command/CMakeLists.txt)
-    add_subdirectory(command)
-endif()
+add_subdirectory(command)

@@ -1,4 +1,4 @@
-#include "odbc_driver/catalogue.h"
+#include "odbc_driver/catalogue_columns.h"
 
 namespace NOdbcDriver {
 
@@ -21,26 +21,55 @@ RowsResult::Columns ColumnsOfForeignKeys() {
             {u"DEFERRABILITY", SQL_SMALLINT}};
 }
 
-RowsResult::Columns ColumnsOfProcedureColumns() {
-    return {{u"PROCEDURE_CAT"},
-            {u"PROCEDURE_SCHEM"},
-            {u"PROCEDURE_NAME"},
-            {u"COLUMN_NAME"},
-            {u"COLUMN_TYPE", SQL_SMALLINT},
+// What SQLColumns and SQLProcedureColumns tell alike, behind the names and the kind of a column.
+RowsResult::Columns Described(RowsResult::Columns columns) {
+    columns.insert(columns.end(), {{u"DATA_TYPE", SQL_SMALLINT},
+                                   {u"TYPE_NAME"},
+                                   {u"COLUMN_SIZE", SQL_INTEGER},
+                                   {u"BUFFER_LENGTH", SQL_INTEGER},
+                                   {u"DECIMAL_DIGITS", SQL_SMALLINT},
+                                   {u"NUM_PREC_RADIX", SQL_SMALLINT},
+                                   {u"NULLABLE", SQL_SMALLINT},
+                                   {u"REMARKS"},
+                                   {u"COLUMN_DEF"},
+                                   {u"SQL_DATA_TYPE", SQL_SMALLINT},
+                                   {u"SQL_DATETIME_SUB", SQL_SMALLINT},
+                                   {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
+                                   {u"ORDINAL_POSITION", SQL_INTEGER},
+                                   {u"IS_NULLABLE"}});
+    return columns;
+}
+
+}  // namespace
+
+RowsResult::Columns ColumnsOfTables() {
+    return {{u"TABLE_CAT"}, {u"TABLE_SCHEM"}, {u"TABLE_NAME"}, {u"TABLE_TYPE"}, {u"REMARKS"}};
+}
+
+RowsResult::Columns ColumnsOfColumns() {
+    return Described({{u"TABLE_CAT"}, {u"TABLE_SCHEM"}, {u"TABLE_NAME"}, {u"COLUMN_NAME"}});
+}
+
+RowsResult::Columns ColumnsOfTypes() {
+    return {{u"TYPE_NAME"},
             {u"DATA_TYPE", SQL_SMALLINT},
-            {u"TYPE_NAME"},
             {u"COLUMN_SIZE", SQL_INTEGER},
-            {u"BUFFER_LENGTH", SQL_INTEGER},
-            {u"DECIMAL_DIGITS", SQL_SMALLINT},
-            {u"NUM_PREC_RADIX", SQL_SMALLINT},
+            {u"LITERAL_PREFIX"},
+            {u"LITERAL_SUFFIX"},
+            {u"CREATE_PARAMS"},
             {u"NULLABLE", SQL_SMALLINT},
-            {u"REMARKS"},
-            {u"COLUMN_DEF"},
+            {u"CASE_SENSITIVE", SQL_SMALLINT},
+            {u"SEARCHABLE", SQL_SMALLINT},
+            {u"UNSIGNED_ATTRIBUTE", SQL_SMALLINT},
+            {u"FIXED_PREC_SCALE", SQL_SMALLINT},
+            {u"AUTO_UNIQUE_VALUE", SQL_SMALLINT},
+            {u"LOCAL_TYPE_NAME"},
+            {u"MINIMUM_SCALE", SQL_SMALLINT},
+            {u"MAXIMUM_SCALE", SQL_SMALLINT},
             {u"SQL_DATA_TYPE", SQL_SMALLINT},
             {u"SQL_DATETIME_SUB", SQL_SMALLINT},
-            {u"CHAR_OCTET_LENGTH", SQL_INTEGER},
-            {u"ORDINAL_POSITION", SQL_INTEGER},
-            {u"IS_NULLABLE"}};
+            {u"NUM_PREC_RADIX", SQL_INTEGER},
+            {u"INTERVAL_PRECISION", SQL_SMALLINT}};
 }
 
 RowsResult::Columns ColumnsOf(Absent what) {
@@ -85,13 +114,13 @@ RowsResult::Columns ColumnsOf(Absent what) {
                     {u"REMARKS"},
                     {u"PROCEDURE_TYPE", SQL_SMALLINT}};
         case Absent::ProcedureColumns:
-            return ColumnsOfProcedureColumns();
+            return Described({{u"PROCEDURE_CAT"},
+                              {u"PROCEDURE_SCHEM"},
+                              {u"PROCEDURE_NAME"},
+                              {u"COLUMN_NAME"},
+                              {u"COLUMN_TYPE", SQL_SMALLINT}});
     }
     return {};
 }
-
-}  // namespace
-
-std::unique_ptr<Result> ListNothing(Absent what) { return std::make_unique<RowsResult>(ColumnsOf(what)); }
 
 }  // namespace NOdbcDriver
