@@ -1,5 +1,7 @@
 #include "workbook/defined_names.h"
 
+#include <iterator>
+
 #include "workbook/name_index.h"
 #include "workbook/text_builder.h"
 #include "workbook/utf16.h"
@@ -79,9 +81,8 @@ class DefinedNamesReader : public XmlReader {
     }
 
     std::vector<DefinedName> Take() {
-        for (DefinedName& defined : ofWorksheets_) {
-            if (index_.Add(defined.name, 0)) ofWorkbook_.push_back(std::move(defined));
-        }
+        ofWorkbook_.insert(ofWorkbook_.end(), std::make_move_iterator(ofWorksheets_.begin()),
+                           std::make_move_iterator(ofWorksheets_.end()));
         return std::move(ofWorkbook_);
     }
 
@@ -112,15 +113,10 @@ class DefinedNamesReader : public XmlReader {
         if (ofWorkbook_.size() + ofWorksheets_.size() == kMostDefinedNames) {
             throw PartFault{Fault::TooLarge, u"there are too many defined names"};
         }
-        if (isOfWorksheet_) {
-            ofWorksheets_.push_back({name_, *worksheet, *block});
-        } else if (index_.Add(name_, 0)) {
-            ofWorkbook_.push_back({name_, *worksheet, *block});
-        }
+        (isOfWorksheet_ ? ofWorksheets_ : ofWorkbook_).push_back({name_, *worksheet, *block});
     }
 
     NameIndex worksheets_;
-    NameIndex index_;  // of the workbook's names
     std::vector<DefinedName> ofWorkbook_;
     std::vector<DefinedName> ofWorksheets_;
     std::u16string name_;

@@ -56,9 +56,8 @@ struct Workbook {
     // WorkbookError.
     std::function<std::u16string()> findWhatIsNotKept;
     // The names of the whole workbook that stand for one block of cells of one worksheet, then such names of
-    // single worksheets that the workbook has not, each in workbook order; no two are the same, case of ASCII
-    // letters aside. Hidden names and those that programs make for filters and print areas are left out. Not
-    // set for a new workbook. Throws WorkbookError.
+    // single worksheets, each in workbook order; a name may come again. Hidden names and those that programs
+    // make for filters and print areas are left out. Not set for a new workbook. Throws WorkbookError.
     std::function<std::vector<DefinedName>()> readDefinedNames;
 };
 

@@ -9,11 +9,13 @@
 
 namespace NPlatform {
 
+namespace {
+
 // A character of UTF-16 takes at most three bytes of UTF-8.
 constexpr std::size_t kMostBytes = 3;
 
 // By the narrow function: the wide one of unixODBC takes each byte of UTF-8 for a character.
-static std::vector<std::u16string> ListDrivers(std::size_t capacity) {
+std::vector<std::u16string> ListDrivers(std::size_t capacity) {
     const std::size_t size = std::min<std::size_t>(kMostBytes * capacity, std::numeric_limits<WORD>::max());
     std::string list(size, '\0');
     WORD ignored = 0;
@@ -27,6 +29,8 @@ static std::vector<std::u16string> ListDrivers(std::size_t capacity) {
     }
     return descriptions;
 }
+
+}  // namespace
 
 constinit Replaceable<std::vector<std::u16string>(std::size_t)> InstalledDrivers{ListDrivers};
 
