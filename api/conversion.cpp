@@ -1,6 +1,7 @@
 #include "api/conversion.h"
 
 #include <memory>
+#include <new>
 
 #include "api/excel_detection.h"
 #include "api/xls2tki.h"
@@ -88,17 +89,26 @@ void ReserveMemoryToWrite(const TextBuffer& document) {
         u"There is not enough memory to write the import document.");
 }
 
+// The document is written: a lack of memory makes no failure of that.
+void TellEnd(VLogObject& log, std::u16string& messageText) {
+    try {
+        log.LogMessage(u"Writing to file completed.");
+        messageText = log.LastLine();
+    } catch (const std::bad_alloc&) {  // the line before stays the last
+    }
+}
+
 bool Run(const ConversionRequest& request, VLogObject& log, std::u16string& messageText) {
     const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, messageText);
     if (source == nullptr) return false;
     const TextBuffer document = BuildDocument(*source, request, log);
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
+    messageText = log.LastLine();
     NPlatform::TextOutputStream stream(request.outputPath);
     NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
     serializer.Write(document.View());
-    log.LogMessage(u"Writing to file completed.");
-    messageText = log.LastLine();
+    TellEnd(log, messageText);
     return true;
 }
 

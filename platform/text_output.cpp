@@ -11,7 +11,7 @@ namespace NPlatform {
 class TextOutputStream::Buffer : public std::streambuf {
   public:
     explicit Buffer(std::u16string_view path)
-        : file_(path), bytes_(std::make_unique_for_overwrite<char[]>(kSize)) {}
+        : bytes_(std::make_unique_for_overwrite<char[]>(kSize)), file_(path) {}
     ~Buffer() override { Flush(); }
     Buffer(const Buffer&) = delete;
     Buffer& operator=(const Buffer&) = delete;
@@ -69,8 +69,8 @@ class TextOutputStream::Buffer : public std::streambuf {
         return isWritten;
     }
 
+    std::unique_ptr<char[]> bytes_;  // obtained while an older file is still whole
     OutputFile file_;
-    std::unique_ptr<char[]> bytes_;
     std::size_t used_ = 0;
 };
 

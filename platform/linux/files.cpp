@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-#include <utility>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/paths.h"
@@ -56,13 +55,13 @@ static FileDescriptor OpenEmpty(const std::string& path) {
 }
 
 struct OutputFile::System {
-    explicit System(FileDescriptor opened) : file(std::move(opened)) {}
+    explicit System(const std::string& path) : file(OpenEmpty(path)) {}
 
     FileDescriptor file;
 };
 
 OutputFile::OutputFile(std::u16string_view path)
-    : system_(std::make_unique<System>(OpenEmpty(PathToBytes(path)))) {
+    : system_(std::make_unique<System>(PathToBytes(path))) {
     if (!system_->file.IsOpen()) system_.reset();
 }
 

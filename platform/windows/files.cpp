@@ -1,7 +1,6 @@
 #include "platform/files.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/output_file.h"
 #include "platform/windows/file_handle.h"
@@ -72,12 +71,12 @@ bool InputFile::ReadAt(std::uint64_t offset, char* bytes, std::size_t count) con
 }
 
 struct OutputFile::System {
-    explicit System(FileHandle opened) : file(std::move(opened)) {}
+    explicit System(std::u16string_view path) : file(OpenEmpty(path)) {}
 
     FileHandle file;
 };
 
-OutputFile::OutputFile(std::u16string_view path) : system_(std::make_unique<System>(OpenEmpty(path))) {
+OutputFile::OutputFile(std::u16string_view path) : system_(std::make_unique<System>(path)) {
     if (!system_->file.IsOpen()) system_.reset();
 }
 

@@ -302,6 +302,22 @@ def test_signals():
             check("signal: files", BEFORE, files())
 
 
+def test_signals_at_any_time():
+    with folder(HEAD + b"P0123;Stuck;red\n" * 100_000) as environment:
+        begin = time.monotonic()
+        check("without a signal", 0, run(IO, environment).returncode)
+        duration = time.monotonic() - begin
+        document = Path("out.xml").read_bytes()
+        for part in range(20):
+            Path("out.xml").write_bytes(OLD)
+            command = subprocess.Popen([COMMAND, *IO.split()], env=environment)
+            time.sleep(duration * part / 20)
+            command.terminate()
+            is_done = command.wait() == 0
+            output = Path("out.xml").read_bytes()
+            check(f"part {part}", (True, BEFORE), (output == document or not is_done and output == OLD, files()))
+
+
 def test_what_it_shows():
     with folder(TABLE) as environment:
         result = run("--help", environment)

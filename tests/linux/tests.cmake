@@ -26,12 +26,28 @@ target_link_libraries(odbc_driver_test PRIVATE xls2tki_odbc_room xls2tki_workboo
 target_compile_definitions(odbc_driver_test PRIVATE XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
 add_dependencies(odbc_driver_test xls2tki-odbc)
 
+# Conversions that the system fails. Its functions are replaced: those of memory in the whole program, unless a sanitizer
+# has replaced them already.
+add_executable(faults_test linux/faults_test.cpp linux/servers.cpp)
+target_link_libraries(faults_test PRIVATE xls2tki_rooms xls2tki_workbook ZoLogging GTest::gtest_main)
+target_compile_definitions(faults_test PRIVATE
+    XLS2TKI_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+    XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
+target_link_options(faults_test PRIVATE
+    -Wl,--wrap=open -Wl,--wrap=fstat -Wl,--wrap=pread -Wl,--wrap=ftruncate -Wl,--wrap=write)
+if(XLS2TKI_SANITIZE)
+    target_compile_definitions(faults_test PRIVATE XLS2TKI_SANITIZED)
+    target_link_options(faults_test PRIVATE -Wl,--wrap=malloc -Wl,--wrap=calloc -Wl,--wrap=realloc)
+endif()
+add_dependencies(faults_test xls2tki-odbc)
+
 target_sources(host_test PRIVATE linux/registry.cpp linux/xml_reader_test.cpp)
 target_link_libraries(host_test PRIVATE EXPAT::EXPAT)
 
 # Some tests ask for more memory than there is; the address sanitizer then has to behave like the system.
 gtest_discover_tests(rooms_test NO_PRETTY_VALUES PROPERTIES ENVIRONMENT ASAN_OPTIONS=allocator_may_return_null=1)
 gtest_discover_tests(host_test)
+gtest_discover_tests(faults_test NO_PRETTY_VALUES)
 gtest_discover_tests(odbc_driver_test NO_PRETTY_VALUES)
 add_test(NAME CHost.ConvertsAndLists
     COMMAND c_host_test ${CMAKE_CURRENT_SOURCE_DIR}/data ${CMAKE_CURRENT_BINARY_DIR} 1)
