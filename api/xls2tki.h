@@ -5,7 +5,8 @@
 // everybody else.
 //
 // Strings are UTF-16 and zero-terminated. A null pointer counts as the empty string. Arguments are only read
-// and need to stay valid no longer than the call. File names are ordinary paths of the system.
+// and need to stay valid no longer than the call. File names are ordinary paths of the system. That of a
+// workbook goes to Excel 2010 and later as it is; as these run in a folder of their own, pass a full path.
 //
 // The functions return true when the work was done. When one returns false, GetLoggedMessages() has the
 // sentence that tells the user why.

@@ -44,7 +44,8 @@ void NoteMissingDriver(const std::string& message) {
 // The message has the reason when it returns false.
 bool CallConversion(const Options& options, const fs::path& input, const fs::path& output) {
     try {
-        return Xls2TkiConvert(ToLibraryPath(input).c_str(), options.worksheet.c_str(),
+        const fs::path given = options.kind == ImportTypeExcel ? ToExcelPath(input) : input;
+        return Xls2TkiConvert(ToLibraryPath(given).c_str(), options.worksheet.c_str(),
                               ToLibraryPath(output).c_str(), options.kind, true, options.separator,
                               options.vsgNames, options.typeANames, {}, options.variant.c_str(),
                               options.diagnosticInstance.c_str(), options.utf8);
@@ -81,7 +82,7 @@ std::vector<WideString> FindWorksheets(const Options& options) {
     std::vector<WideString> names;
     bool isListed = true;
     try {
-        isListed = GetExcelWorksheets(ToLibraryPath(options.input).c_str(), names);
+        isListed = GetExcelWorksheets(ToLibraryPath(ToExcelPath(options.input)).c_str(), names);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) {  // of the library's own class or from Excel; the list is then empty

@@ -17,6 +17,9 @@ std::vector<std::string> ReadArguments(int count, const char* const* values);
 std::filesystem::path ToPath(std::string_view bytes);
 std::string ToBytes(const std::filesystem::path& path);
 
+// The path as Excel finds the file by it, which may run in another folder than the command.
+std::filesystem::path ToExcelPath(const std::filesystem::path& path);
+
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };

@@ -12,6 +12,9 @@ fs::path ToPath(std::string_view bytes) { return bytes; }
 
 std::string ToBytes(const fs::path& path) { return path.native(); }
 
+// What takes Excel's place is part of the process.
+fs::path ToExcelPath(const fs::path& path) { return path; }
+
 File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(path.c_str(), mode)); }
 
 File CreateNewFile(const fs::path& path) { return OpenFile(path, "wbx"); }

@@ -7,6 +7,8 @@
 #include <shellapi.h>
 #include <sys/stat.h>
 
+#include <system_error>
+
 #include "cli/text.h"
 
 namespace NCli {
@@ -27,6 +29,12 @@ std::vector<std::string> ReadArguments(int, const char* const*) {
 fs::path ToPath(std::string_view bytes) { return DecodeUtf8(bytes).text; }
 
 std::string ToBytes(const fs::path& path) { return EncodeUtf8(path.native()); }
+
+fs::path ToExcelPath(const fs::path& path) {
+    std::error_code failure;
+    const fs::path full = fs::absolute(path, failure);
+    return failure ? path : full;
+}
 
 File OpenFile(const fs::path& path, const char* mode) {
     const std::wstring wideMode(mode, mode + std::string_view(mode).size());

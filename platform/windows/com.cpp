@@ -26,17 +26,17 @@ std::u16string_view TextOf(BSTR text) {
 
 BSTR MakeBstr(std::u16string_view text) {
     const bool fits = text.size() < std::numeric_limits<UINT>::max() / sizeof(char16_t);
-    const BSTR made = fits ? SysAllocStringLen(AsWide(text.data()), static_cast<UINT>(text.size())) : nullptr;
+    BSTR made = fits ? SysAllocStringLen(AsWide(text.data()), static_cast<UINT>(text.size())) : nullptr;
     if (made == nullptr) throw std::bad_alloc();
     return made;
 }
 
 OleException OleFailure(HRESULT status) {
     constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    wchar_t message[1024];
+    WCHAR message[1024];
     DWORD size = FormatMessageW(kFlags, nullptr, static_cast<DWORD>(status), 0, message,
                                 static_cast<DWORD>(std::size(message)), nullptr);
-    while (size > 0 && message[size - 1] <= L' ') --size;  // the system ends it with a line end
+    while (size > 0 && message[size - 1] <= ' ') --size;  // the system ends it with a line end
     if (size == 0) return {status, Format(64, u"Error 0x%08lx.", {static_cast<std::uint32_t>(status)})};
     return {status, FromWide({message, size})};
 }

@@ -27,7 +27,7 @@ using SafeArrayPointer = std::unique_ptr<SAFEARRAY, DestroySafeArray>;
 // A VARIANT with what it holds.
 class SystemVariant {
   public:
-    SystemVariant() { VariantInit(&value_); }
+    SystemVariant() = default;
     SystemVariant(const SystemVariant&) = delete;
     SystemVariant& operator=(const SystemVariant&) = delete;
     ~SystemVariant() { VariantClear(&value_); }
@@ -37,7 +37,7 @@ class SystemVariant {
     VARIANT* Get() { return &value_; }
 
   private:
-    VARIANT value_;
+    VARIANT value_{};  // empty
 };
 
 // An EXCEPINFO with its texts.

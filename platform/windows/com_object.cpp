@@ -28,6 +28,12 @@ class SystemArguments {
     std::vector<SystemVariant> values_;
 };
 
+// The application does not answer now, as its user has a cell or a dialog open.
+bool IsBusy(HRESULT status) {
+    constexpr auto kSuspended = static_cast<HRESULT>(0x800AC472);  // Excel's own
+    return status == RPC_E_CALL_REJECTED || status == RPC_E_SERVERCALL_RETRYLATER || status == kSuspended;
+}
+
 class ComObject : public DispatchObject {
   public:
     explicit ComObject(ComPointer<IDispatch> object) : object_(std::move(object)) {}
@@ -43,14 +49,30 @@ class ComObject : public DispatchObject {
         SystemVariant result;
         SystemExceptionInfo info;
         UINT wrongArgument = 0;
-        const HRESULT status = object_->Invoke(member, IID_NULL, 0, static_cast<WORD>(kind), &parameters,
-                                               result.Get(), info.Get(), &wrongArgument);
+        const HRESULT status = AskWhileBusy([&] {
+            return object_->Invoke(member, IID_NULL, 0, static_cast<WORD>(kind), &parameters, result.Get(),
+                                   info.Get(), &wrongArgument);
+        });
         if (status == DISP_E_EXCEPTION) throw info.ToException();
+        if (IsBusy(status)) throw OleException(status, u"The application is busy with its user.");
         CheckOle(status);
         return FromSystem(*result.Get());
     }
 
   private:
+    // Gives up after some seconds.
+    template <typename Ask>
+    static HRESULT AskWhileBusy(Ask ask) {
+        constexpr int kMostTimes = 50;
+        constexpr DWORD kPause = 100;  // milliseconds
+        HRESULT status = ask();
+        for (int times = 1; times < kMostTimes && IsBusy(status); ++times) {
+            Sleep(kPause);
+            status = ask();
+        }
+        return status;
+    }
+
     ComPointer<IDispatch> object_;
 };
 

@@ -77,7 +77,7 @@ void Report(const DispatchException& failure, EXCEPINFO& info) {
 
 class SystemObject : public IDispatch {
   public:
-    explicit SystemObject(const Dispatch& object) : object_(object) {}
+    explicit SystemObject(Dispatch object) : object_(std::move(object)) {}
     virtual ~SystemObject() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {

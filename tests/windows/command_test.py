@@ -1,89 +1,235 @@
 #!/usr/bin/python3
-"""Usage: command_test.py COMMAND ODBC_DRIVER
-Runs the command in Wine, as users of Windows do. What does not depend on the system is tested on Linux. The driver is
-that of SQLite for Linux, to which Wine's driver manager hands on."""
+"""Usage: command_test.py COMMAND LINUX_BUILD
+Runs the command in Wine, as users of Windows do, above all with what is another process or another library there. What
+does not depend on the system is tested on Linux. Of the build for Linux it takes the command, to compare documents
+with, the Excel that answers in a process of its own, and the ODBC driver, to which Wine's driver manager hands on."""
 
 import contextlib
+import functools
 import os
-import sqlite3
+import re
 import subprocess
 import sys
 import tempfile
+import time
 from pathlib import Path
 
-COMMAND, ODBC_DRIVER = sys.argv[1:]
-EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
+COMMAND = sys.argv[1]
+LINUX_BUILD = Path(sys.argv[2]).resolve()
+LINUX_COMMAND = LINUX_BUILD / "bin/xls2tki"
+SERVER = LINUX_BUILD / "bin/excel_server.exe.so"
+ODBC_DRIVER = LINUX_BUILD / "lib/libxls2tki-odbc.so"
+DRIVER_NAME = "xls2tki Excel Driver (*.xlsx, *.xlsm)"
+SOURCES = Path(__file__).resolve().parents[2]
+EXAMPLES = SOURCES / "examples"
 TABLE = (EXAMPLES / "powertrain.csv").read_bytes()
-DOCUMENT = (EXAMPLES / "powertrain.xml").read_bytes()
+WORKBOOK = (EXAMPLES / "powertrain.xlsx").read_bytes()
+DOCUMENT, J1939, BODY = (
+    (EXAMPLES / f"{name}.xml").read_bytes() for name in ("powertrain", "j1939", "base-and-failure-type"))
+NAMES = "Powertrain\nJ1939\nBody\n".encode()
 OLD = b"an older document"
 NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data transformation.\n"
-# Arguments, standard input, exit status, standard error, standard output, and what is in out.xml.
+# Arguments, standard input, exit status, standard error, standard output, and what is in out.xml. In what is expected
+# on standard error, dots stand for any text.
 CASES = [
     ("in.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),
     ("--utf8 --vsg Sch\u00e4den \u00e4\u4e2d\U0001f600.csv out.xml", b"", 0, "", b"", DOCUMENT),
-    ("-v in.csv -", b"", 0, "ends with\nWriting to file completed.\n", DOCUMENT, OLD),
+    ("-v in.csv -", b"", 0, "...\nWriting to file completed.\n", DOCUMENT, OLD),
     ("missing\u00e4.csv out.xml", b"", 1, "xls2tki: Error opening inputfile:\n'missing\u00e4.csv'\n", b"", OLD),
     ("in.csv missing/out.xml", b"", 1, "xls2tki: Could not create a file in the folder \"missing\": No such file or directory\n",
      b"", OLD),
     ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
-    ("-o in.csv out.xml", b"", 1, "xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
+    ("-o in.csv out.xml", b"", 1, "...xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
     ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are needed. (xls2tki --help shows the options.)\n", b"", OLD),
 ]
-
-
-# The same where the driver is installed and finds a table, and one where it finds none.
 ODBC_CASES = [
-    ("-o table.xlsx -", b"", 0, "", b"starts with\n" + DOCUMENT[:DOCUMENT.index(b"<RECORDTEMPLATE")], OLD),
-    ("-o table.xlsx out.xml", b"", 1, "xls2tki: \"table.xlsx\": Database error: [SQLite]no such table: DTC (1)\n", b"", OLD),
+    ("-o table.xlsx out.xml", b"", 0, "", b"", DOCUMENT),
+    ("-o in.csv out.xml", b"", 1, "xls2tki: Database error: [xls2tki][Excel Driver]'in.csv' is not a workbook.\n", b"", OLD),
 ]
+
+OPEN_2000, OPEN, VALUE = "0x2AA", "0x783", "0x56C"
+REASON = "Excel cannot do that: \u4e2d\u6587."
+FAILED = f'xls2tki: "table.xlsx": {REASON}\n'
+EXPLAINED = ("...\nCould not read out existing sheets of excel file. (Code: ' 0x000003ec')\n"
+             f"Reason: {REASON}\nSource: Microsoft Excel\nHelpfile: xlmain.chm\n...")
+DIED = 'xls2tki: "table.xlsx": ...RPC...\n'
+NOT_STARTED = 'xls2tki: "table.xlsx": Excel could not be started: Error 0x8....\n'
+CONVERSION = "table.xlsx out.xml"
+# The number of the version that the registry names, what goes wrong there (see server/faults.h), arguments, exit status,
+# standard error, standard output, and what is in out.xml.
+EXCEL_CASES = [
+    ("10", "", CONVERSION, 0, "", b"", DOCUMENT),
+    ("10", "", "-w J1939 table.xlsx out.xml", 0, "", b"", J1939),
+    ("10", "", "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
+    ("11", "", CONVERSION, 0, "", b"", DOCUMENT),
+    ("11", "", "--list-worksheets table.xlsx", 1,
+     "xls2tki: On using Excel 2003, it is not possible to detect contained Worksheets!\n", b"", OLD),
+    ("12", "", "-w Body table.xlsx out.xml", 0, "", b"", BODY),
+    ("12", "", "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
+    ("14", "", CONVERSION, 0, "", b"", DOCUMENT),
+    ("14", "", "-w J1939 table.xlsx out.xml", 0, "", b"", J1939),
+    ("14", "", "-w j1939 table.xlsx out.xml", 1,
+     'xls2tki: "table.xlsx" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', b"", OLD),
+    ("16", "", CONVERSION, 0, "", b"", DOCUMENT),
+    ("16", "", "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
+    ("14", "", "\u00e4\u4e2d\U0001f600.xlsx out.xml", 0, "", b"", DOCUMENT),
+    ("12", "", "missing.xlsx out.xml", 1, "xls2tki: Error opening inputfile:\n'...missing.xlsx'\n", b"", OLD),
+    ("14", "", "missing.xlsx out.xml", 1, "xls2tki: '...missing.xlsx' cannot be opened.\n", b"", OLD),
+    ("10", "--fail " + OPEN_2000, CONVERSION, 1, FAILED, b"", OLD),
+    ("11", "--fail " + OPEN, CONVERSION, 1, f"xls2tki: {REASON} Please use -o (=ODBC) to convert file to tki.\n", b"", OLD),
+    ("14", "--fail " + OPEN, "-v " + CONVERSION, 1, EXPLAINED, b"", OLD),
+    ("14", "--fail " + OPEN, "--list-worksheets table.xlsx", 1, FAILED, b"", OLD),
+    ("14", "--fail " + VALUE, CONVERSION, 1, FAILED, b"", OLD),
+    ("11", "--fail " + VALUE, CONVERSION, 1, FAILED, b"", OLD),
+    ("14", f"--busy {OPEN} 2", CONVERSION, 0, "", b"", DOCUMENT),
+    ("14", f"--busy {OPEN} 1000", CONVERSION, 1, 'xls2tki: "table.xlsx": The application is busy with its user.\n', b"", OLD),
+    ("12", "--die " + OPEN, CONVERSION, 1, DIED, b"", OLD),
+    ("11", "--die " + VALUE, CONVERSION, 1, DIED, b"", OLD),
+    ("14", "--die " + VALUE, "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
+    ("14", "--refuse", CONVERSION, 1, NOT_STARTED, b"", OLD),
+    ("11", "--refuse", CONVERSION, 1, NOT_STARTED, b"", OLD),
+    # While the one is quitting, the next is started.
+    ("14", "--linger 4000", CONVERSION, 0, "", b"", DOCUMENT),
+    ("14", "--linger 4000", CONVERSION, 0, "", b"", DOCUMENT),
+]
+CLASSES = r"HKEY_LOCAL_MACHINE\SOFTWARE\Classes"
+EXCEL_CLASS = "{00024500-0000-0000-C000-000000000046}"
+WITHOUT_EXCEL = f"REGEDIT4\n\n[-{CLASSES}\\Excel.Application]\n\n[-{CLASSES}\\CLSID\\{EXCEL_CLASS}]\n"
 
 
 def run(*command, **options):
-    return subprocess.run(["wine", *command], capture_output=True, check=False, **options)
+    return subprocess.run(command, capture_output=True, check=False, **options)
+
+
+def write_registry(text):
+    with tempfile.NamedTemporaryFile("w", suffix=".reg") as file:
+        file.write(text)
+        file.flush()
+        assert run("wine", "reg", "import", "Z:" + file.name).returncode == 0
+
+
+@functools.lru_cache(maxsize=1)
+def register_excel(version, faults):
+    """Takes its time, and so leaves a registration as it is that is the last one again."""
+    server = f"Z:{SERVER} {faults}".replace("/", r"\\")
+    write_registry(f"""{WITHOUT_EXCEL}
+[{CLASSES}\\Excel.Application\\CurVer]
+@="Excel.Application.{version}"
+
+[{CLASSES}\\Excel.Application\\CLSID]
+@="{EXCEL_CLASS}"
+
+[{CLASSES}\\CLSID\\{EXCEL_CLASS}\\LocalServer32]
+@="{server}"
+""")
+
+
+def servers():
+    """The processes of Excel; those that have ended have no command line any more."""
+    found = []
+    for process in Path("/proc").glob("[0-9]*"):
+        with contextlib.suppress(OSError):
+            if SERVER.name.encode() in (process / "cmdline").read_bytes().split(b"\0")[0]:
+                found.append(process.name)
+    return found
+
+
+def await_servers():
+    """Ends with a complaint if a process is left for long."""
+    for _ in range(100):
+        if not servers():
+            return ""
+        time.sleep(0.1)
+    return f"processes are left: {servers()}\n"
 
 
 @contextlib.contextmanager
 def odbc_driver(folder):
-    """Installs the driver. It finds its tables under the data source's name ''."""
     key = r"HKLM\Software\ODBC\ODBCINST.INI\ODBC Drivers"
-    (folder / "odbcinst.ini").write_text(f"[An Excel Driver]\nDriver={ODBC_DRIVER}\n")
-    (folder / "odbc.ini").write_text(f"['']\nStepAPI=1\nDatabase={folder}/tables\n")
-    os.environ.update(ODBCSYSINI=str(folder), ODBCINI=str(folder / "odbc.ini"))
-    run("reg", "add", key, "/v", "An Excel Driver", "/d", "Installed", "/f")
-    yield sqlite3.connect(folder / "tables", isolation_level=None)
-    run("reg", "delete", key, "/f")
+    (folder / "odbcinst.ini").write_text(f"[{DRIVER_NAME}]\nDriver={ODBC_DRIVER}\n")
+    os.environ.update(ODBCSYSINI=str(folder), ODBCINI=os.devnull)
+    run("wine", "reg", "add", key, "/v", DRIVER_NAME, "/d", "Installed", "/f")
+    yield
+    run("wine", "reg", "delete", key, "/f")
+
+
+def is_said(said, expected):
+    return re.fullmatch(".*".join(map(re.escape, expected.split("..."))), said, re.DOTALL)
 
 
 def check(case, folder):
     arguments, given, status, error, output, document = case
     for name in ("in.csv", "\u00e4\u4e2d\U0001f600.csv"):
         (folder / name).write_bytes(TABLE)
+    for name in ("table.xlsx", "\u00e4\u4e2d\U0001f600.xlsx"):
+        (folder / name).write_bytes(WORKBOOK)
     (folder / "out.xml").write_bytes(OLD)
     before = sorted(folder.iterdir())
-    done = run(COMMAND, *arguments.split(), input=given, cwd=folder)
-    said, written = done.stderr.decode(), done.stdout
-    if error.startswith("ends with\n") and said.endswith(error[10:]):
-        said = error
-    if output.startswith(b"starts with\n") and written.startswith(output[12:]):
-        written = output
-    found = (done.returncode, said, written, (folder / "out.xml").read_bytes())
+    done = run("wine", COMMAND, *arguments.split(), input=given, cwd=folder)
+    said = done.stderr.decode()
+    found = (done.returncode, error if is_said(said, error) else said, done.stdout, (folder / "out.xml").read_bytes())
     complaints = [f"{is_!r}, expected {should!r}" for is_, should in zip(found, (status, error, output, document)) if is_ != should]
     if sorted(folder.iterdir()) != before:
         complaints.append("files were left")
     return "".join(f"{arguments}: {complaint}\n" for complaint in complaints)
 
 
+def check_excel(case, folder):
+    version, faults, arguments, *expected = case
+    register_excel(version, faults)
+    complaints = check((arguments, b"", *expected), folder)
+    if not faults.startswith("--linger"):
+        complaints += await_servers()
+    return f"Excel.Application.{version} {faults}: {complaints}" if complaints else ""
+
+
+def compare(name, content, arguments, folder, **linux):
+    """Converts on both systems, which have to give the same: exit status and bytes."""
+    (folder / name).write_bytes(content)
+    found = []
+    for command in ("wine", COMMAND), (LINUX_COMMAND,):
+        (folder / "out.xml").unlink(missing_ok=True)
+        done = run(*command, *arguments, name, "out.xml", cwd=folder, env={**os.environ, **linux})
+        document = (folder / "out.xml").read_bytes() if done.returncode == 0 else None
+        found.append((done.returncode, document))
+    return "" if found[0] == found[1] else f"{name} {arguments}: {found[0]!r}, on Linux {found[1]!r}\n"
+
+
+def compare_tables(folder):
+    complaints = ""
+    for separator in b";\t,|":
+        table = TABLE.replace(b";", bytes([separator])) + b"\xc3\xa4\n"
+        for encoding in (), ("--utf8",):
+            complaints += compare("in.csv", table, ("-s", chr(separator), *encoding), folder)
+    for path in sorted((SOURCES / "tests/data").glob("*.csv")):
+        complaints += compare("in.csv", path.read_bytes(), (), folder)
+    return complaints
+
+
+def compare_workbooks(folder):
+    complaints = ""
+    for version in "11", "14":
+        registry = f'Windows Registry Editor Version 5.00\n\n[{CLASSES}\\Excel.Application\\CurVer]\n@="Excel.Application.{version}"\n'
+        (folder / "excel.reg").write_text(registry)
+        register_excel(version, "")
+        for path in sorted((SOURCES / "tests/data/workbooks").glob("*.xlsx")):
+            complaints += compare(path.name, path.read_bytes(), (), folder, XLS2TKI_REGISTRY=str(folder / "excel.reg"))
+    return complaints + await_servers()
+
+
 def main():
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
+        write_registry(WITHOUT_EXCEL)
         complaints = "".join(check(case, folder) for case in CASES)
-        with odbc_driver(folder) as tables:
-            tables.execute("CREATE TABLE DTC(DTC, Description)")
-            complaints += check(ODBC_CASES[0], folder)
-            tables.execute("DROP TABLE DTC")
-            complaints += check(ODBC_CASES[1], folder)
+        with odbc_driver(folder):
+            complaints += "".join(check(case, folder) for case in ODBC_CASES)
+        complaints += "".join(check_excel(case, folder) for case in EXCEL_CASES) + await_servers()
+        complaints += compare_workbooks(folder)
+        write_registry(WITHOUT_EXCEL)
+        complaints += compare_tables(folder)
     print(complaints, end="")
     return 1 if complaints else 0
 

@@ -32,11 +32,10 @@ add_test(NAME c_host
     COMMAND c_host_test ${drive}${CMAKE_CURRENT_SOURCE_DIR}/data ${drive}${CMAKE_CURRENT_BINARY_DIR} 0)
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
-find_file(SQLITE_ODBC_DRIVER libsqlite3odbc.so PATHS /usr/lib/x86_64-linux-gnu/odbc NO_DEFAULT_PATH
-    NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+set(XLS2TKI_LINUX_BUILD "${PROJECT_SOURCE_DIR}/build/release" CACHE PATH "Has what the tests of the command talk to")
 add_test(NAME command
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/command_test.py
-        $<TARGET_FILE:xls2tki_command> ${SQLITE_ODBC_DRIVER})
+        $<TARGET_FILE:xls2tki_command> ${XLS2TKI_LINUX_BUILD})
 add_test(NAME dll
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_test.py
         ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} ${PROJECT_VERSION})
