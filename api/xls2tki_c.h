@@ -80,7 +80,9 @@ enum {
 typedef struct {
     size_t size; /* sizeof(Xls2TkiFacts), set by the caller: a later version may have more members */
     int32_t layout;
-    bool hexDigits; /* a letter A to F in the first column made numbers without 0x hexadecimal */
+    /* A letter A to F in the first column made numbers without 0x hexadecimal; with XLS2TKI_SINGLE_NUMBER
+     * only. */
+    bool hexDigits;
     bool saeCodes;  /* texts that begin with P, C, B or U were taken for SAE codes */
     size_t rows;    /* without the header: the DTCs of the document */
     size_t columns; /* with those that were skipped */

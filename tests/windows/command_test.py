@@ -29,6 +29,15 @@ CASES = [
     ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
+    ("--json --check missing.csv", b"", 1, "xls2tki: Error opening inputfile:\n'missing.csv'\n",
+     b'starts with\n{"input":"missing.csv","output":null,"kind":"csv","layout":null,', OLD),
+    ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
+     "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
+    ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
+     b"missing.csv: failed: Error opening inputfile: 'missing.csv'\nout.csv: done\n",
+     DOCUMENT.replace(b"Emission_Related_Trouble_Codes", b"\\&quot;\\").replace(b"COMMON_DIAGNOSTICS", b"a&quot;b\\\\")),
+    ("--output-dir o in.csv missing/IN.csv", b"", 2, "xls2tki: \"in.csv\" and \"missing/IN.csv\" would both become \"o\\IN.xml\"."
+     " (xls2tki --help shows the options.)\n", b"", OLD),
     ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are needed. (xls2tki --help shows the options.)\n", b"", OLD),
 ]
 
@@ -58,7 +67,7 @@ def odbc_driver(folder):
 
 def check(case, folder):
     arguments, given, status, error, output, document = case
-    for name in ("in.csv", "\u00e4\u4e2d\U0001f600.csv"):
+    for name in ("in.csv", "out.csv", "\u00e4\u4e2d\U0001f600.csv"):
         (folder / name).write_bytes(TABLE)
     (folder / "out.xml").write_bytes(OLD)
     before = sorted(folder.iterdir())
