@@ -48,7 +48,8 @@ class HelpFormatter : public CLI::Formatter {
     std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode mode) const override {
         return make_description(app) + make_usage(app, {}) + make_groups(app, mode) + make_footer(app);
     }
-    std::string make_group(std::string, bool, std::vector<const CLI::Option*> options) const override {
+    [[nodiscard]] std::string make_group(std::string, bool,
+                                         std::vector<const CLI::Option*> options) const override {
         std::string lines = "Options:\n";
         for (const CLI::Option* const option : options) lines += make_option(option, false);
         return lines;
