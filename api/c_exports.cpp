@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "api/conversion.h"
+#include "api/outcome.h"
 #include "api/xls2tki.h"
 #include "api/xls2tki_c.h"
 #include "platform/automation.h"
@@ -111,6 +112,23 @@ bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
         *names = {listedTexts.data(), listedTexts.size()};
         return true;
     });
+}
+
+bool xls2tki_facts(Xls2TkiFacts* facts) {
+    const auto& found = NXls2Tki::LastOutcome().facts;
+    if (!found || facts == nullptr || facts->size != sizeof(Xls2TkiFacts)) return false;
+    *facts = {.size = sizeof(Xls2TkiFacts),
+              .layout = static_cast<std::int32_t>(found->layout),
+              .hexDigits = found->notation.hexDigits,
+              .saeCodes = found->notation.saeCodes,
+              .rows = found->rows,
+              .columns = found->columns,
+              .endColumn = found->endColumn,
+              .columnsWithoutHeader = found->columnsWithoutHeader.data(),
+              .columnsWithoutHeaderCount = found->columnsWithoutHeader.size(),
+              .itemColumns = found->itemColumns,
+              .items = found->items};
+    return true;
 }
 
 const Xls2TkiChar* xls2tki_message() {

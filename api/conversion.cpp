@@ -71,14 +71,15 @@ void ReadTable(VHeapInterface& source, std::u16string_view worksheetName) {
     source.ReadData();
 }
 
-TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& request, VLogObject& log) {
+TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& request, VLogObject& log,
+                         VSimpleXMLCreation::DocumentFacts& facts) {
     source.OpenSource();
     ReadTable(source, request.worksheetName);
     source.CheckConsistency();
     TextBuffer document;
     VSimpleXMLCreation::BuildImportDocument(*source.GetIterator(), document, log, request.diagnosticInstance,
                                             request.variant, request.vsgNames, request.secondNames,
-                                            request.thirdNames);
+                                            request.thirdNames, &facts);
     return document;
 }
 
@@ -98,32 +99,35 @@ void TellEnd(VLogObject& log, std::u16string& messageText) {
     }
 }
 
-bool Run(const ConversionRequest& request, VLogObject& log, std::u16string& messageText) {
-    const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, messageText);
+bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
+    const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, outcome.messageText);
     if (source == nullptr) return false;
-    const TextBuffer document = BuildDocument(*source, request, log);
+    VSimpleXMLCreation::DocumentFacts facts;
+    const TextBuffer document = BuildDocument(*source, request, log, facts);
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
-    messageText = log.LastLine();
+    outcome.messageText = log.LastLine();
     NPlatform::TextOutputStream stream(request.outputPath);
     NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
     serializer.Write(document.View());
-    TellEnd(log, messageText);
+    TellEnd(log, outcome.messageText);
+    outcome.facts = std::move(facts);
     return true;
 }
 
 }  // namespace
 
-bool Convert(const ConversionRequest& request, std::u16string& messageText) {
+bool Convert(const ConversionRequest& request, Outcome& outcome) {
     VLogObject log(request.forwardMessages);
-    messageText.clear();
+    outcome.messageText.clear();
+    outcome.facts.reset();
     LogUser(log);
     try {
-        return Run(request, log, messageText);
+        return Run(request, log, outcome);
     } catch (const VCSVReader::VParserException& exception) {
-        messageText = exception.GetMessage();
+        outcome.messageText = exception.GetMessage();
     } catch (const VSimpleXMLCreation::VSimpleXMLException& exception) {
-        messageText = exception.GetMessage();
+        outcome.messageText = exception.GetMessage();
     }
     return false;
 }

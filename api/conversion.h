@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "api/outcome.h"
+
 namespace NXls2Tki {
 
 // Where the caller has no say in them.
@@ -29,13 +31,13 @@ struct ConversionRequest {
     bool utf8;
 };
 
-// Empties `messageText` and puts the last progress line with its stamp there, or the reason when it returns
-// false. Where Excel's version is not known, a warning stands there in between, and remains when an exception
-// passes out. The output file is opened only when the document is complete and the memory to write it is
-// there. Whether it can be written is not checked.
+// Empties the outcome and puts the facts there, and as its message text the last progress line with its
+// stamp, or the reason when it returns false. Where Excel's version is not known, a warning stands there in
+// between, and remains when an exception passes out. The output file is opened only when the document is
+// complete and the memory to write it is there. Whether it can be written is not checked.
 //
 // Throws what reading throws: NPlatform::DispatchException and NPlatform::OleException where Excel fails.
-bool Convert(const ConversionRequest& request, std::u16string& messageText);
+bool Convert(const ConversionRequest& request, Outcome& outcome);
 
 // Appends the names of the workbook's worksheets; none where Excel could not open it. When it returns false,
 // there are none, and `messageText` has the reason. When it returns true, `messageText` is as it was, or has

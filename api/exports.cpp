@@ -1,6 +1,7 @@
 #include <string_view>
 
 #include "api/conversion.h"
+#include "api/outcome.h"
 #include "api/xls2tki.h"
 #include "platform/ole.h"
 
@@ -8,7 +9,7 @@ namespace NXls2Tki {
 
 namespace {
 
-std::u16string messageText;
+Outcome lastOutcome;
 WideString shownMessageText;  // as the host reads it
 bool oleInitialised = false;
 
@@ -32,6 +33,8 @@ const std::set<std::u16string>& Inside(const Set& names, std::set<std::u16string
 }
 
 }  // namespace
+
+Outcome& LastOutcome() { return lastOutcome; }
 
 bool XlsInitOle(bool silent) {
     const NPlatform::ModuleState moduleState;
@@ -62,7 +65,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, co
     return Convert({input, worksheet, output, importType, forwardMessages, static_cast<char16_t>(separator),
                     Inside(vsgNames, vsg), Inside(secondNames, second), Inside(thirdNames, third),
                     variantName, instanceName, utf8},
-                   messageText);
+                   lastOutcome);
 }
 
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,
@@ -91,7 +94,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImpo
 bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names) {
     const NPlatform::ModuleState moduleState;
     std::vector<std::u16string> found;
-    if (!ListWorksheets(Inside(path), found, messageText)) return false;
+    if (!ListWorksheets(Inside(path), found, lastOutcome.messageText)) return false;
     std::vector<WideString> converted;
     converted.reserve(found.size());
     for (const std::u16string& name : found) converted.push_back(Outside(name));
@@ -102,7 +105,8 @@ bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names) {
 const WideChar* GetLoggedMessages() {
     const NPlatform::ModuleState moduleState;
     // The same text stays in the same place: a host may keep the pointer.
-    shownMessageText.assign(messageText.begin(), messageText.end());
+    const std::u16string& text = lastOutcome.messageText;
+    shownMessageText.assign(text.begin(), text.end());
     return shownMessageText.c_str();
 }
 

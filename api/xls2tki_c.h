@@ -69,11 +69,44 @@ typedef struct {
     const Xls2TkiChar* diagnosticInstance; /* null: "Emission_Related_Trouble_Codes"; empty: none */
 } Xls2TkiConversion;
 
+/* Which numbers the first columns of a table hold, as its first two header cells tell. */
+enum {
+    XLS2TKI_SINGLE_NUMBER = 0,         /* a DTC number */
+    XLS2TKI_SPN_FMI = 1,               /* SPN and FMI, of SAE J1939 */
+    XLS2TKI_BASE_AND_FAILURE_TYPE = 2, /* a base DTC and a failure type */
+};
+
+/* What a document was made of, to be compared with what was expected. Columns count from 0. */
+typedef struct {
+    size_t size; /* sizeof(Xls2TkiFacts), set by the caller: a later version may have more members */
+    int32_t layout;
+    /* A letter A to F in the first column made numbers without 0x hexadecimal; with XLS2TKI_SINGLE_NUMBER
+     * only. */
+    bool hexDigits;
+    bool saeCodes;  /* texts that begin with P, C, B or U were taken for SAE codes */
+    size_t rows;    /* without the header: the DTCs of the document */
+    size_t columns; /* with those that were skipped */
+    /* The column without header and data with which the table ends. It and all behind it were skipped, those
+     * with headers, too. The number of columns where there is none. */
+    size_t endColumn;
+    /* The columns before the end that were skipped because they have data, but no header; in their order. */
+    const size_t* columnsWithoutHeader;
+    size_t columnsWithoutHeaderCount;
+    size_t itemColumns; /* columns that became record items */
+    size_t items;       /* record items of all DTCs; an empty cell is none */
+} Xls2TkiFacts;
+
 /* As XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 
-/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. */
+/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. With
+ * an empty output path all is done but nothing is written. */
 XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
+
+/* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next
+ * conversion. False, with `facts` as they were: the conversion failed, there was none, or `facts->size` is
+ * that of another version. The message of the conversion stays. */
+XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
 /* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they
  * are valid until the next call of this function. When it returns false, `names` is as it was. */

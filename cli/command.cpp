@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -11,6 +13,7 @@
 #include "cli/input.h"
 #include "cli/library.h"
 #include "cli/output.h"
+#include "cli/report.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -69,6 +72,24 @@ void CheckWorksheet(const Options& options) {
     RefuseWorksheet(options, names);
 }
 
+void ConvertTable(const Options& options) {
+    RefuseInputAsOutput(options);
+    if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
+    PrepareLibrary();
+    CheckWorksheet(options);
+    std::optional<Output> output;
+    if (!options.checks) output.emplace(options.output);
+    const Input input(options.input, options.kind);
+    if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
+    RunConversion(options, input.Path(), output ? output->Path() : kNoOutput);
+    if (output) output->Publish();
+}
+
+void Print(const std::string& text, const std::string& name) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    throw Failure("Could not write the " + name + ": " + SystemText(errno));
+}
+
 }  // namespace
 
 void ListWorksheets(const Options& options) {
@@ -77,21 +98,19 @@ void ListWorksheets(const Options& options) {
     if (names.empty()) FailWithLibraryMessage();
     std::string lines;
     for (const WideString& name : names) lines += ShownName(name, kWholeName) + "\n";
-    if (std::fwrite(lines.data(), 1, lines.size(), stdout) != lines.size() || std::fflush(stdout) != 0) {
-        throw Failure("Could not write the names: " + SystemText(errno));
-    }
+    Print(lines, "names");
 }
 
 void Convert(const Options& options) {
-    RefuseInputAsOutput(options);
-    if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
-    PrepareLibrary();
-    CheckWorksheet(options);
-    Output output(options.output);
-    const Input input(options.input, options.kind);
-    if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
-    RunConversion(options, input.Path(), output.Path());
-    output.Publish();
+    if (!options.reports) return ConvertTable(options);
+    KeepMessages();
+    try {
+        ConvertTable(options);
+    } catch (const std::exception& error) {
+        Print(MakeReport(options, SentenceOf(error)), "outcome");
+        throw;
+    }
+    Print(MakeReport(options, {}), "outcome");
 }
 
 }  // namespace NCli

@@ -1,11 +1,18 @@
 #include "cli/failure.h"
 
 #include <cstdio>
+#include <new>
 #include <system_error>
 
+#include "cli/report.h"
 #include "cli/text.h"
 
 namespace NCli {
+
+std::string_view SentenceOf(const std::exception& error) {
+    const bool isOutOfMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    return isOutOfMemory ? "Not enough memory to convert this table." : error.what();
+}
 
 void Tell(std::string_view text) {
     std::fputs("xls2tki: ", stderr);
@@ -13,7 +20,11 @@ void Tell(std::string_view text) {
     if (!text.ends_with('\n')) std::fputc('\n', stderr);
 }
 
-void Note(const std::string& sentence) { Tell("Note: " + sentence); }
+void Note(const std::string& sentence) {
+    const std::string note = "Note: " + sentence;
+    Tell(note);
+    KeepMessage(note);
+}
 
 std::string SystemText(int error) { return std::generic_category().message(error); }
 

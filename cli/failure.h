@@ -1,6 +1,7 @@
 // What ends the command early, and what it tells the user.
 #pragma once
 
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,10 +20,13 @@ class WrongUsage : public Failure {
     using Failure::Failure;
 };
 
+// What the user is told about any error that ends the command.
+std::string_view SentenceOf(const std::exception& error);
+
 // Shows "xls2tki: " and the UTF-8 text as a line on standard error. Allocates nothing.
 void Tell(std::string_view text);
 
-// Tells the user what changes nothing about the outcome.
+// Tells the user what changes nothing about the outcome, and keeps it for the report.
 void Note(const std::string& sentence);
 
 // The system's own text for a value of errno.

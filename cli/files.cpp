@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/failure.h"
+#include "cli/process.h"
 
 namespace NCli {
 
@@ -42,6 +43,7 @@ struct Slot {
 constinit Slot slots[2]{};
 
 void RemoveFilesAndDie(int number) {
+    EndProcesses();
     for (const Slot& slot : slots) {
         if (slot.isUsed != 0) RemoveFile(slot.path);
     }
@@ -101,7 +103,7 @@ TemporaryFile::~TemporaryFile() {
     slots[slot_].isUsed = 0;
 }
 
-void RemoveTemporaryFilesOnSignals() {
+void CleanUpOnSignals() {
     // Not every system has more than the first two.
     constexpr int kSignals[] = {
         SIGINT,  SIGTERM,

@@ -46,7 +46,7 @@ class TemporaryFile {
     std::size_t slot_;  // where the handler of signals finds the path
 };
 
-// From now on the signals that end the command remove its temporary files first.
-void RemoveTemporaryFilesOnSignals();
+// From now on the signals that end the command first end its processes and remove its temporary files.
+void CleanUpOnSignals();
 
 }  // namespace NCli

@@ -57,8 +57,7 @@ bool CallConversion(const Options& options, const fs::path& input, const fs::pat
 }
 
 [[noreturn]] void FailWithoutWorksheets(const Options& options) {
-    // A conversion has the reason. Should it succeed, nothing is written to a path without a name.
-    RunConversion(options, options.input, {});
+    RunConversion(options, options.input, kNoOutput);  // has the reason
     Fail(options.input, "The worksheets could not be listed.");
 }
 

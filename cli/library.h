@@ -12,6 +12,9 @@ namespace NCli {
 // Call it before the others. All of them throw Failure, and std::bad_alloc when the memory is exhausted.
 void PrepareLibrary();
 
+// The library writes nothing to a path without a name.
+inline const std::filesystem::path kNoOutput;
+
 // Converts the input, which may be a copy of what the options name. That the document could be written is not
 // checked.
 void RunConversion(const Options& options, const std::filesystem::path& input,

@@ -1,7 +1,7 @@
-// xls2tki: converts one table from the command line.
+// xls2tki: converts tables from the command line.
 #include <exception>
-#include <new>
 
+#include "cli/batch.h"
 #include "cli/command.h"
 #include "cli/failure.h"
 #include "cli/files.h"
@@ -10,13 +10,15 @@
 using namespace NCli;
 
 static void Run(const std::vector<std::string>& arguments) {
-    RemoveTemporaryFilesOnSignals();
-    const std::optional<Options> options = ReadCommandLine(arguments);
-    if (!options) return;
-    if (options->listsWorksheets) {
-        ListWorksheets(*options);
+    CleanUpOnSignals();
+    const std::optional<CommandLine> line = ReadCommandLine(arguments);
+    if (!line) return;
+    if (line->isBatch) {
+        ConvertAll(*line);
+    } else if (line->tasks.front().listsWorksheets) {
+        ListWorksheets(line->tasks.front());
     } else {
-        Convert(*options);
+        Convert(line->tasks.front());
     }
 }
 
@@ -31,10 +33,8 @@ int main(int count, char** arguments) {
     } catch (const WrongUsage& wrong) {
         Tell(wrong.what());
         return kWrongUsage;
-    } catch (const std::bad_alloc&) {
-        Tell("Not enough memory to convert this table.");
     } catch (const std::exception& error) {
-        Tell(error.what());
+        Tell(SentenceOf(error));
     } catch (...) {
         Tell("The conversion ended with an unknown error.");
     }

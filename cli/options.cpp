@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "cli/failure.h"
 #include "cli/files.h"
+#include "cli/process.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -20,8 +22,7 @@ namespace {
 // What stands on the command line, as bytes.
 struct Arguments {
     std::string workbook;
-    std::string input;
-    std::string output;
+    std::vector<std::string> files;
     bool csv = false;
     bool excel = false;
     bool odbc = false;
@@ -32,6 +33,10 @@ struct Arguments {
     std::vector<std::string> typeANames;
     std::string variant = "COMMON_DIAGNOSTICS";
     std::string diagnosticInstance = "Emission_Related_Trouble_Codes";
+    std::string outputFolder;
+    std::size_t jobs = 1;
+    bool check = false;
+    bool json = false;
     bool verbose = false;
 };
 
@@ -39,20 +44,28 @@ class HelpFormatter : public CLI::Formatter {
   public:
     HelpFormatter() { column_width(29); }
 
+    // It fits on one screen, so there are no empty lines.
+    std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode mode) const override {
+        return make_description(app) + make_usage(app, {}) + make_groups(app, mode) + make_footer(app);
+    }
+    [[nodiscard]] std::string make_group(std::string, bool,
+                                         std::vector<const CLI::Option*> options) const override {
+        std::string lines = "Options:\n";
+        for (const CLI::Option* const option : options) lines += make_option(option, false);
+        return lines;
+    }
     std::string make_usage(const CLI::App*, std::string) const override {
         return "Usage: xls2tki [OPTIONS] INPUT OUTPUT     (- is standard input or output)\n"
-               "       xls2tki --list-worksheets WORKBOOK\n";
+               "       xls2tki [OPTIONS] --output-dir DIR FILE...     (or --check FILE...)\n";
     }
-    std::string make_positionals(const CLI::App*) const override { return {}; }
     std::string make_option_opts(const CLI::Option* option) const override {
         return option->get_type_size() == 0 ? "" : " " + option->get_type_name();
     }
 };
 
 constexpr char kExamples[] =
-    "Examples:\n"
-    "  xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
-    "  xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
+    "Examples: xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
+    "          xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
 
 void DeclareOptions(CLI::App& app, Arguments& arguments) {
     const auto add = [&app](const char* name, std::string& value, const char* type, const char* help) {
@@ -64,8 +77,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     const auto addFlag = [&app](const char* name, bool& value, const char* help) {
         app.add_flag(name, value, help)->disable_flag_override();
     };
-    app.add_option("INPUT", arguments.input);
-    app.add_option("OUTPUT", arguments.output);
+    app.add_option("FILES", arguments.files);
     addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
     addFlag("-x,--excel", arguments.excel, "Read INPUT with Excel (.xlsx, .xlsm, .xls).");
     addFlag("-o,--odbc", arguments.odbc, "Read INPUT through the Excel ODBC driver.");
@@ -78,6 +90,10 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     add("--diag-instance", arguments.diagnosticInstance, "TEXT",
         "Set the instance (Emission_Related_Trouble_Codes).");
     add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
+    add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
+    app.add_option("--jobs", arguments.jobs, "Convert so many at a time (1).")->type_name("N")->take_last();
+    addFlag("--check", arguments.check, "Convert, but write nothing.");
+    addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
     app.set_help_flag("--help", "Print this help.");
@@ -142,7 +158,8 @@ VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& 
 }
 
 Options CheckListing(const Arguments& arguments) {
-    if (!arguments.input.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
+    if (!arguments.files.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
+    if (arguments.check || arguments.json) RefuseUsage("--list-worksheets goes without --check and --json.");
     if (arguments.workbook.empty()) RefuseUsage("--list-worksheets needs a workbook.");
     Options options;
     options.listsWorksheets = true;
@@ -151,14 +168,18 @@ Options CheckListing(const Arguments& arguments) {
     return options;
 }
 
-Options CheckConversion(const Arguments& arguments) {
-    if (arguments.input.empty() || arguments.output.empty()) RefuseUsage("INPUT and OUTPUT are needed.");
-    Options options;
-    options.input = arguments.input == "-" ? kStandardInput : ToPath(arguments.input);
-    options.output = arguments.output == "-" ? kStandardOutput : ToPath(arguments.output);
+void SetInput(Options& options, const Arguments& arguments, const std::string& file) {
+    options.input = file == "-" ? kStandardInput : ToPath(file);
     options.kind = ChooseKind(arguments, options.input);
+}
+
+// All but the files.
+Options CheckSettings(const Arguments& arguments) {
+    Options options;
     options.separator = ReadSeparator(arguments.separator);
     options.utf8 = arguments.utf8;
+    options.checks = arguments.check;
+    options.reports = arguments.json;
     options.verbose = arguments.verbose;
     options.worksheet = DecodeArgument("--worksheet", arguments.worksheet);
     options.vsgNames = DecodeNames("--vsg", arguments.vsgNames);
@@ -166,6 +187,71 @@ Options CheckConversion(const Arguments& arguments) {
     options.variant = DecodeArgument("--variant", arguments.variant);
     options.diagnosticInstance = DecodeArgument("--diag-instance", arguments.diagnosticInstance);
     return options;
+}
+
+Options CheckConversion(const Arguments& arguments) {
+    const std::vector<std::string>& files = arguments.files;
+    if (files.size() < 2 && !arguments.check) RefuseUsage("INPUT and OUTPUT are needed.");
+    if (files.size() > 2) RefuseUsage("More than two files need --output-dir or --check.");
+    Options options = CheckSettings(arguments);
+    SetInput(options, arguments, files[0]);
+    if (!options.checks) options.output = files[1] == "-" ? kStandardOutput : ToPath(files[1]);
+    if (options.reports && options.output == kStandardOutput) {
+        RefuseUsage("The document and what --json prints cannot both go to standard output.");
+    }
+    return options;
+}
+
+CommandLine OneTask(const Options& task) {
+    CommandLine line;
+    line.tasks.push_back(task);
+    return line;
+}
+
+// Where two tables would become the same document, one would be lost.
+void RefuseSameOutputs(const std::vector<Options>& tasks) {
+    std::map<std::filesystem::path, const Options*> known;
+    for (const Options& task : tasks) {
+        const auto [other, isNew] = known.emplace(NameKey(task.output), &task);
+        if (isNew) continue;
+        RefuseUsage(NameOf(other->second->input) + " and " + NameOf(task.input) + " would both become " +
+                    NameOf(task.output) + ".");
+    }
+}
+
+std::vector<Options> CheckTasks(const Arguments& arguments, const std::filesystem::path& outputFolder) {
+    std::vector<Options> tasks(arguments.files.size(), CheckSettings(arguments));
+    for (std::size_t index = 0; index < tasks.size(); ++index) {
+        Options& task = tasks[index];
+        SetInput(task, arguments, arguments.files[index]);
+        if (task.input == kStandardInput) RefuseUsage("Standard input cannot be one of several files.");
+        if (task.checks) continue;
+        task.output = outputFolder / task.input.stem();
+        task.output += ".xml";
+    }
+    return tasks;
+}
+
+CommandLine CheckBatch(const Arguments& arguments) {
+    if (arguments.verbose) RefuseUsage("--verbose is for one file; of several, --json has the messages.");
+    CommandLine line;
+    line.isBatch = true;
+    line.jobs = arguments.jobs;
+    if (!arguments.check) line.outputFolder = ToPath(arguments.outputFolder);
+    line.tasks = CheckTasks(arguments, line.outputFolder);
+    if (!arguments.check) RefuseSameOutputs(line.tasks);
+    return line;
+}
+
+CommandLine CheckConversions(const Arguments& arguments) {
+    const std::vector<std::string>& files = arguments.files;
+    const bool isBatch = !arguments.outputFolder.empty() || (arguments.check && files.size() > 1);
+    if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file needs a name.");
+    if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is needed.");
+    if (arguments.jobs == 0 || arguments.jobs > kMostProcesses)
+        RefuseUsage("--jobs takes a number from 1 to 64.");
+    if (isBatch) return CheckBatch(arguments);
+    return OneTask(CheckConversion(arguments));
 }
 
 // CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
@@ -187,7 +273,7 @@ std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& giv
 
 }  // namespace
 
-std::optional<Options> ReadCommandLine(const std::vector<std::string>& given) {
+std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given) {
     CLI::App app("Turns a table of Diagnostic Trouble Codes into an XML import document.");
     app.allow_windows_style_options(false);  // such as /b, which may be a path
     app.formatter(std::make_shared<HelpFormatter>());
@@ -203,7 +289,30 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& given) {
     } catch (const CLI::ParseError& error) {
         RefuseUsage(std::string(error.what()) + ".");
     }
-    return app.count("--list-worksheets") == 0 ? CheckConversion(arguments) : CheckListing(arguments);
+    if (app.count("--list-worksheets") > 0) return OneTask(CheckListing(arguments));
+    if (app.count("--output-dir") > 0 && arguments.outputFolder.empty())
+        RefuseUsage("--output-dir needs a folder.");
+    return CheckConversions(arguments);
+}
+
+std::vector<std::string> ArgumentsOf(const Options& options) {
+    constexpr const char* kKinds[] = {"--odbc", "--excel", "--csv"};
+    std::vector<std::string> arguments = {kKinds[options.kind]};
+    const auto add = [&arguments](const char* name, const WideString& value) {
+        arguments.push_back(std::string(name).append("=").append(EncodeUtf8(value)));
+    };
+    add("--separator", {options.separator});
+    if (options.utf8) arguments.emplace_back("--utf8");
+    if (options.checks) arguments.emplace_back("--check");
+    if (options.reports) arguments.emplace_back("--json");
+    add("--worksheet", options.worksheet);
+    for (const WideString& name : options.vsgNames) add("--vsg", name);
+    for (const WideString& name : options.typeANames) add("--type-a", name);
+    add("--variant", options.variant);
+    add("--diag-instance", options.diagnosticInstance);
+    arguments.insert(arguments.end(), {"--", ToBytes(options.input)});
+    if (!options.checks) arguments.push_back(ToBytes(options.output));
+    return arguments;
 }
 
 }  // namespace NCli

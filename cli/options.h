@@ -10,6 +10,7 @@
 
 namespace NCli {
 
+// One task: a conversion, or a listing of worksheets.
 struct Options {
     bool listsWorksheets = false;
     std::filesystem::path input;  // also the workbook whose worksheets are listed
@@ -18,6 +19,8 @@ struct Options {
     NXls2Tki::WideChar separator = ';';
     bool utf8 = false;
     bool verbose = false;
+    bool checks = false;   // nothing is written, so there is no output
+    bool reports = false;  // as JSON
     NXls2Tki::WideString worksheet;
     NXls2Tki::WideStringSet vsgNames;
     NXls2Tki::WideStringSet typeANames;
@@ -25,7 +28,17 @@ struct Options {
     NXls2Tki::WideString diagnosticInstance;
 };
 
+struct CommandLine {
+    std::vector<Options> tasks;          // one, unless it is a batch
+    bool isBatch = false;                // each task has its own process, and needs no standard stream
+    std::filesystem::path outputFolder;  // of a batch; empty where nothing is to be written
+    std::size_t jobs = 1;                // that many tasks of a batch at a time, at most kMostProcesses
+};
+
 // Empty when the command line asked for the help or the version, which has then been shown. Throws Failure.
-std::optional<Options> ReadCommandLine(const std::vector<std::string>& given);
+std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given);
+
+// A command line for the conversion.
+std::vector<std::string> ArgumentsOf(const Options& options);
 
 }  // namespace NCli

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "cli/report.h"
 #include "cli/text.h"
 #include "platform/logging.h"
 
@@ -42,6 +43,7 @@ void LookForOpeningFailure(std::string_view message) {
 void Listen(VLogLevel::VSeverityLevel, std::uint32_t, const VLogging::WideChar* text) {
     std::string line = EncodeUtf8(text);
     LookForOpeningFailure(line);
+    KeepMessage(line);
     if (!isShown) return;
     line += '\n';
     Show(line, stderr);

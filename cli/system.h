@@ -29,6 +29,11 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 File OpenFile(const std::filesystem::path& path, const char* mode);
 File CreateNewFile(const std::filesystem::path& path);
 
+// Two names of files in one folder have the same key if the system takes them for the same file.
+std::filesystem::path NameKey(const std::filesystem::path& name);
+
+bool IsTerminal(std::FILE* stream);
+
 // May be called by a handler of signals.
 void RemoveFile(const std::filesystem::path::value_type* path);
 

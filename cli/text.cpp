@@ -123,4 +123,24 @@ void Show(std::string_view text, std::FILE* stream) {
     std::fwrite(text.data() + begin, 1, text.size() - begin, stream);
 }
 
+void AppendJson(std::string& json, std::string_view text) {
+    json += '"';
+    while (!text.empty()) {
+        const Sequence sequence = ReadSequence(text);
+        const std::string_view bytes = text.substr(0, std::max<std::size_t>(sequence.length, 1));
+        text.remove_prefix(bytes.size());
+        if (sequence.length == 0) {
+            AppendUtf8(json, 0xFFFD);
+        } else if (IsControl(sequence.character)) {
+            char escape[7];
+            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(sequence.character));
+            json += escape;
+        } else {
+            if (bytes == "\"" || bytes == "\\") json += '\\';
+            json += bytes;
+        }
+    }
+    json += '"';
+}
+
 }  // namespace NCli

@@ -33,4 +33,8 @@ std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size
 // Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.
 void Show(std::string_view text, std::FILE* stream);
 
+// Appends the text to JSON as a string between quotation marks, in valid UTF-8: each byte that is not part of
+// UTF-8 becomes U+FFFD, and the characters above, the quotation mark and the backslash are escaped.
+void AppendJson(std::string& json, std::string_view text);
+
 }  // namespace NCli

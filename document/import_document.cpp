@@ -1,5 +1,6 @@
 #include "document/import_document.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -57,14 +58,14 @@ struct ItemColumn {
 class DocumentBuilder {
   public:
     DocumentBuilder(NumberNotation notation, std::vector<bool> skipped, const ItemTypes& types,
-                    VLogObject& log)
-        : notation_(notation), skipped_(std::move(skipped)), types_(types), log_(log) {}
+                    VLogObject& log);
 
     void AddSkeleton(std::u16string_view diagnosticInstance, std::u16string_view variant);
     void AddHeader(const VTableRow& row);
     void AddDtc(const VTableRow& row);
     // After the last row; the builder is of no more use.
     NPlatform::TextBuffer Finish() { return printer_->Finish(); }
+    [[nodiscard]] DocumentFacts& Facts() { return facts_; }
 
   private:
     void AddModels();
@@ -80,8 +81,7 @@ class DocumentBuilder {
     VXmlTagRoot root_{u"TAMRISKIMPORT"};
     VXmlTag* itemMappings_ = nullptr;
     VXmlTag* dtcs_ = nullptr;
-    TableLayout layout_ = TableLayout::SingleNumber;
-    NumberNotation notation_;
+    DocumentFacts facts_;
     std::vector<bool> skipped_;
     // A row that is never printed; the elements of all others are made like its elements.
     VXmlTag* dtcModel_ = nullptr;
@@ -91,10 +91,18 @@ class DocumentBuilder {
     ItemTypes types_;
     VLogObject& log_;
     std::u16string numberText_;
-    bool fits_ = false;          // whether the current row fits surely
-    std::int32_t rowIndex_ = 0;  // of the current row, the header's is 0
+    bool fits_ = false;  // whether the current row fits surely
     std::optional<VXmlPrinter> printer_;
 };
+
+DocumentBuilder::DocumentBuilder(NumberNotation notation, std::vector<bool> skipped, const ItemTypes& types,
+                                 VLogObject& log)
+    : skipped_(std::move(skipped)), types_(types), log_(log) {
+    const auto end = std::find(skipped_.begin(), skipped_.end(), true);
+    facts_.notation = notation;
+    facts_.columns = skipped_.size();
+    facts_.endColumn = static_cast<std::size_t>(end - skipped_.begin());
+}
 
 // The caller's names are the only values that may hold a double quote, which would end the attribute early.
 void SetNameAttribute(VXmlTag& tag, std::u16string_view attribute, std::u16string_view name) {
@@ -118,19 +126,21 @@ void DocumentBuilder::AddSkeleton(std::u16string_view diagnosticInstance, std::u
 }
 
 void DocumentBuilder::AddHeader(const VTableRow& row) {
-    layout_ = DetectLayout(row);
+    facts_.layout = DetectLayout(row);
     AddModels();
     for (std::size_t column = 0; column < row.size(); ++column) {
         if (skipped_[column]) continue;
         const std::u16string_view header = Trim(row[column]);
         if (header.empty()) {
             skipped_[column] = true;
+            facts_.columnsWithoutHeader.push_back(column);
             log_.LogMessage(NPlatform::Format(1024, u"Skipping column index '%d' as header is empty!",
                                               {static_cast<std::int32_t>(column)}));
-        } else if (column >= FirstItemColumn(layout_)) {
+        } else if (column >= FirstItemColumn(facts_.layout)) {
             AddItemColumn(column, header);
         }
     }
+    facts_.itemColumns = itemColumns_.size();
     dtcs_->DropChildren();
     printer_.emplace(root_, *dtcs_);
 }
@@ -143,7 +153,7 @@ void DocumentBuilder::AddModels() {
 
 // Items are numbered from 1, by column.
 void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view header) {
-    const auto number = static_cast<std::int32_t>(column - FirstItemColumn(layout_) + 1);
+    const auto number = static_cast<std::int32_t>(column - FirstItemColumn(facts_.layout) + 1);
     const std::u16string id = NPlatform::Format(16, u"_%d", {number});
     VXmlTag* const mapping = itemMappings_->AddChild(u"ITEMMAPPING");
     mapping->SetAttribute(u"id", id, true);
@@ -155,17 +165,19 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
 }
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
-    ++rowIndex_;
+    ++facts_.rows;
     fits_ = FitsSurely(row);
     VXmlTag* const dtc = dtcs_->AddChildLike(*dtcModel_);
     VXmlTag* const errorText = dtc->AddChildLike(*errorTextModel_);
     VXmlTag* const record = dtc->AddChildLike(*recordModel_);
     AddNumber(*dtc, row);
-    const std::size_t description = FirstItemColumn(layout_) - 1;
+    const std::size_t description = FirstItemColumn(facts_.layout) - 1;
     if (description < row.size() && !skipped_[description]) SetCellText(*errorText, row[description]);
     for (const ItemColumn& column : itemColumns_) {
         const std::u16string_view cell = row[column.index];
-        if (!cell.empty()) SetCellText(*record->AddChildLike(*column.model), cell);
+        if (cell.empty()) continue;
+        SetCellText(*record->AddChildLike(*column.model), cell);
+        ++facts_.items;
     }
     if (!fits_) RequireRoom(0);
     printer_->PrintChildren();
@@ -183,7 +195,7 @@ void DocumentBuilder::RequireRoom(std::size_t size) const {
     throw VSimpleXMLException(NPlatform::Format(
         256,
         u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
-        {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), rowIndex_}));
+        {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), static_cast<std::int32_t>(facts_.rows)}));
 }
 
 bool DocumentBuilder::FitsSurely(const VTableRow& row) const {
@@ -200,10 +212,10 @@ std::size_t DocumentBuilder::PrintedSize() const {
 // With two number columns the second one completes the number, so without it there is none.
 void DocumentBuilder::AddNumber(VXmlTag& dtc, const VTableRow& row) {
     std::uint32_t number = 0;
-    if (layout_ == TableLayout::SingleNumber) {
+    if (facts_.layout == TableLayout::SingleNumber) {
         if (skipped_[0]) return;
-        number = Convert(row[0], notation_);
-    } else if (layout_ == TableLayout::J1939) {
+        number = Convert(row[0], facts_.notation);
+    } else if (facts_.layout == TableLayout::J1939) {
         const std::int32_t spn = skipped_[0] ? 0 : DecimalValue(row[0]);
         if (skipped_[1]) return;
         number = PackJ1939(static_cast<std::uint32_t>(spn), static_cast<std::uint32_t>(DecimalValue(row[1])));
@@ -216,7 +228,8 @@ void DocumentBuilder::AddNumber(VXmlTag& dtc, const VTableRow& row) {
 }
 
 std::uint32_t DocumentBuilder::BaseDtc(std::u16string_view cell) {
-    if (!notation_.saeCodes) return static_cast<std::uint32_t>(VDTCConvert(cell, false, false).GetValue());
+    if (!facts_.notation.saeCodes)
+        return static_cast<std::uint32_t>(VDTCConvert(cell, false, false).GetValue());
     CopyNumberText(cell, numberText_);
     VDTCConvert converter({}, false, false);
     converter.ParseSae(numberText_);
@@ -233,7 +246,8 @@ std::uint32_t DocumentBuilder::Convert(std::u16string_view cell, NumberNotation 
 
 void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result, VLogObject& log,
                          std::u16string_view diagnosticInstance, std::u16string_view variant,
-                         const NameSet& vsgNames, const NameSet& secondNames, const NameSet& thirdNames) {
+                         const NameSet& vsgNames, const NameSet& secondNames, const NameSet& thirdNames,
+                         DocumentFacts* facts) {
     const NumberNotation notation = ScanNumberNotation(iterator);
     DocumentBuilder builder(notation, FindSkippedColumns(iterator, log), {vsgNames, secondNames, thirdNames},
                             log);
@@ -248,6 +262,7 @@ void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result,
         }
     }
     result = builder.Finish();
+    if (facts != nullptr) *facts = std::move(builder.Facts());
 }
 
 }  // namespace VSimpleXMLCreation

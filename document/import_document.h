@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "document/document_facts.h"
 #include "log/log_object.h"
 #include "platform/text_buffer.h"
 #include "sources/table.h"
@@ -16,12 +17,12 @@ namespace VSimpleXMLCreation {
 //   iterator            stands at the first row of a table that passed its consistency check
 //   result              receives the document; unchanged when the call throws
 //   log                 receives a message for the column that ends the table, and one for each column before
-//   it that is
-//                       skipped because its header is empty
+//                       it that is skipped because its header is empty
 //   diagnosticInstance  "diaginstance" of the service mapping; empty: no such attribute
 //   variant             "variant" of the service mapping; empty: no such attribute
 //   vsgNames            header texts of columns whose items have the type "VSG"
 //   secondNames, thirdNames  header texts of columns whose items have the type "A"; vsgNames go first
+//   facts               unless null, receives what the document was made of; unchanged when the call throws
 //
 // A double quote in the name of the diagnostic instance or of the variant is written as "&quot;", so that the
 // attribute does not end there; everywhere else it is written as it is.
@@ -38,6 +39,6 @@ void BuildImportDocument(VCSVReader::VHeapIterator& iterator, NPlatform::TextBuf
                          VCSVReader::VLogObject& log, std::u16string_view diagnosticInstance,
                          std::u16string_view variant, const std::set<std::u16string>& vsgNames,
                          const std::set<std::u16string>& secondNames,
-                         const std::set<std::u16string>& thirdNames);
+                         const std::set<std::u16string>& thirdNames, DocumentFacts* facts = nullptr);
 
 }  // namespace VSimpleXMLCreation

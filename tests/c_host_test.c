@@ -80,6 +80,43 @@ static void Convert(const char* data, const char* folder) {
     EXPECT(MessageIs("The conversion was made for another version of the library."));
 }
 
+/* What became of the table, which is put into the folder; nothing is written. */
+static bool FindFacts(const char* folder, const char* table, Xls2TkiFacts* facts) {
+    char path[4096];
+    Xls2TkiChar input[4096];
+    const Xls2TkiConversion conversion = {.size = sizeof conversion,
+                                          .inputPath = Wide(folder, "facts.csv", input),
+                                          .importType = XLS2TKI_CSV,
+                                          .separator = ';'};
+    snprintf(path, sizeof path, "%s/facts.csv", folder);
+    FILE* const file = fopen(path, "wb");
+    if (file == NULL) return false;
+    fputs(table, file);
+    fclose(file);
+    *facts = (Xls2TkiFacts){.size = sizeof *facts};
+    const bool done = xls2tki_convert(&conversion);
+    return xls2tki_facts(facts) && done;
+}
+
+static void TellFacts(const char* folder) {
+    Xls2TkiFacts facts;
+    EXPECT(FindFacts(folder, "dtc;Failure Type;T;;I;J; ;K\n18;0x34;t;;;j;;k\n1A;5;t;lost;i;j;;k\n", &facts));
+    EXPECT(facts.layout == XLS2TKI_BASE_AND_FAILURE_TYPE && facts.hexDigits && !facts.saeCodes);
+    EXPECT(facts.rows == 2 && facts.columns == 8 && facts.endColumn == 6);
+    EXPECT(facts.columnsWithoutHeaderCount == 1 && facts.columnsWithoutHeader[0] == 3);
+    EXPECT(facts.itemColumns == 2 && facts.items == 3);
+
+    EXPECT(FindFacts(folder, "SPN;FMI;T\n", &facts));
+    EXPECT(facts.layout == XLS2TKI_SPN_FMI && facts.rows == 0 && facts.items == 0);
+    EXPECT(facts.columns == 3 && facts.endColumn == 3 && facts.columnsWithoutHeaderCount == 0);
+
+    EXPECT(FindFacts(folder, "DTC;T\nP0123;t\n", &facts));
+    EXPECT(facts.layout == XLS2TKI_SINGLE_NUMBER && facts.saeCodes && !facts.hexDigits);
+    facts.size = 1;
+    EXPECT(!xls2tki_facts(&facts));
+    EXPECT(!FindFacts(folder, "DTC;T\nP4123;t\n", &facts) && facts.columns == 0);
+}
+
 static void ListWorksheets(const char* data, bool hasExcel) {
     Xls2TkiChar path[4096];
     Xls2TkiNames names = {NULL, 7};
@@ -96,8 +133,11 @@ static void ListWorksheets(const char* data, bool hasExcel) {
 int main(int count, char** arguments) {
     if (count != 4) return 2;
     EXPECT(MessageIs(""));
+    Xls2TkiFacts none = {.size = sizeof none};
+    EXPECT(!xls2tki_facts(&none));
     EXPECT(xls2tki_init_ole(true));
     Convert(arguments[1], arguments[2]);
+    TellFacts(arguments[2]);
     ListWorksheets(arguments[1], strcmp(arguments[3], "1") == 0);
     return failures == 0 ? 0 : 1;
 }

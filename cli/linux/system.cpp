@@ -1,5 +1,7 @@
 #include "cli/system.h"
 
+#include <unistd.h>
+
 namespace NCli {
 
 namespace fs = std::filesystem;
@@ -18,6 +20,10 @@ fs::path ToExcelPath(const fs::path& path) { return path; }
 File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(path.c_str(), mode)); }
 
 File CreateNewFile(const fs::path& path) { return OpenFile(path, "wbx"); }
+
+fs::path NameKey(const fs::path& name) { return name; }
+
+bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
 
 void RemoveFile(const char* path) { std::remove(path); }
 

@@ -47,6 +47,14 @@ File CreateNewFile(const fs::path& path) {
     return File(descriptor < 0 ? nullptr : _fdopen(descriptor, "wb"));
 }
 
+fs::path NameKey(const fs::path& name) {
+    std::wstring key = name.native();
+    CharUpperBuffW(key.data(), static_cast<DWORD>(key.size()));
+    return key;
+}
+
+bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
+
 void RemoveFile(const wchar_t* path) { _wremove(path); }
 
 StandardStreams::StandardStreams() : consoleCodePage_(GetConsoleOutputCP()) {

@@ -6,7 +6,9 @@ ODBC driver is installed for the test alone."""
 
 import contextlib
 import io
+import json
 import os
+import pty
 import resource
 import signal
 import stat
@@ -117,6 +119,28 @@ CASES = [
     ("output is the input", TABLE, "in.csv ./in.csv", 2,
      'xls2tki: The output "./in.csv" is the input itself.\n', None),
     ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, None),
+    ("three files", TABLE, "in.csv out.xml b", 2, "xls2tki: More than two files need --output-dir or --check." + HINT,
+     None),
+    ("check", TABLE, "--check in.csv", 0, "", None),
+    ("check of a wrong table", b"DTC\n", "--check in.csv", 1, ONE_COLUMN % "Z1S1", None),
+    ("check without a table", TABLE, "--check", 2, "xls2tki: INPUT is needed." + HINT, None),
+    ("check of an output", TABLE, "--check in.csv out.xml", 2, 'xls2tki: The kind of "out.xml" is not known by its '
+     "extension; give --csv, --excel or --odbc." + HINT, None),
+    ("one document of two tables", TABLE, "--output-dir tmp in.csv tmp/in.xlsx", 2,
+     'xls2tki: "in.csv" and "tmp/in.xlsx" would both become "tmp/in.xml".' + HINT, None),
+    ("no folder", TABLE, "--output-dir= in.csv", 2, "xls2tki: --output-dir needs a folder." + HINT, None),
+    ("nothing into a folder", TABLE, "--output-dir tmp", 2, "xls2tki: INPUT is needed." + HINT, None),
+    ("missing folder's folder", TABLE, "--output-dir none/new in.csv", 1,
+     'xls2tki: Could not create the folder "none/new": No such file or directory\n', None),
+    ("no jobs", TABLE, "--check --jobs 0 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
+    ("steps of several", TABLE, "--check -v in.csv in.csv", 2,
+     "xls2tki: --verbose is for one file; of several, --json has the messages." + HINT, None),
+    ("standard input among several", TABLE, "--check -c in.csv -", 2,
+     "xls2tki: Standard input cannot be one of several files." + HINT, None),
+    ("two things on standard output", TABLE, "--json in.csv -", 2,
+     "xls2tki: The document and what --json prints cannot both go to standard output." + HINT, None),
+    ("worksheets as JSON", TABLE, "--json --list-worksheets in.csv", 2,
+     "xls2tki: --list-worksheets goes without --check and --json." + HINT, None),
     ("unknown option", TABLE, "--cvs " + IO, 2,
      "xls2tki: The following argument was not expected: --cvs." + HINT, None),
     ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known by its extension; '
@@ -245,6 +269,126 @@ def test_control_characters():
         check("verbose", True, "\nUsing sheet: '%s'\n" % CONTROLS_SHOWN[1] in steps)
 
 
+REPORT = {"input": "in.csv", "output": "out.xml", "kind": "csv", "layout": None, "hexadecimal": None, "sae_codes": None,
+          "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "failure": None}
+FACTS = {"layout": "single-number", "hexadecimal": False, "sae_codes": True, "rows": 1, "columns": 3, "item_columns": 1,
+         "items": 1, "skipped_columns": []}
+SKIPPING = b"SPN;FMI;Text;;Lamp;;Reaction\n91;0x1A;Stuck;x;;;y\n94;3;Low;;red;;\n"
+# Table, arguments, exit status, what differs from the report above, and the last of the messages.
+REPORTS = [
+    (TABLE, IO, 0, FACTS, "Writing to file completed."),
+    (TABLE, "--check in.csv", 0, dict(FACTS, output=None), "Writing to file completed."),
+    (TABLE, "--check -c -", 1, {"input": "-", "output": None, "failure": "Empty data given ?!"},
+     "Checking consistency of data ... "),
+    (SKIPPING, IO, 0, {"layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
+                       "item_columns": 1, "items": 1, "skipped_columns": [
+                           {"index": 3, "reason": "no header"}, {"index": 5, "reason": "empty"},
+                           {"index": 6, "reason": "behind the end"}]}, "Writing to file completed."),
+    (TABLE + b'P"45;x;\n', IO, 1, {"failure": 'Given SAE DTC number P"45 has invalid length, '
+                                   'expected 3, 5, 7 or 9 characters'}, "Checking consistency of data ... done"),
+    (WORKBOOK, "-x -w \u202e\\ " + IO, 1, {"kind": "excel", "failure":
+     '"in.csv" has no worksheet "?\\", only:\n  Powertrain\n  J1939\n  Body'}, None),
+    (TABLE, b"-w x in.csv \xff/\xc3\xa4", 1, {"output": "\ufffd/\u00e4", "failure":
+     'Could not create a file in the folder "\ufffd": No such file or directory'},
+     "Note: --worksheet is for --excel only and has no effect here."),
+    (TABLE, "in.csv in.csv", 2, {"output": "in.csv", "failure": 'The output "in.csv" is the input itself.'}, None),
+]
+
+
+def test_reports():
+    for table, arguments, status, differences, last in REPORTS:
+        with folder(table) as environment:
+            json_option = b"--json " if isinstance(arguments, bytes) else "--json "
+            result = run(json_option + arguments, environment, stdin=subprocess.DEVNULL)
+            check(arguments, (status, 1), (result.returncode, result.stdout.count(b"\n")))
+            report = json.loads(result.stdout.decode())
+            messages = [None] + report.pop("messages")
+            check(arguments, (dict(REPORT, **differences), last), (report, messages[-1]))
+            check(arguments, BEFORE, files())
+    with folder(TABLE) as environment, open("/dev/full", "wb") as full:
+        result = subprocess.run([COMMAND, "--json", "in.csv", "out.xml"], stdout=full, stderr=subprocess.PIPE)
+        check("report to nowhere", (1, b"xls2tki: Could not write the outcome: No space left on device\n"),
+              (result.returncode, result.stderr))
+
+
+def test_many_files():
+    for jobs in "1", "3":
+        with folder(TABLE) as environment:
+            Path("a b.csv").write_bytes(TABLE)
+            Path("b.txt").write_bytes(HEAD + b"P\n")
+            Path("-c\n.csv").write_bytes(TABLE)
+            command = [COMMAND, "--jobs", jobs, "-w", "x", "--output-dir", "out", "--", "none.xls", "a b.csv", "b.txt",
+                       "-c\n.csv"]
+            note = "Note: --worksheet is for --excel only and has no effect here."
+            lines = ["none.xls: failed: 'none.xls' cannot be opened.", f"a b.csv: done: {note}",
+                     f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P", f"-c?.csv: done: {note}"]
+            result = subprocess.run(command, env=environment, capture_output=True, text=True)
+            check("many", (1, lines, "xls2tki: 4 files: 2 converted, 2 failed.\n"),
+                  (result.returncode, result.stdout.splitlines(), result.stderr))
+            check("many: files", ["-c\n.xml", "a b.xml"], sorted(os.listdir("out")))
+            result = run(f"--jobs {jobs} --json --check b.txt in.csv", environment)
+            check("many: reports", [("b.txt", None), ("in.csv", 1)],
+                  [(report["input"], report["rows"]) for report in map(json.loads, result.stdout.splitlines())])
+            check("many: summary", (1, b"xls2tki: 2 files: 1 in order, 1 failed.\n"), (result.returncode, result.stderr))
+
+
+def test_options_of_many_files():
+    for options, separator in [('-u --vsg {} --vsg [a,b] --type-a [a,b] --type-a x=y --variant= --diag-instance \u00fc" -s =', "="),
+                               ("--variant=-- --diag-instance=--json --type-a=-u -s -", "-")]:
+        with folder("DTC=Text={}=[a,b]=x\nP0123=\u00e4=1=2=3\n".replace("=", separator).encode()) as environment:
+            check(options, 0, run(options + " in.csv one.xml", environment).returncode)
+            result = run(options + " --output-dir many in.csv", environment)
+            check(options, (0, b"in.csv: done\n"), (result.returncode, result.stdout))
+            check(options, Path("one.xml").read_bytes(), Path("many/in.xml").read_bytes())
+
+
+def wait_until(condition):
+    deadline = time.monotonic() + 60
+    while not condition() and time.monotonic() < deadline:
+        time.sleep(0.01)
+
+
+def children_of(process):
+    tasks = Path(f"/proc/{process.pid}/task").glob("*/children")
+    return [int(number) for task in tasks for number in task.read_text().split()]
+
+
+def test_ending_many_files():
+    with folder(TABLE) as environment:
+        for pipe in "a.csv", "b.csv":
+            os.mkfifo(pipe)
+        arguments = "-c --jobs 2 --output-dir . a.csv b.csv in.csv"
+        streams = dict(env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        for number in signal.SIGTERM, signal.SIGINT:
+            command = subprocess.Popen([COMMAND, *arguments.split()], **streams)
+            wait_until(lambda: len(files()) == 8)
+            children = children_of(command)
+            check("processes and their files", (2, 8), (len(children), len(files())))
+            command.send_signal(number)
+            check("end of all", (("", ""), -number), (command.communicate(timeout=60), command.returncode))
+            check("end of processes", [], [child for child in children if os.path.exists(f"/proc/{child}")])
+            check("end: files", ["./a.csv", "./b.csv"] + BEFORE, files())
+        command = subprocess.Popen([COMMAND, *arguments.split()], **streams)
+        wait_until(lambda: len(children_of(command)) == 2)
+        for child in children_of(command):
+            os.kill(child, signal.SIGKILL)
+        lines, summary = command.communicate(timeout=60)
+        ended = "failed: The process ended unexpectedly, with status 137"
+        check("end of processes alone", ([f"a.csv: {ended}", f"b.csv: {ended}", "in.csv: done"],
+                                         "xls2tki: 3 files: 1 converted, 2 failed.\n"), (lines.splitlines(), summary))
+
+
+def test_progress_of_many_files():
+    with folder(TABLE) as environment:
+        terminal, end = pty.openpty()
+        result = subprocess.run([COMMAND, "--check", "in.csv", "in.csv"], env=environment, stdout=subprocess.PIPE, stderr=end)
+        os.close(end)
+        shown = os.read(terminal, 10000)
+        os.close(terminal)
+        check("progress", (b"in.csv: done\n" * 2, True, True),
+              (result.stdout, shown.startswith(b"0 of 2 files \r"), b"\r1 of 2 files \r" in shown))
+
+
 def test_streams_and_pipes():
     with folder(TABLE) as environment:
         result = run("-u - -", environment, input=TABLE)
@@ -293,9 +437,7 @@ def test_signals():
         with folder(TABLE) as environment:
             command = subprocess.Popen([COMMAND, "-", "out.xml"], env=environment, stdin=subprocess.PIPE,
                                        preexec_fn=lambda: signal.signal(number, signal.SIG_DFL))
-            deadline = time.monotonic() + 60
-            while len(files()) < 4 and time.monotonic() < deadline:
-                time.sleep(0.01)
+            wait_until(lambda: len(files()) == 4)
             check("temporary files", 4, len(files()))
             command.send_signal(number)
             check("signal", (-number, OLD), (command.wait(), Path("out.xml").read_bytes()))

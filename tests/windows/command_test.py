@@ -42,6 +42,15 @@ CASES = [
     ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "...xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
+    ("--json --check missing.csv", b"", 1, "xls2tki: Error opening inputfile:\n'missing.csv'\n",
+     b'{"input":"missing.csv","output":null,"kind":"csv","layout":null,...', OLD),
+    ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
+     "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
+    ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
+     b"missing.csv: failed: Error opening inputfile: 'missing.csv'\nout.csv: done\n",
+     DOCUMENT.replace(b"Emission_Related_Trouble_Codes", b"\\&quot;\\").replace(b"COMMON_DIAGNOSTICS", b"a&quot;b\\\\")),
+    ("--output-dir o in.csv missing/IN.csv", b"", 2, "xls2tki: \"in.csv\" and \"missing/IN.csv\" would both become \"o\\IN.xml\"."
+     " (xls2tki --help shows the options.)\n", b"", OLD),
     ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are needed. (xls2tki --help shows the options.)\n", b"", OLD),
 ]
 ODBC_CASES = [
@@ -161,7 +170,7 @@ def is_said(said, expected):
 
 def check(case, folder):
     arguments, given, status, error, output, document = case
-    for name in ("in.csv", "\u00e4\u4e2d\U0001f600.csv"):
+    for name in ("in.csv", "out.csv", "\u00e4\u4e2d\U0001f600.csv"):
         (folder / name).write_bytes(TABLE)
     for name in ("table.xlsx", "\u00e4\u4e2d\U0001f600.xlsx"):
         (folder / name).write_bytes(WORKBOOK)
@@ -169,7 +178,8 @@ def check(case, folder):
     before = sorted(folder.iterdir())
     done = run("wine", COMMAND, *arguments.split(), input=given, cwd=folder)
     said = done.stderr.decode()
-    found = (done.returncode, error if is_said(said, error) else said, done.stdout, (folder / "out.xml").read_bytes())
+    written = output if is_said(done.stdout.decode(), output.decode()) else done.stdout
+    found = (done.returncode, error if is_said(said, error) else said, written, (folder / "out.xml").read_bytes())
     complaints = [f"{is_!r}, expected {should!r}" for is_, should in zip(found, (status, error, output, document)) if is_ != should]
     if sorted(folder.iterdir()) != before:
         complaints.append("files were left")

@@ -1,0 +1,18 @@
+// What the last operation left behind, for the whole process.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "document/document_facts.h"
+
+namespace NXls2Tki {
+
+struct Outcome {
+    std::u16string messageText;
+    std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
+};
+
+Outcome& LastOutcome();
+
+}  // namespace NXls2Tki

@@ -1,0 +1,177 @@
+#include "cli/batch.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "cli/failure.h"
+#include "cli/files.h"
+#include "cli/process.h"
+#include "cli/report.h"
+#include "cli/system.h"
+#include "cli/text.h"
+
+namespace NCli {
+
+namespace {
+
+struct Outcome {
+    bool isKnown = false;
+    bool isDone = false;
+    std::string line;  // for standard output
+};
+
+// What a process said, without the marks that it was the command.
+std::string JoinLines(std::string_view text) {
+    constexpr std::string_view kMark = "xls2tki: ";
+    std::string joined;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        if (!joined.empty()) joined += ' ';
+        joined += line.starts_with(kMark) ? line.substr(kMark.size()) : line;
+    }
+    return joined;
+}
+
+std::string MakeLine(const Options& task, const char* end, std::string_view said) {
+    std::string line = ShownName(DecodeUtf8(ToBytes(task.input)).text, kWholeName) + ": " + end;
+    if (!said.empty()) line += ": " + JoinLines(said);
+    return line + '\n';
+}
+
+// For a task whose process could not say so itself.
+Outcome MakeFailure(const Options& task, std::string_view failure) {
+    return {true, false, task.reports ? MakeReport(task, failure) : MakeLine(task, "failed", failure)};
+}
+
+Outcome CarryOut(const Options& task) {
+    constexpr int kHighestStatus = 2;
+    const Stream stream = task.reports ? Stream::Output : Stream::Errors;
+    const FinishedProcess process = RunCommand(ArgumentsOf(task), stream);
+    const bool isReported = !task.reports || process.text.ends_with('\n');
+    if (process.status < 0 || process.status > kHighestStatus || !isReported) {
+        return MakeFailure(task,
+                           "The process ended unexpectedly, with status " + std::to_string(process.status));
+    }
+    const bool isDone = process.status == 0;
+    if (task.reports) return {true, isDone, process.text};
+    return {true, isDone, MakeLine(task, isDone ? "done" : "failed", process.text)};
+}
+
+class Batch {
+  public:
+    explicit Batch(const CommandLine& line) : line_(line), outcomes_(line.tasks.size()) {}
+
+    // Returns when all tasks have ended. Throws Failure when an outcome could not be told.
+    void Run();
+    [[nodiscard]] std::size_t Failures() const;
+
+  private:
+    void Work();
+    void Tell(std::size_t index, Outcome outcome);
+    void PrintKnownLines();
+    void ShowProgress() const;
+    void HideProgress() const;
+
+    const CommandLine& line_;
+    const bool showsProgress_ = IsTerminal(stderr);
+    std::atomic<std::size_t> next_ = 0;  // task to carry out
+    std::mutex telling_;                 // guards all that follows
+    std::vector<Outcome> outcomes_;
+    std::size_t known_ = 0;
+    std::size_t printed_ = 0;
+    int printError_ = 0;
+};
+
+void Batch::Run() {
+    ShowProgress();
+    {
+        std::vector<std::jthread> others;
+        try {
+            while (others.size() + 1 < std::min(line_.jobs, outcomes_.size())) {
+                others.emplace_back([this] { Work(); });
+            }
+        } catch (const std::system_error&) {  // there cannot be more
+        }
+        Work();
+    }
+    HideProgress();
+    if (printError_ != 0) throw Failure("Could not write the outcome: " + SystemText(printError_));
+}
+
+void Batch::Work() {
+    for (std::size_t index = next_++; index < outcomes_.size(); index = next_++) {
+        try {
+            Tell(index, CarryOut(line_.tasks[index]));
+        } catch (const std::exception& error) {
+            Tell(index, MakeFailure(line_.tasks[index], SentenceOf(error)));
+        }
+    }
+}
+
+void Batch::Tell(std::size_t index, Outcome outcome) {
+    const std::scoped_lock lock(telling_);
+    outcomes_[index] = std::move(outcome);
+    ++known_;
+    HideProgress();
+    PrintKnownLines();
+    ShowProgress();
+}
+
+void Batch::PrintKnownLines() {
+    for (; printed_ < outcomes_.size() && outcomes_[printed_].isKnown; ++printed_) {
+        const std::string line = std::move(outcomes_[printed_].line);
+        if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size()) printError_ = errno;
+    }
+    if (std::fflush(stdout) != 0) printError_ = errno;
+}
+
+void Batch::ShowProgress() const {
+    if (showsProgress_) std::fprintf(stderr, "%zu of %zu files ", known_, outcomes_.size());
+}
+
+void Batch::HideProgress() const {
+    constexpr int kWidth = 60;
+    if (showsProgress_) std::fprintf(stderr, "\r%*s\r", kWidth, "");
+}
+
+std::size_t Batch::Failures() const {
+    const auto failed = std::count_if(outcomes_.begin(), outcomes_.end(),
+                                      [](const Outcome& outcome) { return !outcome.isDone; });
+    return static_cast<std::size_t>(failed);
+}
+
+void MakeFolder(const std::filesystem::path& folder) {
+    std::error_code error;
+    if (std::filesystem::is_directory(folder, error)) return;
+    std::filesystem::create_directory(folder, error);
+    if (error) throw Failure("Could not create the folder " + NameOf(folder) + ": " + error.message());
+}
+
+std::string Summarise(const CommandLine& line, std::size_t failed) {
+    const std::size_t count = line.tasks.size();
+    const char* const done = line.outputFolder.empty() ? " in order, " : " converted, ";
+    return std::to_string(count) + (count == 1 ? " file: " : " files: ") + std::to_string(count - failed) +
+           done + std::to_string(failed) + " failed.";
+}
+
+}  // namespace
+
+void ConvertAll(const CommandLine& line) {
+    if (!line.outputFolder.empty()) MakeFolder(line.outputFolder);
+    Batch batch(line);
+    batch.Run();
+    const std::size_t failed = batch.Failures();
+    const std::string summary = Summarise(line, failed);
+    if (failed > 0) throw Failure(summary);
+    Tell(summary);
+}
+
+}  // namespace NCli

@@ -1,0 +1,144 @@
+#include "cli/process.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <utility>
+
+#include "cli/failure.h"
+
+namespace NCli {
+
+namespace {
+
+// For the handler of signals: 0, or a process that was not waited for yet.
+std::atomic<pid_t> processes[kMostProcesses];
+std::atomic<bool> isEnding;
+
+[[noreturn]] void RefuseToRun(int error) { throw Failure("Could not start a process: " + SystemText(error)); }
+
+// The handler in another thread is about to end this process; nothing is to be told of what it ended.
+void StopIfEnding() {
+    while (isEnding) pause();
+}
+
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] int Number() const { return number_; }
+    void Close() {
+        if (number_ >= 0) close(std::exchange(number_, -1));
+    }
+
+  private:
+    int number_;
+};
+
+// What becomes of the standard streams.
+class Redirection {
+  public:
+    Redirection(Stream stream, const Descriptor& destination) {
+        const int number = stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO;
+        const int other = stream == Stream::Output ? STDERR_FILENO : STDOUT_FILENO;
+        posix_spawn_file_actions_init(&actions_);
+        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions_, destination.Number(), number);
+        posix_spawn_file_actions_addopen(&actions_, other, "/dev/null", O_WRONLY, 0);
+    }
+    ~Redirection() { posix_spawn_file_actions_destroy(&actions_); }
+    Redirection(const Redirection&) = delete;
+    Redirection& operator=(const Redirection&) = delete;
+
+    [[nodiscard]] const posix_spawn_file_actions_t* Actions() const { return &actions_; }
+
+  private:
+    posix_spawn_file_actions_t actions_{};
+};
+
+pid_t Start(std::vector<std::string> arguments, const Redirection& redirection) {
+    const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+    std::string name = "xls2tki";
+    std::vector<char*> values = {name.data()};
+    for (std::string& argument : arguments) values.push_back(argument.data());
+    values.push_back(nullptr);
+    pid_t process = 0;
+    const int error =
+        posix_spawn(&process, program.c_str(), redirection.Actions(), nullptr, values.data(), environ);
+    if (error != 0) RefuseToRun(error);
+    return process;
+}
+
+std::string ReadAll(const Descriptor& source) {
+    std::string text;
+    char piece[4096];
+    for (ssize_t count = 1; count != 0;) {
+        count = read(source.Number(), piece, sizeof piece);
+        if (count > 0) text.append(piece, static_cast<std::size_t>(count));
+        if (count < 0 && errno != EINTR) break;
+    }
+    return text;
+}
+
+// As shells have it.
+int StatusOf(const siginfo_t& end) { return end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status; }
+
+// The handler knows the process until it has ended, and no other one has its number meanwhile.
+int WaitFor(pid_t process, std::atomic<pid_t>& slot) {
+    siginfo_t end{};
+    while (waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+    }
+    slot = 0;
+    StopIfEnding();
+    waitpid(process, nullptr, 0);
+    return StatusOf(end);
+}
+
+// A slot that nobody has; another thread may take the same one meanwhile, and then the next is tried.
+std::atomic<pid_t>& TakeSlot(pid_t process) {
+    for (std::size_t index = 0;; index = (index + 1) % kMostProcesses) {
+        pid_t none = 0;
+        if (processes[index].compare_exchange_strong(none, process)) return processes[index];
+    }
+}
+
+}  // namespace
+
+FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
+    StopIfEnding();
+    int ends[2] = {};
+    if (pipe2(ends, O_CLOEXEC) != 0) RefuseToRun(errno);
+    const Descriptor source(ends[0]);
+    Descriptor destination(ends[1]);
+    const pid_t process = Start(arguments, Redirection(stream, destination));
+    std::atomic<pid_t>& slot = TakeSlot(process);
+    if (isEnding) kill(process, SIGTERM);  // the handler may have looked before
+    destination.Close();
+    std::string text = ReadAll(source);
+    const int status = WaitFor(process, slot);
+    return {status, std::move(text)};
+}
+
+void EndProcesses() {
+    isEnding = true;
+    for (const auto& process : processes) {
+        if (const pid_t number = process; number != 0) kill(number, SIGTERM);
+    }
+    for (const auto& process : processes) {
+        const pid_t number = process;
+        while (number != 0 && waitpid(number, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+}  // namespace NCli

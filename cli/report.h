@@ -1,0 +1,27 @@
+// The outcome of one conversion for scripts: a JSON object in one line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/options.h"
+
+namespace NCli {
+
+// From now on messages are kept for the report.
+void KeepMessages();
+
+// Adds a message of UTF-8 to those that are kept, if any are.
+void KeepMessage(std::string_view message);
+
+// The object and a line feed. `failure` is the sentence that says why there is no document, empty if there is
+// one. The members, null where they are not known:
+//   input, output     the paths; "-" for a standard stream; no output where nothing is to be written
+//   kind              "csv", "excel" or "odbc"
+//   layout            "single-number", "spn-fmi" or "base-and-failure-type"
+//   hexadecimal, sae_codes, rows, columns, item_columns, items    as in Xls2TkiFacts
+//   skipped_columns   for each its "index", from 0, and the "reason": "no header", "empty" or "behind the
+//   end" messages          progress messages and notes, in their order failure
+std::string MakeReport(const Options& options, std::string_view failure);
+
+}  // namespace NCli
