@@ -83,6 +83,14 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     app.set_help_flag("--help", "Print this help.");
 }
 
+void DeclareCommandLine(CLI::App& app, Arguments& arguments) {
+    app.description("Turns a table of Diagnostic Trouble Codes into an XML import document.");
+    app.allow_windows_style_options(false);  // such as /b, which may be a path
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(kExamples);
+    DeclareOptions(app, arguments);
+}
+
 [[noreturn]] void RefuseUsage(const std::string& sentence) {
     throw WrongUsage(sentence + " (xls2tki --help shows the options.)");
 }
@@ -188,12 +196,9 @@ std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& giv
 }  // namespace
 
 std::optional<Options> ReadCommandLine(const std::vector<std::string>& given) {
-    CLI::App app("Turns a table of Diagnostic Trouble Codes into an XML import document.");
-    app.allow_windows_style_options(false);  // such as /b, which may be a path
-    app.formatter(std::make_shared<HelpFormatter>());
-    app.footer(kExamples);
+    CLI::App app;
     Arguments arguments;
-    DeclareOptions(app, arguments);
+    DeclareCommandLine(app, arguments);
     try {
         app.parse(SeparateEmptyValues(given));
     } catch (const CLI::Success& shown) {
@@ -204,6 +209,13 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& given) {
         RefuseUsage(std::string(error.what()) + ".");
     }
     return app.count("--list-worksheets") == 0 ? CheckConversion(arguments) : CheckListing(arguments);
+}
+
+void ReadOptionTable(const std::function<void(const CLI::App&)>& reader) {
+    CLI::App app;
+    Arguments arguments;
+    DeclareCommandLine(app, arguments);
+    reader(app);
 }
 
 }  // namespace NCli

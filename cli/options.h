@@ -2,11 +2,16 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "api/xls2tki.h"
+
+namespace CLI {
+class App;
+}
 
 namespace NCli {
 
@@ -27,5 +32,9 @@ struct Options {
 
 // Empty when the command line asked for the help or the version, which has then been shown. Throws Failure.
 std::optional<Options> ReadCommandLine(const std::vector<std::string>& given);
+
+// Lends the table of options that the command line is read by. The help is made of it, and so is whatever
+// else tells what the options are.
+void ReadOptionTable(const std::function<void(const CLI::App&)>& reader);
 
 }  // namespace NCli
