@@ -25,7 +25,9 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libxls2tki${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/deb/triggers)
+# CPack would add scripts that call ldconfig, which the trigger does, and the package would not be gone when it is
+# removed. The name of a script keeps CPack from writing it, though there is no such file.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/deb/triggers none/postinst none/postrm)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "tables of Diagnostic Trouble Codes to import documents - library
 A host application calls it to turn a table of Diagnostic Trouble Codes, kept
 as CSV or as an Excel workbook, into an XML import document.")
