@@ -12,8 +12,8 @@ namespace {
 
 // The words that stand for a value in the help tell what it is.
 ValueKind KindOfValue(std::string_view word) {
-    for (const char* file : {"FILE", "WORKBOOK", "INPUT", "OUTPUT"}) {
-        if (word.substr(0, word.find('.')) == file) return ValueKind::File;
+    for (const char* file : {"FILE", "FILES", "WORKBOOK", "INPUT", "OUTPUT"}) {
+        if (word == file) return ValueKind::File;
     }
     for (const char* folder : {"DIR", "FOLDER"}) {
         if (word == folder) return ValueKind::Folder;
