@@ -99,6 +99,14 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     app.set_help_flag("--help", "Print this help.");
 }
 
+void DeclareCommandLine(CLI::App& app, Arguments& arguments) {
+    app.description("Turns a table of Diagnostic Trouble Codes into an XML import document.");
+    app.allow_windows_style_options(false);  // such as /b, which may be a path
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(kExamples);
+    DeclareOptions(app, arguments);
+}
+
 [[noreturn]] void RefuseUsage(const std::string& sentence) {
     throw WrongUsage(sentence + " (xls2tki --help shows the options.)");
 }
@@ -274,12 +282,9 @@ std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& giv
 }  // namespace
 
 std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given) {
-    CLI::App app("Turns a table of Diagnostic Trouble Codes into an XML import document.");
-    app.allow_windows_style_options(false);  // such as /b, which may be a path
-    app.formatter(std::make_shared<HelpFormatter>());
-    app.footer(kExamples);
+    CLI::App app;
     Arguments arguments;
-    DeclareOptions(app, arguments);
+    DeclareCommandLine(app, arguments);
     try {
         app.parse(SeparateEmptyValues(given));
     } catch (const CLI::Success& shown) {
@@ -313,6 +318,13 @@ std::vector<std::string> ArgumentsOf(const Options& options) {
     arguments.insert(arguments.end(), {"--", ToBytes(options.input)});
     if (!options.checks) arguments.push_back(ToBytes(options.output));
     return arguments;
+}
+
+void ReadOptionTable(const std::function<void(const CLI::App&)>& reader) {
+    CLI::App app;
+    Arguments arguments;
+    DeclareCommandLine(app, arguments);
+    reader(app);
 }
 
 }  // namespace NCli

@@ -2,11 +2,16 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "api/xls2tki.h"
+
+namespace CLI {
+class App;
+}
 
 namespace NCli {
 
@@ -40,5 +45,9 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
 
 // A command line for the conversion.
 std::vector<std::string> ArgumentsOf(const Options& options);
+
+// Lends the table of options that the command line is read by. The help is made of it, and so is whatever
+// else tells what the options are.
+void ReadOptionTable(const std::function<void(const CLI::App&)>& reader);
 
 }  // namespace NCli

@@ -30,7 +30,7 @@ NAMES = "Powertrain\nJ1939\nBody\n".encode()
 OLD = b"an older document"
 NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data transformation.\n"
 # Arguments, standard input, exit status, standard error, standard output, and what is in out.xml. In what is expected
-# on standard error, dots stand for any text.
+# on standard error and output, three dots stand for any text.
 CASES = [
     ("in.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),

@@ -1,0 +1,51 @@
+#!/usr/bin/python3
+"""A host in Python: converts tables, one after the other. Usage: host.py INPUT OUTPUT [INPUT OUTPUT]..."""
+
+import ctypes
+import os
+import sys
+
+library = ctypes.CDLL("xls2tki.dll" if os.name == "nt" else "libxls2tki.so.0")
+library.xls2tki_convert.restype = ctypes.c_bool
+library.xls2tki_message.restype = ctypes.POINTER(ctypes.c_uint16)
+
+EXCEL, CSV = 1, 2
+
+
+class Names(ctypes.Structure):
+    _fields_ = [("texts", ctypes.c_void_p), ("count", ctypes.c_size_t)]
+
+
+class Conversion(ctypes.Structure):
+    _fields_ = [("size", ctypes.c_size_t), ("input_path", ctypes.c_char_p), ("worksheet_name", ctypes.c_char_p),
+                ("output_path", ctypes.c_char_p), ("import_type", ctypes.c_int32), ("separator", ctypes.c_uint16),
+                ("forward_messages", ctypes.c_bool), ("utf8", ctypes.c_bool), ("vsg_names", Names),
+                ("second_names", Names), ("third_names", Names), ("variant", ctypes.c_char_p),
+                ("diagnostic_instance", ctypes.c_char_p)]
+
+
+def utf16(text):
+    return (text + "\0").encode("utf-16-le", "surrogatepass")
+
+
+def message():
+    units, length = library.xls2tki_message(), 0
+    while units[length]:
+        length += 1
+    return bytes((ctypes.c_uint16 * length)(*units[:length])).decode("utf-16-le", "replace")
+
+
+def convert(table, document):
+    """None, or why it could not be done."""
+    conversion = Conversion(size=ctypes.sizeof(Conversion), input_path=utf16(table), output_path=utf16(document),
+                            import_type=CSV if table.endswith(".csv") else EXCEL, separator=ord(";"), utf8=True)
+    return None if library.xls2tki_convert(ctypes.byref(conversion)) else message()
+
+
+library.xls2tki_init_ole(True)
+failed = False
+for table, document in zip(sys.argv[1::2], sys.argv[2::2]):
+    failure = convert(table, document)
+    print(f"{table}: {failure or 'done'}")
+    failed = failed or failure is not None
+sys.exit(failed)
