@@ -109,14 +109,19 @@ WITHOUT_EXCEL = f"REGEDIT4\n\n[-{CLASSES}\\Excel.Application]\n\n[-{CLASSES}\\CL
 
 
 def run(*command, **options):
-    return subprocess.run(command, capture_output=True, check=False, **options)
+    """Exit status, standard output and standard error. In Wine, Excel inherits these two; at pipes one would wait for it."""
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as error:
+        done = subprocess.run(command, stdout=output, stderr=error, check=False, **options)
+        output.seek(0)
+        error.seek(0)
+        return done.returncode, output.read(), error.read()
 
 
 def write_registry(text):
     with tempfile.NamedTemporaryFile("w", suffix=".reg") as file:
         file.write(text)
         file.flush()
-        assert run("wine", "reg", "import", "Z:" + file.name).returncode == 0
+        assert run("wine", "reg", "import", "Z:" + file.name)[0] == 0
 
 
 @functools.lru_cache(maxsize=1)
@@ -147,11 +152,12 @@ def servers():
 
 def await_servers():
     """Ends with a complaint if a process is left for long."""
-    for _ in range(100):
-        if not servers():
-            return ""
+    end = time.monotonic() + 10
+    while left := servers():
+        if time.monotonic() > end:
+            return f"processes are left: {left}\n"
         time.sleep(0.1)
-    return f"processes are left: {servers()}\n"
+    return ""
 
 
 @contextlib.contextmanager
@@ -176,10 +182,10 @@ def check(case, folder):
         (folder / name).write_bytes(WORKBOOK)
     (folder / "out.xml").write_bytes(OLD)
     before = sorted(folder.iterdir())
-    done = run("wine", COMMAND, *arguments.split(), input=given, cwd=folder)
-    said = done.stderr.decode()
-    written = output if is_said(done.stdout.decode(), output.decode()) else done.stdout
-    found = (done.returncode, error if is_said(said, error) else said, written, (folder / "out.xml").read_bytes())
+    returned, written, said = run("wine", COMMAND, *arguments.split(), input=given, cwd=folder)
+    said = said.decode()
+    written = output if is_said(written.decode(), output.decode()) else written
+    found = (returned, error if is_said(said, error) else said, written, (folder / "out.xml").read_bytes())
     complaints = [f"{is_!r}, expected {should!r}" for is_, should in zip(found, (status, error, output, document)) if is_ != should]
     if sorted(folder.iterdir()) != before:
         complaints.append("files were left")
@@ -201,9 +207,8 @@ def compare(name, content, arguments, folder, **linux):
     found = []
     for command in ("wine", COMMAND), (LINUX_COMMAND,):
         (folder / "out.xml").unlink(missing_ok=True)
-        done = run(*command, *arguments, name, "out.xml", cwd=folder, env={**os.environ, **linux})
-        document = (folder / "out.xml").read_bytes() if done.returncode == 0 else None
-        found.append((done.returncode, document))
+        returned, *_ = run(*command, *arguments, name, "out.xml", cwd=folder, env={**os.environ, **linux})
+        found.append((returned, (folder / "out.xml").read_bytes() if returned == 0 else None))
     return "" if found[0] == found[1] else f"{name} {arguments}: {found[0]!r}, on Linux {found[1]!r}\n"
 
 
