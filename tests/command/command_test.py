@@ -333,8 +333,8 @@ def test_many_files():
 
 
 def test_options_of_many_files():
-    for options, separator in [('-u --vsg {} --vsg [a,b] --type-a [a,b] --type-a x=y --variant= --diag-instance \u00fc" -s =', "="),
-                               ("--variant=-- --diag-instance=--json --type-a=-u -s -", "-")]:
+    for options, separator in [('-u --vsg {} --type-a x --type-a [a,b] --variant= --diag-instance \u00fc" -s =', "="),
+                               ("--variant=-- --diag-instance=--json --vsg x --vsg=[a,b] -s -", "-")]:
         with folder("DTC=Text={}=[a,b]=x\nP0123=\u00e4=1=2=3\n".replace("=", separator).encode()) as environment:
             check(options, 0, run(options + " in.csv one.xml", environment).returncode)
             result = run(options + " --output-dir many in.csv", environment)
@@ -376,6 +376,16 @@ def test_ending_many_files():
         ended = "failed: The process ended unexpectedly, with status 137"
         check("end of processes alone", ([f"a.csv: {ended}", f"b.csv: {ended}", "in.csv: done"],
                                          "xls2tki: 3 files: 1 converted, 2 failed.\n"), (lines.splitlines(), summary))
+
+
+def test_order_of_many_files():
+    with folder(TABLE) as environment:
+        os.mkfifo("pipe")
+        command = subprocess.Popen([COMMAND, "-c", "--jobs", "2", "--output-dir", ".", "pipe", "in.csv"], env=environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        wait_until(lambda: os.path.exists("in.xml"))
+        Path("pipe").write_bytes(TABLE)
+        check("order", b"pipe: done\nin.csv: done\n", command.communicate(timeout=60)[0])
 
 
 def test_progress_of_many_files():
