@@ -99,8 +99,8 @@ int WaitFor(pid_t process, std::atomic<pid_t>& slot) {
     while (waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
     }
     slot = 0;
-    StopIfEnding();
     waitpid(process, nullptr, 0);
+    StopIfEnding();
     return StatusOf(end);
 }
 
