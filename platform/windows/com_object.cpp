@@ -28,6 +28,9 @@ class SystemArguments {
     std::vector<SystemVariant> values_;
 };
 
+constexpr char16_t kBusy[] =
+    u"The application is busy: finish what is open in it, such as a cell or a dialog.";
+
 // The application does not answer now, as its user has a cell or a dialog open.
 bool IsBusy(HRESULT status) {
     constexpr auto kSuspended = static_cast<HRESULT>(0x800AC472);  // Excel's own
@@ -54,7 +57,7 @@ class ComObject : public DispatchObject {
                                    info.Get(), &wrongArgument);
         });
         if (status == DISP_E_EXCEPTION) throw info.ToException();
-        if (IsBusy(status)) throw OleException(status, u"The application is busy with its user.");
+        if (IsBusy(status)) throw OleException(status, kBusy);
         CheckOle(status);
         return FromSystem(*result.Get());
     }

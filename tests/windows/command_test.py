@@ -64,6 +64,7 @@ FAILED = f'xls2tki: "table.xlsx": {REASON}\n'
 EXPLAINED = ("...\nCould not read out existing sheets of excel file. (Code: ' 0x000003ec')\n"
              f"Reason: {REASON}\nSource: Microsoft Excel\nHelpfile: xlmain.chm\n...")
 DIED = 'xls2tki: "table.xlsx": ...RPC...\n'
+BUSY = 'xls2tki: "table.xlsx": The application is busy: finish what is open in it, such as a cell or a dialog.\n'
 NOT_STARTED = 'xls2tki: "table.xlsx": Excel could not be started: Error 0x8....\n'
 CONVERSION = "table.xlsx out.xml"
 # The number of the version that the registry names, what goes wrong there (see server/faults.h), arguments, exit status,
@@ -93,7 +94,7 @@ EXCEL_CASES = [
     ("14", "--fail " + VALUE, CONVERSION, 1, FAILED, b"", OLD),
     ("11", "--fail " + VALUE, CONVERSION, 1, FAILED, b"", OLD),
     ("14", f"--busy {OPEN} 2", CONVERSION, 0, "", b"", DOCUMENT),
-    ("14", f"--busy {OPEN} 1000", CONVERSION, 1, 'xls2tki: "table.xlsx": The application is busy with its user.\n', b"", OLD),
+    ("14", f"--busy {OPEN} 1000", CONVERSION, 1, BUSY, b"", OLD),
     ("12", "--die " + OPEN, CONVERSION, 1, DIED, b"", OLD),
     ("11", "--die " + VALUE, CONVERSION, 1, DIED, b"", OLD),
     ("14", "--die " + VALUE, "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
