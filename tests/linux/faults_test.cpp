@@ -209,6 +209,7 @@ class Faults : public Conversions, public testing::WithParamInterface<Kind> {
             ExpectConversion();
         }
         EXPECT_GT(number, 3);
+        std::printf("%d calls failed in turn.\n", number - 1);
     }
 
     void FailEach(Fault& fault, bool lasts) {
@@ -275,6 +276,7 @@ TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {
     int failures = 0;
     for (int number = 1; number <= calls; ++number) failures += !run(number);
     EXPECT_GT(failures, 10);
+    std::printf("%d calls failed in turn, %d conversions with them.\n", calls, failures);
     EXPECT_TRUE(run(0));
 }
 

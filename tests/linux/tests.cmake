@@ -41,8 +41,7 @@ if(XLS2TKI_SANITIZE)
 endif()
 add_dependencies(faults_test xls2tki-odbc)
 
-target_sources(host_test PRIVATE linux/registry.cpp linux/xml_reader_test.cpp)
-target_link_libraries(host_test PRIVATE EXPAT::EXPAT)
+target_sources(host_test PRIVATE linux/registry.cpp)
 
 # Some tests ask for more memory than there is; the address sanitizer then has to behave like the system.
 gtest_discover_tests(rooms_test NO_PRETTY_VALUES PROPERTIES ENVIRONMENT ASAN_OPTIONS=allocator_may_return_null=1)
