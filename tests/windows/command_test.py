@@ -29,8 +29,10 @@ CASES = [
     ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
-    ("--json --check missing.csv", b"", 1, "xls2tki: Error opening inputfile:\n'missing.csv'\n",
-     b'starts with\n{"input":"missing.csv","output":null,"kind":"csv","layout":null,', OLD),
+    ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n",
+     b'{"input":"in.csv","output":"in.csv","kind":"csv","layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
+     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],'
+     b'"failure":"The output \\"in.csv\\" is the input itself."}\n', OLD),
     ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
      "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
     ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
