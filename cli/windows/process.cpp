@@ -71,12 +71,13 @@ struct Started {
 };
 
 Started Start(const std::vector<std::string>& arguments, Stream stream) {
-    // Another process would inherit what this one writes to, so its end would not be seen.
+    constexpr DWORD kPipeSize = 1 << 20;
+    // Another process is not to inherit what this one writes to.
     static std::mutex oneAtATime;
     const std::scoped_lock lock(oneAtATime);
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE ends[2] = {};
-    if (CreatePipe(&ends[0], &ends[1], &inherited, 0) == 0) RefuseToRun();
+    if (CreatePipe(&ends[0], &ends[1], &inherited, kPipeSize) == 0) RefuseToRun();
     Handle source(ends[0]);
     const Handle destination(ends[1]);
     SetHandleInformation(source.get(), HANDLE_FLAG_INHERIT, 0);
@@ -98,11 +99,22 @@ Started Start(const std::vector<std::string>& arguments, Stream stream) {
     return {Handle(started.hProcess), std::move(source)};
 }
 
-std::string ReadAll(HANDLE source) {
-    std::string text;
+void ReadAvailable(HANDLE source, std::string& text) {
     char piece[4096];
-    for (DWORD count = 0; ReadFile(source, piece, sizeof piece, &count, nullptr) != 0;) {
+    DWORD count = 0;
+    while (PeekNamedPipe(source, piece, sizeof piece, &count, nullptr, nullptr) != 0 && count > 0) {
+        if (ReadFile(source, piece, count, &count, nullptr) == 0) return;
         text.append(piece, count);
+    }
+}
+
+// The stream's end would not do: what the process started, such as parts of the system, may keep it open.
+std::string ReadUntilEnd(HANDLE process, HANDLE source) {
+    constexpr DWORD kMilliseconds = 10;
+    std::string text;
+    for (bool isRunning = true; isRunning;) {
+        isRunning = WaitForSingleObject(process, kMilliseconds) == WAIT_TIMEOUT;
+        ReadAvailable(source, text);
     }
     return text;
 }
@@ -120,8 +132,7 @@ FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream str
     StopIfEnding();
     const Started started = Start(arguments, stream);
     std::atomic<HANDLE>& slot = TakeSlot(started.process.get());
-    std::string text = ReadAll(started.source.get());
-    WaitForSingleObject(started.process.get(), INFINITE);
+    std::string text = ReadUntilEnd(started.process.get(), started.source.get());
     slot = nullptr;
     StopIfEnding();
     DWORD status = 0;

@@ -30,7 +30,7 @@ NAMES = "Powertrain\nJ1939\nBody\n".encode()
 OLD = b"an older document"
 NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data transformation.\n"
 # Arguments, standard input, exit status, standard error, standard output, and what is in out.xml. In what is expected
-# on standard error and output, three dots stand for any text.
+# on standard error, three dots stand for any text.
 CASES = [
     ("in.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),
@@ -42,8 +42,10 @@ CASES = [
     ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "...xls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
-    ("--json --check missing.csv", b"", 1, "xls2tki: Error opening inputfile:\n'missing.csv'\n",
-     b'{"input":"missing.csv","output":null,"kind":"csv","layout":null,...', OLD),
+    ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n",
+     b'{"input":"in.csv","output":"in.csv","kind":"csv","layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
+     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],'
+     b'"failure":"The output \\"in.csv\\" is the input itself."}\n', OLD),
     ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
      "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
     ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
@@ -185,7 +187,6 @@ def check(case, folder):
     before = sorted(folder.iterdir())
     returned, written, said = run("wine", COMMAND, *arguments.split(), input=given, cwd=folder)
     said = said.decode()
-    written = output if is_said(written.decode(), output.decode()) else written
     found = (returned, error if is_said(said, error) else said, written, (folder / "out.xml").read_bytes())
     complaints = [f"{is_!r}, expected {should!r}" for is_, should in zip(found, (status, error, output, document)) if is_ != should]
     if sorted(folder.iterdir()) != before:
@@ -202,23 +203,23 @@ def check_excel(case, folder):
     return f"Excel.Application.{version} {faults}: {complaints}" if complaints else ""
 
 
-def compare(name, content, arguments, folder, **linux):
-    """Converts on both systems, which have to give the same: exit status and bytes."""
+def compare(name, content, arguments, folder, status=None, **linux):
+    """Converts on both systems, which have to give the same: exit status, this one if any, and bytes."""
     (folder / name).write_bytes(content)
     found = []
     for command in ("wine", COMMAND), (LINUX_COMMAND,):
         (folder / "out.xml").unlink(missing_ok=True)
         returned, *_ = run(*command, *arguments, name, "out.xml", cwd=folder, env={**os.environ, **linux})
         found.append((returned, (folder / "out.xml").read_bytes() if returned == 0 else None))
-    return "" if found[0] == found[1] else f"{name} {arguments}: {found[0]!r}, on Linux {found[1]!r}\n"
+    return "" if found[0] == found[1] and status in (None, found[0][0]) else f"{name} {arguments}: {found[0]!r}, on Linux {found[1]!r}\n"
 
 
 def compare_tables(folder):
     complaints = ""
     for separator in b";\t,|":
-        table = TABLE.replace(b";", bytes([separator])) + b"\xc3\xa4\n"
+        table = b"DTC~Text~\xc3\xa4\nP0123~a;b,c|d\te~\xc3\xa4\xe4\n".replace(bytes([separator]), b" ").replace(b"~", bytes([separator]))
         for encoding in (), ("--utf8",):
-            complaints += compare("in.csv", table, ("-s", chr(separator), *encoding), folder)
+            complaints += compare("in.csv", table, ("-s", chr(separator), *encoding), folder, 0)
     for path in sorted((SOURCES / "tests/data").glob("*.csv")):
         complaints += compare("in.csv", path.read_bytes(), (), folder)
     return complaints
@@ -226,7 +227,7 @@ def compare_tables(folder):
 
 def compare_workbooks(folder):
     complaints = ""
-    for version in "11", "14":
+    for version in "10", "11", "12", "14", "16":
         registry = f'Windows Registry Editor Version 5.00\n\n[{CLASSES}\\Excel.Application\\CurVer]\n@="Excel.Application.{version}"\n'
         (folder / "excel.reg").write_text(registry)
         register_excel(version, "")
