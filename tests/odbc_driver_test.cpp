@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <thread>
+#include <tuple>
 
 #include "odbc_driver/column_attributes.h"
 #include "odbc_driver/connect_string.h"
@@ -543,6 +544,101 @@ TEST_F(OdbcDriverManager, ServesManyThreads) {
         });
     }
     for (std::thread& thread : threads) thread.join();
+}
+
+// What a program may ask and set of its handles, without the driver manager, which answers some of it itself.
+TEST_F(OdbcDriverManager, KeepsWhatIsSet) {
+    void* const library = dlopen(XLS2TKI_TEST_OWN_ODBC_DRIVER, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+#define CALL(function) reinterpret_cast<decltype(&(function))>(dlsym(library, #function))
+    SQLHANDLE environment = nullptr, connection = nullptr, statement = nullptr, rows = nullptr;
+    CALL(SQLAllocHandle)(SQL_HANDLE_ENV, nullptr, &environment);
+    CALL(SQLAllocHandle)(SQL_HANDLE_DBC, environment, &connection);
+    std::u16string text = u"DBQ=" + workbook_;
+    CALL(SQLDriverConnectW)(connection, nullptr, Program::Units(text), SQL_NTS, nullptr, 0, nullptr, 0);
+    CALL(SQLAllocHandle)(SQL_HANDLE_STMT, connection, &statement);
+    const auto pointer = [](SQLULEN number) { return reinterpret_cast<SQLPOINTER>(number); };
+    SQLULEN value = 0;
+
+    // A statement's attribute, what it is set to, and what it is then.
+    const std::tuple<SQLINTEGER, SQLULEN, SQLRETURN, SQLULEN> attributes[] = {
+        {SQL_ATTR_MAX_ROWS, 7, SQL_SUCCESS, 7},
+        {SQL_ATTR_ROW_ARRAY_SIZE, 9, SQL_SUCCESS, 9},
+        {SQL_ATTR_ROW_BIND_TYPE, 40, SQL_SUCCESS, 40},
+        {SQL_ATTR_ROW_BIND_OFFSET_PTR, 800, SQL_SUCCESS, 800},
+        {SQL_ATTR_ROW_STATUS_PTR, 1600, SQL_SUCCESS, 1600},
+        {SQL_ATTR_ROWS_FETCHED_PTR, 2400, SQL_SUCCESS, 2400},
+        {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY, SQL_SUCCESS, SQL_CURSOR_FORWARD_ONLY},
+        {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_STATIC, SQL_SUCCESS_WITH_INFO, SQL_CURSOR_FORWARD_ONLY},
+        {SQL_ATTR_APP_ROW_DESC, 0, SQL_SUCCESS, 0},
+        {SQL_ATTR_APP_ROW_DESC, 8, SQL_ERROR, 0},
+        {12345, 8, SQL_ERROR, 0},
+    };
+    for (const auto& [attribute, set, result, kept] : attributes) {
+        EXPECT_EQ(CALL(SQLSetStmtAttrW)(statement, attribute, pointer(set), 0), result) << attribute;
+        value = 0;
+        if (kept != 0) CALL(SQLGetStmtAttrW)(statement, attribute, &value, 0, nullptr);
+        EXPECT_EQ(value, kept) << attribute;
+    }
+
+    CALL(SQLGetStmtAttrW)(statement, SQL_ATTR_APP_ROW_DESC, &rows, 0, nullptr);
+    for (const SQLSMALLINT field : std::initializer_list<SQLSMALLINT>{
+             SQL_DESC_CONCISE_TYPE, SQL_DESC_DATA_PTR, SQL_DESC_OCTET_LENGTH, SQL_DESC_OCTET_LENGTH_PTR,
+             SQL_DESC_INDICATOR_PTR, SQL_DESC_ARRAY_SIZE, SQL_DESC_BIND_TYPE, SQL_DESC_BIND_OFFSET_PTR,
+             SQL_DESC_ARRAY_STATUS_PTR, SQL_DESC_ROWS_PROCESSED_PTR}) {
+        const auto number = static_cast<SQLULEN>(field + 3);
+        EXPECT_EQ(CALL(SQLSetDescFieldW)(rows, 2, field, pointer(number), 0), SQL_SUCCESS) << field;
+        value = 0;
+        EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 2, field, &value, 0, nullptr), SQL_SUCCESS) << field;
+        EXPECT_EQ(value, number) << field;
+    }
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 3, SQL_DESC_TYPE, &value, 0, nullptr), SQL_ERROR);
+    EXPECT_EQ(CALL(SQLSetDescFieldW)(rows, 0, SQL_DESC_TYPE, nullptr, 0), SQL_ERROR);
+    EXPECT_EQ(CALL(SQLSetDescFieldW)(rows, 1, SQL_DESC_NAME, nullptr, 0), SQL_ERROR);
+
+    const auto field = [&](SQLSMALLINT record, SQLSMALLINT number) {
+        char16_t told[128] = {};
+        CALL(SQLGetDiagFieldW)(SQL_HANDLE_DESC, rows, record, number, told, sizeof told, nullptr);
+        return Utf8(told);
+    };
+    EXPECT_EQ(field(0, SQL_DIAG_NUMBER), "\1");
+    EXPECT_EQ(field(1, SQL_DIAG_SQLSTATE), "HY091");
+    EXPECT_EQ(field(1, SQL_DIAG_MESSAGE_TEXT),
+              "[xls2tki][Excel Driver]The descriptor has no field of this number.");
+    EXPECT_EQ(field(1, SQL_DIAG_CLASS_ORIGIN), "ISO 9075");
+    EXPECT_EQ(field(1, SQL_DIAG_SUBCLASS_ORIGIN), "ISO 9075");
+    EXPECT_EQ(field(1, SQL_DIAG_SERVER_NAME), "");
+    EXPECT_EQ(field(0, SQL_DIAG_DYNAMIC_FUNCTION), "SELECT CURSOR");
+    EXPECT_EQ(CALL(SQLGetDiagFieldW)(SQL_HANDLE_DESC, rows, 2, SQL_DIAG_NATIVE, &value, 0, nullptr),
+              SQL_NO_DATA);
+
+    const std::tuple<SQLUSMALLINT, std::string> answers[] = {
+        {SQL_DBMS_NAME, "Excel workbook"}, {SQL_DATABASE_NAME, Utf8(workbook_)},
+        {SQL_DATA_SOURCE_READ_ONLY, "Y"},  {SQL_IDENTIFIER_QUOTE_CHAR, "\""},
+        {SQL_GETDATA_EXTENSIONS, "\x0B"},  {SQL_SQL92_PREDICATES, ""},
+    };
+    for (const auto& [question, answer] : answers) {
+        char16_t told[512] = {};
+        EXPECT_EQ(CALL(SQLGetInfoW)(connection, question, told, sizeof told, nullptr), SQL_SUCCESS)
+            << question;
+        EXPECT_EQ(Utf8(told), answer) << question;
+    }
+    EXPECT_EQ(CALL(SQLGetInfoW)(connection, 9999, &value, 0, nullptr), SQL_ERROR);
+
+    EXPECT_EQ(CALL(SQLSetConnectAttrW)(connection, SQL_ATTR_LOGIN_TIMEOUT, pointer(5), 0), SQL_SUCCESS);
+    for (const auto& [attribute, kept] : {std::pair<SQLINTEGER, SQLUINTEGER>(SQL_ATTR_LOGIN_TIMEOUT, 5),
+                                          {SQL_ATTR_CONNECTION_DEAD, SQL_CD_FALSE},
+                                          {SQL_ATTR_AUTO_IPD, SQL_FALSE}}) {
+        SQLUINTEGER number = 99;
+        EXPECT_EQ(CALL(SQLGetConnectAttrW)(connection, attribute, &number, 0, nullptr), SQL_SUCCESS);
+        EXPECT_EQ(number, kept) << attribute;
+    }
+    EXPECT_EQ(CALL(SQLSetConnectAttrW)(connection, 12345, nullptr, 0), SQL_ERROR);
+    CALL(SQLDisconnect)(connection);
+    CALL(SQLFreeHandle)(SQL_HANDLE_DBC, connection);
+    CALL(SQLFreeHandle)(SQL_HANDLE_ENV, environment);
+#undef CALL
+    dlclose(library);
 }
 
 // What the driver manager keeps from a driver, and a driver has to bear nevertheless.
