@@ -104,28 +104,9 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void CleanUpOnSignals() {
-    // Not every system has more than the first two.
-    constexpr int kSignals[] = {
-        SIGINT,  SIGTERM,
-#ifdef SIGHUP
-        SIGHUP,
-#endif
-#ifdef SIGPIPE
-        SIGPIPE,
-#endif
-#ifdef SIGQUIT
-        SIGQUIT,
-#endif
-#ifdef SIGXCPU
-        SIGXCPU,
-#endif
-    };
-    for (const int number : kSignals) {
+    for (const int number : EndingSignals()) {
         if (std::signal(number, RemoveFilesAndDie) == SIG_IGN) std::signal(number, SIG_IGN);
     }
-#ifdef SIGXFSZ
-    std::signal(SIGXFSZ, SIG_IGN);  // a file at the size limit is a write that fails
-#endif
 }
 
 }  // namespace NCli

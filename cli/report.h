@@ -20,8 +20,10 @@ void KeepMessage(std::string_view message);
 //   kind              "csv", "excel" or "odbc"
 //   layout            "single-number", "spn-fmi" or "base-and-failure-type"
 //   hexadecimal, sae_codes, rows, columns, item_columns, items    as in Xls2TkiFacts
-//   skipped_columns   for each its "index", from 0, and the "reason": "no header", "empty" or "behind the
-//   end" messages          progress messages and notes, in their order failure
+//   skipped_columns   for each its "index", from 0, and the "reason": "no header", "empty" or
+//                     "behind the end"
+//   messages          progress messages and notes, in their order
+//   failure           the sentence
 std::string MakeReport(const Options& options, std::string_view failure);
 
 }  // namespace NCli

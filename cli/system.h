@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,9 @@ File CreateNewFile(const std::filesystem::path& path);
 std::filesystem::path NameKey(const std::filesystem::path& name);
 
 bool IsTerminal(std::FILE* stream);
+
+// What ends the command from outside, unless it is handled.
+std::span<const int> EndingSignals();
 
 // May be called by a handler of signals.
 void RemoveFile(const std::filesystem::path::value_type* path);

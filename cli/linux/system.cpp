@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <csignal>
+
 namespace NCli {
 
 namespace fs = std::filesystem;
@@ -25,6 +27,11 @@ fs::path NameKey(const fs::path& name) { return name; }
 
 bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
 
+std::span<const int> EndingSignals() {
+    static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU};
+    return kSignals;
+}
+
 void RemoveFile(const char* path) { std::remove(path); }
 
 // Opened files take the lowest free numbers, and these stay open; writing to them fails. Those that were not
@@ -32,6 +39,7 @@ void RemoveFile(const char* path) { std::remove(path); }
 StandardStreams::StandardStreams() {
     int streams = 3;
     while (streams > 0 && std::fopen("/dev/null", "r") != nullptr) --streams;
+    std::signal(SIGXFSZ, SIG_IGN);  // a file at the size limit is a write that fails
 }
 
 StandardStreams::~StandardStreams() { static_cast<void>(consoleCodePage_); }

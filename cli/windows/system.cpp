@@ -7,6 +7,7 @@
 #include <shellapi.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <system_error>
 
 #include "cli/text.h"
@@ -54,6 +55,11 @@ fs::path NameKey(const fs::path& name) {
 }
 
 bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
+
+std::span<const int> EndingSignals() {
+    static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGBREAK};  // the last also for a console that closes
+    return kSignals;
+}
 
 void RemoveFile(const wchar_t* path) { _wremove(path); }
 

@@ -51,7 +51,7 @@ TEST(Windows, FindsRegularFilesOnly) {
     EXPECT_EQ(fullPath, u"unchanged");
 }
 
-TEST(Windows, EmptiesAFileThatIsHiddenOrInUse) {
+TEST(Windows, EmptiesAFileThatIsInUse) {
     const TempFolder folder;
     const std::u16string path = folder.Put("file", "older and longer");
     const NPlatform::InputFile reader(path);

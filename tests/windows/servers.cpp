@@ -1,6 +1,6 @@
 #include "platform/windows/com_object.h"
-#include "platform/windows/system_object.h"
 #include "tests/recording_server.h"
+#include "tests/windows/system_object.h"
 
 namespace NTest {
 

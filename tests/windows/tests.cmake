@@ -13,13 +13,13 @@ target_compile_options(gtest_main PRIVATE -w)
 
 target_sources(rooms_test PRIVATE
     ../platform/linux/reg_file.cpp
-    ../platform/windows/system_object.cpp
     windows/load_test.cpp
     windows/platform_test.cpp
     windows/registry.cpp
     windows/runtime_test.cpp
     windows/servers.cpp
     windows/source_kinds.cpp
+    windows/system_object.cpp
     windows/variants_test.cpp)
 target_sources(host_test PRIVATE ../platform/linux/reg_file.cpp windows/registry.cpp)
 target_compile_definitions(rooms_test PRIVATE NOMINMAX)

@@ -6,8 +6,8 @@
 
 #include <thread>
 
-#include "platform/windows/system_object.h"
 #include "tests/windows/server/served_object.h"
+#include "tests/windows/system_object.h"
 #include "workbook/application.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/windows/system_object.h"
+#include "tests/windows/system_object.h"
 
 #include <new>
 #include <vector>
