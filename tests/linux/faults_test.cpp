@@ -1,6 +1,6 @@
 // What a conversion does when the system fails it: each allocation, each operation on a file and each call of
-// Excel fails in turn. Whatever fails, the output has the whole document or is as it was, there is a message,
-// nothing is left open, and the next conversion works.
+// Excel fails in turn. Until the document is written, the output is as it was and there is a message;
+// whatever fails, nothing is left open, and the next conversion works.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
