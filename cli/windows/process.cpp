@@ -146,7 +146,7 @@ void EndProcesses() {
     constexpr DWORD kMilliseconds = 10'000;
     isEnding = true;
     for (const auto& process : processes) {
-        const HANDLE running = process;
+        void* const running = process;
         if (running == nullptr) continue;
         if (WaitForSingleObject(running, kMilliseconds) == WAIT_TIMEOUT) TerminateProcess(running, 1);
     }
