@@ -60,8 +60,7 @@ struct OutputFile::System {
     FileDescriptor file;
 };
 
-OutputFile::OutputFile(std::u16string_view path)
-    : system_(std::make_unique<System>(PathToBytes(path))) {
+OutputFile::OutputFile(std::u16string_view path) : system_(std::make_unique<System>(PathToBytes(path))) {
     if (!system_->file.IsOpen()) system_.reset();
 }
 
