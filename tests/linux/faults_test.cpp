@@ -277,6 +277,8 @@ TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {
     for (int number = 1; number <= calls; ++number) failures += !run(number);
     EXPECT_GT(failures, 10);
     std::printf("%d calls failed in turn, %d conversions with them.\n", calls, failures);
+    EXPECT_FALSE(run(2));
+    EXPECT_EQ(std::u16string(xls2tki_message()), u"Broken");
     EXPECT_TRUE(run(0));
 }
 
