@@ -13,13 +13,14 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/process_slots.h"
 
 namespace NCli {
 
 namespace {
 
 // For the handler of signals: 0, or a process that was not waited for yet.
-std::atomic<pid_t> processes[kMostProcesses];
+ProcessSlots<pid_t> processes;
 std::atomic<bool> isEnding;
 
 [[noreturn]] void RefuseToRun(int error) { throw Failure("Could not start a process: " + SystemText(error)); }
@@ -104,14 +105,6 @@ int WaitFor(pid_t process, std::atomic<pid_t>& slot) {
     return StatusOf(end);
 }
 
-// A slot that nobody has; another thread may take the same one meanwhile, and then the next is tried.
-std::atomic<pid_t>& TakeSlot(pid_t process) {
-    for (std::size_t index = 0;; index = (index + 1) % kMostProcesses) {
-        pid_t none = 0;
-        if (processes[index].compare_exchange_strong(none, process)) return processes[index];
-    }
-}
-
 }  // namespace
 
 FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
@@ -121,7 +114,7 @@ FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream str
     const Descriptor source(ends[0]);
     Descriptor destination(ends[1]);
     const pid_t process = Start(arguments, Redirection(stream, destination));
-    std::atomic<pid_t>& slot = TakeSlot(process);
+    std::atomic<pid_t>& slot = processes.Take(process);
     if (isEnding) kill(process, SIGTERM);  // the handler may have looked before
     destination.Close();
     std::string text = ReadAll(source);

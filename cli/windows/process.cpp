@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/process_slots.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -22,7 +23,7 @@ struct CloseObject {
 using Handle = std::unique_ptr<void, CloseObject>;
 
 // For the handler of signals: null, or a process that was not waited for yet.
-std::atomic<HANDLE> processes[kMostProcesses];
+ProcessSlots<HANDLE> processes;
 std::atomic<bool> isEnding;
 
 [[noreturn]] void RefuseToRun() {
@@ -119,19 +120,12 @@ std::string ReadUntilEnd(HANDLE process, HANDLE source) {
     return text;
 }
 
-std::atomic<HANDLE>& TakeSlot(HANDLE process) {
-    for (std::size_t index = 0;; index = (index + 1) % kMostProcesses) {
-        HANDLE none = nullptr;
-        if (processes[index].compare_exchange_strong(none, process)) return processes[index];
-    }
-}
-
 }  // namespace
 
 FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
     StopIfEnding();
     const Started started = Start(arguments, stream);
-    std::atomic<HANDLE>& slot = TakeSlot(started.process.get());
+    std::atomic<HANDLE>& slot = processes.Take(started.process.get());
     std::string text = ReadUntilEnd(started.process.get(), started.source.get());
     slot = nullptr;
     StopIfEnding();
