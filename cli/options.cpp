@@ -257,7 +257,7 @@ CommandLine CheckConversions(const Arguments& arguments) {
     if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file needs a name.");
     if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is needed.");
     if (arguments.jobs == 0 || arguments.jobs > kMostProcesses)
-        RefuseUsage("--jobs takes a number from 1 to 64.");
+        RefuseUsage("--jobs takes a number from 1 to " + std::to_string(kMostProcesses) + ".");
     if (isBatch) return CheckBatch(arguments);
     return OneTask(CheckConversion(arguments));
 }
@@ -300,9 +300,13 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
     return CheckConversions(arguments);
 }
 
+const char* NameOfKind(VImportType kind) {
+    constexpr const char* kNames[] = {"odbc", "excel", "csv"};
+    return kNames[kind];
+}
+
 std::vector<std::string> ArgumentsOf(const Options& options) {
-    constexpr const char* kKinds[] = {"--odbc", "--excel", "--csv"};
-    std::vector<std::string> arguments = {kKinds[options.kind]};
+    std::vector<std::string> arguments = {std::string("--") + NameOfKind(options.kind)};
     const auto add = [&arguments](const char* name, const WideString& value) {
         arguments.push_back(std::string(name).append("=").append(EncodeUtf8(value)));
     };

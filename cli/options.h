@@ -43,6 +43,9 @@ struct CommandLine {
 // Empty when the command line asked for the help or the version, which has then been shown. Throws Failure.
 std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given);
 
+// Of its long option, without the dashes.
+const char* NameOfKind(NXls2Tki::VImportType kind);
+
 // A command line for the conversion.
 std::vector<std::string> ArgumentsOf(const Options& options);
 

@@ -109,7 +109,6 @@ void KeepMessage(std::string_view message) {
 }
 
 std::string MakeReport(const Options& options, std::string_view failure) {
-    constexpr const char* kKinds[] = {"odbc", "excel", "csv"};
     JsonObject report;
     report.Text("input", PathOnCommandLine(options.input));
     if (options.checks) {
@@ -117,7 +116,7 @@ std::string MakeReport(const Options& options, std::string_view failure) {
     } else {
         report.Text("output", ToBytes(options.output));
     }
-    report.Text("kind", kKinds[options.kind]);
+    report.Text("kind", NameOfKind(options.kind));
     if (const auto facts = FindFacts()) {
         AddFacts(report, *facts);
     } else {
