@@ -44,6 +44,25 @@ void Dispatch::Put(DispatchId property, const Variant& value) const {
     static_cast<void>(Invoke(property, InvokeKind::PropertyPut, {&value, 1}));
 }
 
+Variant Variant::Of(const VariantElement& element) {
+    switch (element.type) {
+        case VariantType::Bool:
+            return Bool(element.integer != 0);
+        case VariantType::Error:
+            return Error(element.integer);
+        case VariantType::Int16:
+            return Int16(static_cast<std::int16_t>(element.integer));
+        case VariantType::Int32:
+            return Int32(element.integer);
+        case VariantType::Double:
+            return Double(element.number);
+        case VariantType::String:
+            return String(element.text);
+        default:
+            return {};
+    }
+}
+
 VariantType Variant::Type() const {
     constexpr VariantType kTypes[] = {VariantType::Empty,  VariantType::Error,    VariantType::Bool,
                                       VariantType::Int16,  VariantType::Int32,    VariantType::Double,

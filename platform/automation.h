@@ -157,6 +157,8 @@ class Variant {
     static Variant Array(std::shared_ptr<const VariantArray> value) {
         return {std::in_place_type<std::shared_ptr<const VariantArray>>, std::move(value)};
     }
+    // A copy; empty for an element that is neither a number, a text, a truth value nor an error.
+    static Variant Of(const VariantElement& element);
 
     [[nodiscard]] VariantType Type() const;
     [[nodiscard]] bool IsEmpty() const { return Type() == VariantType::Empty; }

@@ -34,21 +34,6 @@ VariantElement ElementOf(const Cell& cell) {
     return {};
 }
 
-Variant VariantOf(const VariantElement& element) {
-    switch (element.type) {
-        case VariantType::Double:
-            return Variant::Double(element.number);
-        case VariantType::String:
-            return Variant::String(element.text);
-        case VariantType::Bool:
-            return Variant::Bool(element.integer != 0);
-        case VariantType::Error:
-            return Variant::Error(element.integer);
-        default:
-            return {};
-    }
-}
-
 // A copy of a block's cells, row by row, the empty ones too.
 class BlockValues : public NPlatform::VariantArray {
   public:
@@ -131,7 +116,7 @@ Variant ReadValues(const std::shared_ptr<TextStore>& texts, Worksheet& worksheet
     const Cell* const cell = table.From(block.firstRow, block.firstColumn);
     const bool isThere =
         cell != table.End() && cell->row == block.firstRow && cell->column == block.firstColumn;
-    return isThere ? VariantOf(ElementOf(*cell)) : Variant();
+    return isThere ? Variant::Of(ElementOf(*cell)) : Variant();
 }
 
 void WriteValue(TextStore& texts, Worksheet& worksheet, const CellBlock& block, const Variant& value) {

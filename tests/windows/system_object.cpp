@@ -10,25 +10,6 @@ namespace NPlatform {
 
 namespace {
 
-Variant VariantOf(const VariantElement& element) {
-    switch (element.type) {
-        case VariantType::Bool:
-            return Variant::Bool(element.integer != 0);
-        case VariantType::Error:
-            return Variant::Error(element.integer);
-        case VariantType::Int16:
-            return Variant::Int16(static_cast<std::int16_t>(element.integer));
-        case VariantType::Int32:
-            return Variant::Int32(element.integer);
-        case VariantType::Double:
-            return Variant::Double(element.number);
-        case VariantType::String:
-            return Variant::String(element.text);
-        default:
-            return {};
-    }
-}
-
 SAFEARRAY* MakeSafeArray(const VariantArray& array) {
     const std::int32_t rows = array.UpperBound(1);
     const std::int32_t columns = array.UpperBound(2);
@@ -37,7 +18,8 @@ SAFEARRAY* MakeSafeArray(const VariantArray& array) {
     if (made == nullptr) throw std::bad_alloc();
     auto* element = static_cast<VARIANT*>(made->pvData);
     for (std::int32_t column = 1; column <= columns; ++column) {
-        for (std::int32_t row = 1; row <= rows; ++row) ToSystem(VariantOf(array.At(row, column)), *element++);
+        for (std::int32_t row = 1; row <= rows; ++row)
+            ToSystem(Variant::Of(array.At(row, column)), *element++);
     }
     return made.release();
 }
