@@ -157,7 +157,7 @@ bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
     if (fetched.size + left > kLongestValue) {
         RefuseText(Format(64, u"The value in column %d", {column + 1}), kLongestValue);
     }
-    // Else the NUL before this piece was the value's own.
+    // Where the lengths disagree, the NUL before this piece was the value's own.
     if (isCounted && fetched.left.value_or(left) != left) {
         *piece = 0;
         return false;
