@@ -77,6 +77,7 @@ class Batch {
     void Work();
     void Tell(std::size_t index, Outcome outcome);
     void PrintKnownLines();
+    [[nodiscard]] std::string Progress() const;
     void ShowProgress() const;
     void HideProgress() const;
 
@@ -133,13 +134,18 @@ void Batch::PrintKnownLines() {
     if (std::fflush(stdout) != 0) printError_ = errno;
 }
 
-void Batch::ShowProgress() const {
-    if (showsProgress_) std::fprintf(stderr, "%zu of %zu files ", known_, outcomes_.size());
+std::string Batch::Progress() const {
+    return std::to_string(known_) + " of " + std::to_string(outcomes_.size()) + " files ";
 }
 
+void Batch::ShowProgress() const {
+    if (showsProgress_) std::fputs(Progress().c_str(), stderr);
+}
+
+// What was shown last was no longer than it would be now.
 void Batch::HideProgress() const {
-    constexpr int kWidth = 60;
-    if (showsProgress_) std::fprintf(stderr, "\r%*s\r", kWidth, "");
+    const int width = static_cast<int>(Progress().size());
+    if (showsProgress_) std::fprintf(stderr, "\r%*s\r", width, "");
 }
 
 std::size_t Batch::Failures() const {
@@ -155,6 +161,19 @@ void MakeFolder(const std::filesystem::path& folder) {
     if (error) throw Failure("Could not create the folder " + NameOf(folder) + ": " + error.message());
 }
 
+// Where there cannot be a folder, no task is tried, but each has its report.
+void PrepareFolder(const CommandLine& line) {
+    if (line.outputFolder.empty()) return;
+    try {
+        MakeFolder(line.outputFolder);
+    } catch (const Failure& failure) {
+        for (const Options& task : line.tasks) {
+            if (task.reports) std::fputs(MakeReport(task, failure.what()).c_str(), stdout);
+        }
+        throw;
+    }
+}
+
 std::string Summarise(const CommandLine& line, std::size_t failed) {
     const std::size_t count = line.tasks.size();
     const char* const done = line.outputFolder.empty() ? " in order, " : " converted, ";
@@ -165,7 +184,7 @@ std::string Summarise(const CommandLine& line, std::size_t failed) {
 }  // namespace
 
 void ConvertAll(const CommandLine& line) {
-    if (!line.outputFolder.empty()) MakeFolder(line.outputFolder);
+    PrepareFolder(line);
     Batch batch(line);
     batch.Run();
     const std::size_t failed = batch.Failures();

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <iostream>
 #include <iterator>
 #include <map>
@@ -34,7 +35,7 @@ struct Arguments {
     std::string variant = "COMMON_DIAGNOSTICS";
     std::string diagnosticInstance = "Emission_Related_Trouble_Codes";
     std::string outputFolder;
-    std::size_t jobs = 1;
+    std::string jobs = "1";
     bool check = false;
     bool json = false;
     bool verbose = false;
@@ -67,17 +68,28 @@ constexpr char kExamples[] =
     "Examples: xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
     "          xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
 
+// CLI11 takes "[a,b]" for a list of two. Behind a zero, which no argument holds, it does not.
+constexpr char kMark = '\0';
+
+std::string WithoutMark(std::string argument) {
+    if (argument.starts_with(kMark)) argument.erase(0, 1);
+    return argument;
+}
+
 void DeclareOptions(CLI::App& app, Arguments& arguments) {
     const auto add = [&app](const char* name, std::string& value, const char* type, const char* help) {
-        app.add_option(name, value, help)->type_name(type)->take_last();
+        app.add_option(name, value, help)->type_name(type)->take_last()->transform(WithoutMark);
     };
     const auto addList = [&app](const char* name, std::vector<std::string>& values, const char* help) {
-        app.add_option(name, values, help)->type_name("NAME")->allow_extra_args(false);
+        app.add_option(name, values, help)
+            ->type_name("NAME")
+            ->allow_extra_args(false)
+            ->transform(WithoutMark);
     };
     const auto addFlag = [&app](const char* name, bool& value, const char* help) {
         app.add_flag(name, value, help)->disable_flag_override();
     };
-    app.add_option("FILES", arguments.files);
+    app.add_option("FILES", arguments.files)->transform(WithoutMark);
     addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
     addFlag("-x,--excel", arguments.excel, "Read INPUT with Excel (.xlsx, .xlsm, .xls).");
     addFlag("-o,--odbc", arguments.odbc, "Read INPUT through the Excel ODBC driver.");
@@ -91,7 +103,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
         "Set the instance (Emission_Related_Trouble_Codes).");
     add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
     add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
-    app.add_option("--jobs", arguments.jobs, "Convert so many at a time (1).")->type_name("N")->take_last();
+    add("--jobs", arguments.jobs, "N", "Convert so many at a time (1).");
     addFlag("--check", arguments.check, "Convert, but write nothing.");
     addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
@@ -137,6 +149,16 @@ WideChar ReadSeparator(const std::string& value) {
     }
     if (text[0] == '"' || text[0] == '\n') RefuseUsage("A quote or a line feed cannot separate cells.");
     return text[0];
+}
+
+std::size_t ReadJobs(const std::string& value) {
+    std::size_t jobs = 0;
+    const char* const end = value.data() + value.size();
+    const auto [behind, error] = std::from_chars(value.data(), end, jobs);
+    if (error != std::errc{} || behind != end || jobs == 0 || jobs > kMostProcesses) {
+        RefuseUsage("--jobs takes a number from 1 to " + std::to_string(kMostProcesses) + ".");
+    }
+    return jobs;
 }
 
 VImportType KindByExtension(const std::filesystem::path& input) {
@@ -216,14 +238,28 @@ CommandLine OneTask(const Options& task) {
     return line;
 }
 
-// Where two tables would become the same document, one would be lost.
-void RefuseSameOutputs(const std::vector<Options>& tasks) {
-    std::map<std::filesystem::path, const Options*> known;
+// Behind all links to it.
+std::filesystem::path PlaceOf(const std::filesystem::path& file) {
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::weakly_canonical(file, error);
+    return NameKey(error ? file : place);
+}
+
+// Where two tables would become the same document, or a document would take the place of another's table, one
+// would be lost. A document in the place of its own table is refused by the task alone.
+void RefuseLosses(const std::vector<Options>& tasks) {
+    std::map<std::filesystem::path, const Options*> places;
     for (const Options& task : tasks) {
-        const auto [other, isNew] = known.emplace(NameKey(task.output), &task);
+        const auto [other, isNew] = places.emplace(PlaceOf(task.output), &task);
         if (isNew) continue;
         RefuseUsage(NameOf(other->second->input) + " and " + NameOf(task.input) + " would both become " +
                     NameOf(task.output) + ".");
+    }
+    for (const Options& task : tasks) {
+        const auto other = places.find(PlaceOf(task.input));
+        if (other == places.end() || other->second == &task) continue;
+        RefuseUsage("The document of " + NameOf(other->second->input) + " would take the place of " +
+                    NameOf(task.input) + ".");
     }
 }
 
@@ -240,14 +276,14 @@ std::vector<Options> CheckTasks(const Arguments& arguments, const std::filesyste
     return tasks;
 }
 
-CommandLine CheckBatch(const Arguments& arguments) {
+CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
     if (arguments.verbose) RefuseUsage("--verbose is for one file; of several, --json has the messages.");
     CommandLine line;
     line.isBatch = true;
-    line.jobs = arguments.jobs;
+    line.jobs = jobs;
     if (!arguments.check) line.outputFolder = ToPath(arguments.outputFolder);
     line.tasks = CheckTasks(arguments, line.outputFolder);
-    if (!arguments.check) RefuseSameOutputs(line.tasks);
+    if (!arguments.check) RefuseLosses(line.tasks);
     return line;
 }
 
@@ -256,15 +292,14 @@ CommandLine CheckConversions(const Arguments& arguments) {
     const bool isBatch = !arguments.outputFolder.empty() || (arguments.check && files.size() > 1);
     if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file needs a name.");
     if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is needed.");
-    if (arguments.jobs == 0 || arguments.jobs > kMostProcesses)
-        RefuseUsage("--jobs takes a number from 1 to " + std::to_string(kMostProcesses) + ".");
-    if (isBatch) return CheckBatch(arguments);
+    const std::size_t jobs = ReadJobs(arguments.jobs);
+    if (isBatch) return CheckBatch(arguments, jobs);
     return OneTask(CheckConversion(arguments));
 }
 
 // CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
 // comes first, as CLI11 wants it.
-std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& given) {
+std::vector<std::string> PrepareArguments(const std::vector<std::string>& given) {
     std::vector<std::string> arguments;
     bool areOptions = true;
     for (std::string argument : given) {
@@ -272,6 +307,7 @@ std::vector<std::string> SeparateEmptyValues(const std::vector<std::string>& giv
         const bool isEmptyValue =
             areOptions && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
         if (isEmptyValue) argument.pop_back();
+        if (argument.starts_with('[')) argument.insert(0, 1, kMark);
         arguments.push_back(argument);
         if (isEmptyValue) arguments.emplace_back();
     }
@@ -286,7 +322,7 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
     Arguments arguments;
     DeclareCommandLine(app, arguments);
     try {
-        app.parse(SeparateEmptyValues(given));
+        app.parse(PrepareArguments(given));
     } catch (const CLI::Success& shown) {
         app.exit(shown);
         if (!std::cout.flush()) throw Failure("Could not write to standard output.");

@@ -58,7 +58,7 @@ void AppendUtf8(std::string& bytes, char32_t character) {
 
 bool IsControl(char32_t character) {
     return character < 0x20 || (character >= 0x7F && character <= 0x9F) ||
-           (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 bool IsHigh(char32_t unit) { return (unit & 0xFC00) == 0xD800; }

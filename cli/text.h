@@ -22,8 +22,8 @@ DecodedText DecodeUtf8(std::string_view bytes);
 std::string EncodeUtf8(std::basic_string_view<NXls2Tki::WideChar> text);
 
 // What a table or a workbook holds must not control the terminal, nor look like something else. So people are
-// shown a question mark for each character of U+0000 to U+001F, U+007F to U+009F, and of those that change
-// the direction of writing, U+202A to U+202E and U+2066 to U+2069.
+// shown a question mark for each character of U+0000 to U+001F, U+007F to U+009F, and of those that begin a
+// line or change the direction of writing, U+2028 to U+202E and U+2066 to U+2069.
 
 inline constexpr std::size_t kWholeName = std::numeric_limits<std::size_t>::max();
 

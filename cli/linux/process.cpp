@@ -1,6 +1,7 @@
 #include "cli/process.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "cli/failure.h"
@@ -19,7 +21,9 @@ namespace NCli {
 
 namespace {
 
-// For the handler of signals: 0, or a process that was not waited for yet.
+constexpr pid_t kStarting = -1;
+
+// For the handler of signals: 0, a process that was not waited for yet, or one about to be started.
 ProcessSlots<pid_t> processes;
 std::atomic<bool> isEnding;
 
@@ -67,17 +71,73 @@ class Redirection {
     posix_spawn_file_actions_t actions_{};
 };
 
-pid_t Start(std::vector<std::string> arguments, const Redirection& redirection) {
-    const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+class BlockedSignals {
+  public:
+    BlockedSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, &before_);
+    }
+    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
+
+    [[nodiscard]] const sigset_t& Before() const { return before_; }
+
+  private:
+    sigset_t before_{};
+};
+
+// What signals the process has blocked.
+class Attributes {
+  public:
+    explicit Attributes(const sigset_t& blocked) {
+        posix_spawnattr_init(&attributes_);
+        posix_spawnattr_setsigmask(&attributes_, &blocked);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
+    }
+    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    [[nodiscard]] const posix_spawnattr_t* Get() const { return &attributes_; }
+
+  private:
+    posix_spawnattr_t attributes_{};
+};
+
+// Found once: when the command is replaced by a later one meanwhile, this is its place.
+const std::string& Program() {
+    static const std::string program = [] {
+        std::error_code error;
+        const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
+        if (error) RefuseToRun(error.value());
+        return path.string();
+    }();
+    return program;
+}
+
+// The slot of the process. Its signals are blocked until it is known there: the handler of signals, which
+// waits for that, must not interrupt this thread.
+std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection& redirection) {
+    const std::string& program = Program();
     std::string name = "xls2tki";
     std::vector<char*> values = {name.data()};
     for (std::string& argument : arguments) values.push_back(argument.data());
     values.push_back(nullptr);
+    const BlockedSignals blocked;
+    const Attributes attributes(blocked.Before());
+    std::atomic<pid_t>& slot = processes.Take(kStarting);
+    if (isEnding) {
+        slot = 0;
+        StopIfEnding();
+    }
     pid_t process = 0;
-    const int error =
-        posix_spawn(&process, program.c_str(), redirection.Actions(), nullptr, values.data(), environ);
+    const int error = posix_spawn(&process, program.c_str(), redirection.Actions(), attributes.Get(),
+                                  values.data(), environ);
+    slot = error == 0 ? process : 0;
     if (error != 0) RefuseToRun(error);
-    return process;
+    return slot;
 }
 
 std::string ReadAll(const Descriptor& source) {
@@ -95,7 +155,8 @@ std::string ReadAll(const Descriptor& source) {
 int StatusOf(const siginfo_t& end) { return end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status; }
 
 // The handler knows the process until it has ended, and no other one has its number meanwhile.
-int WaitFor(pid_t process, std::atomic<pid_t>& slot) {
+int WaitFor(std::atomic<pid_t>& slot) {
+    const pid_t process = slot;
     siginfo_t end{};
     while (waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
     }
@@ -108,23 +169,21 @@ int WaitFor(pid_t process, std::atomic<pid_t>& slot) {
 }  // namespace
 
 FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
-    StopIfEnding();
     int ends[2] = {};
     if (pipe2(ends, O_CLOEXEC) != 0) RefuseToRun(errno);
     const Descriptor source(ends[0]);
     Descriptor destination(ends[1]);
-    const pid_t process = Start(arguments, Redirection(stream, destination));
-    std::atomic<pid_t>& slot = processes.Take(process);
-    if (isEnding) kill(process, SIGTERM);  // the handler may have looked before
+    std::atomic<pid_t>& slot = Start(arguments, Redirection(stream, destination));
     destination.Close();
     std::string text = ReadAll(source);
-    const int status = WaitFor(process, slot);
+    const int status = WaitFor(slot);
     return {status, std::move(text)};
 }
 
 void EndProcesses() {
     isEnding = true;
     for (const auto& process : processes) {
+        while (process == kStarting) sched_yield();
         if (const pid_t number = process; number != 0) kill(number, SIGTERM);
     }
     for (const auto& process : processes) {

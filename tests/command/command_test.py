@@ -80,7 +80,7 @@ def encrypt():
     return b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(640, b"\0") + name.ljust(64, b"\0") + b"\x22\0\2".ljust(320, b"\0")
 
 
-CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x202A;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
+CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x2028;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
 CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
 IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
@@ -107,6 +107,7 @@ CASES = [
     ("big-endian UTF-16", b"\xfe\xff\0D", "-u " + IO, 1, MARK % "big-endian UTF-16. Save it as UTF-8.", None),
     ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, IO, 1, MARK % "UTF-8. Give --utf8.", None),
     ("missing input", TABLE, "none.csv out.xml", 1, NO_FILE % "none.csv", None),
+    ("list as input", TABLE, "-c [in.csv] out.xml", 1, NO_FILE % "[in.csv]", None),
     ("folder as input", TABLE, "-c tmp out.xml", 1, NO_FILE % "tmp", None),
     ("endless device as input", TABLE, "-c /dev/zero out.xml", 1, NO_FILE % "/dev/zero", None),
     ("file of another length than it says", TABLE, "-c /proc/self/status out.xml", 1,
@@ -133,6 +134,7 @@ CASES = [
     ("missing folder's folder", TABLE, "--output-dir none/new in.csv", 1,
      'xls2tki: Could not create the folder "none/new": No such file or directory\n', None),
     ("no jobs", TABLE, "--check --jobs 0 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
+    ("jobs in words", TABLE, "--check --jobs 1x in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
     ("steps of several", TABLE, "--check -v in.csv in.csv", 2,
      "xls2tki: --verbose is for one file; of several, --json has the messages." + HINT, None),
     ("standard input among several", TABLE, "--check -c in.csv -", 2,
@@ -265,7 +267,7 @@ def test_unreadable_registries():
 def test_control_characters():
     with folder(CONTROLS) as environment:
         check("list", "%s\n%s\n" % CONTROLS_SHOWN, run("--list-worksheets in.csv", environment).stdout.decode())
-        steps = run("-v -x -w \x9f\u202a\u202e\u2066\u2069|\xa0\u202f " + IO, environment).stderr.decode()
+        steps = run("-v -x -w \x9f\u2028\u202e\u2066\u2069|\xa0\u202f " + IO, environment).stderr.decode()
         check("verbose", True, "\nUsing sheet: '%s'\n" % CONTROLS_SHOWN[1] in steps)
 
 
@@ -291,6 +293,8 @@ REPORTS = [
     (TABLE, b"-w x in.csv \xff/\xc3\xa4", 1, {"output": "\ufffd/\u00e4", "failure":
      'Could not create a file in the folder "\ufffd": No such file or directory'},
      "Note: --worksheet is for --excel only and has no effect here."),
+    (TABLE, "--output-dir none/x in.csv", 1, {"output": "none/x/in.xml", "failure":
+     'Could not create the folder "none/x": No such file or directory'}, None),
     (TABLE, "in.csv in.csv", 2, {"output": "in.csv", "failure": 'The output "in.csv" is the input itself.'}, None),
 ]
 
@@ -317,8 +321,7 @@ def test_many_files():
             Path("a b.csv").write_bytes(TABLE)
             Path("b.txt").write_bytes(HEAD + b"P\n")
             Path("-c\n.csv").write_bytes(TABLE)
-            command = [COMMAND, "--jobs", jobs, "-w", "x", "--output-dir", "out", "--", "none.xls", "a b.csv", "b.txt",
-                       "-c\n.csv"]
+            command = [COMMAND, "--jobs", jobs, "-w", "x", "--output-dir", "out", "--", "none.xls", "a b.csv", "b.txt", "-c\n.csv"]
             note = "Note: --worksheet is for --excel only and has no effect here."
             lines = ["none.xls: failed: 'none.xls' cannot be opened.", f"a b.csv: done: {note}",
                      f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P", f"-c?.csv: done: {note}"]
@@ -443,6 +446,9 @@ def test_replacing():
         for output in "link", "dangling":
             check(output, 0, run("in.csv " + output, environment).returncode)
             check(output, True, os.path.islink(output))
+        os.symlink("in.csv", "table.xml")
+        refused = run("--output-dir . table.csv in.csv", environment).stderr
+        check("behind a link to a table", True, b'"table.csv" would take the place of "in.csv".' in refused)
         check_document("behind a link", b"Stuck", Path("out.xml").read_bytes())
         check("permissions", 0o640, stat.S_IMODE(os.stat("out.xml").st_mode))
         check("behind a dangling link", Path("out.xml").read_bytes(), Path("new.xml").read_bytes())
