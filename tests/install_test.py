@@ -64,8 +64,9 @@ class Installed:
         assert self.complete(bash, "--separator", "") == []
         zsh = (share / "zsh/site-functions/_xls2tki").read_text(encoding="utf-8")
         assert long_names(zsh.replace("[", " [")) >= names
-        fish = (share / "fish/vendor_completions.d/xls2tki.fish").read_text(encoding="utf-8")
-        assert {"--" + name for name in re.findall(r" -l (\S+)", fish)} == names
+        fish = share / "fish/vendor_completions.d/xls2tki.fish"
+        offered = self.run("fish", "-c", f"source '{fish}'; complete -C 'xls2tki --'", HOME=str(self.work))
+        assert {line.split("\t")[0] for line in offered} == names
 
     def complete(self, script, *words):
         """What bash would offer for the last of the words."""
