@@ -68,6 +68,14 @@ class Installed:
         offered = self.run("fish", "-c", f"source '{fish}'; complete -C 'xls2tki --'", HOME=str(self.work))
         assert {line.split("\t")[0] for line in offered} == names
 
+    def check_pages(self):
+        """No link of the manual leads outside of what is installed with it."""
+        pages = self.tree / "share/doc/xls2tki"
+        targets = {(page.parent / path).resolve() for page in pages.rglob("*.md")
+                   for path in re.findall(r"\]\((?!https?:)([^)#\s]+)", page.read_text(encoding="utf-8"))}
+        assert len(targets) > 20
+        assert not [target for target in targets if not target.exists() or pages not in target.parents]
+
     def complete(self, script, *words):
         """What bash would offer for the last of the words."""
         typed = " ".join(f"'{word}'" for word in ("xls2tki", *words))
@@ -95,6 +103,10 @@ class Installed:
         self.check_hosts(self.work / "cmake")
         self.run("make", "-C", consumer)
         self.check_hosts(self.work, LD_LIBRARY_PATH=str(self.libraries))
+        shown = re.search(r"^g\+\+.*", (ROOT / "docs/embedding.md").read_text(encoding="utf-8"), re.MULTILINE)
+        (self.work / "lib").symlink_to(self.libraries)  # the shell would take a folder with a blank for two words
+        self.run("bash", "-c", shown[0].replace("host.cpp", str(EXAMPLES / "hosts/host.cpp")),
+                 PKG_CONFIG_PATH=str(self.work / "lib/pkgconfig"))
 
     def check_python(self):
         self.run(sys.executable, EXAMPLES / "hosts" / "host.py", EXAMPLES / "powertrain.csv", "csv.xml",
@@ -114,6 +126,7 @@ with tempfile.TemporaryDirectory() as temporary:
     installed = Installed(Path(temporary))
     installed.check_command()
     installed.check_manual()
+    installed.check_pages()
     installed.check_consumers()
     installed.check_python()
 check_documentation()

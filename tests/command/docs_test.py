@@ -13,7 +13,8 @@ from pathlib import Path
 
 COMMAND, ODBC_DRIVER = map(os.path.abspath, sys.argv[1:])
 ROOT = Path(__file__).resolve().parents[2]
-PAGES = [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md")), ROOT / "examples" / "README.md", ROOT / "CONTRIBUTING.md"]
+PAGES = [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md")), ROOT / "examples/README.md", ROOT / "CONTRIBUTING.md",
+         ROOT / "SECURITY.md"]
 BLOCK = re.compile(r"^(?P<skip><!-- not run: .+ -->\n)?```sh\n(?P<commands>.*?)^```\n(?:\n```text\n(?P<printed>.*?)^```\n)?",
                    re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\]\((?!https?:)([^)#\s]*)(?:#([^)\s]+))?\)")
