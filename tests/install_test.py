@@ -19,7 +19,8 @@ LIBRARY = "libxls2tki.so.0"
 
 def run(*arguments, **options):
     """The lines on standard output; ends the test when the program fails."""
-    done = subprocess.run([str(argument) for argument in arguments], text=True, capture_output=True, **options)
+    words = [str(argument) for argument in arguments]
+    done = subprocess.run(words, text=True, errors="replace", capture_output=True, **options)
     assert done.returncode == 0, f"{arguments}: {done.returncode}\n{done.stdout}{done.stderr}"
     return done.stdout.splitlines()
 
@@ -35,7 +36,7 @@ def long_names(text):
 class Installed:
     def __init__(self, folder):
         run("cmake", "--install", BUILD, "--prefix", folder / "first")
-        self.tree = (folder / "first").rename(folder / "moved here")
+        self.tree = (folder / "first").rename(folder / "möved here")
         self.work = folder / "work"
         self.work.mkdir()
         self.libraries = next(self.tree.glob(f"lib/**/{LIBRARY}")).parent
