@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <spawn.h>
+#include <sys/auxv.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -105,13 +106,14 @@ class Attributes {
     posix_spawnattr_t attributes_{};
 };
 
-// Found once: when the command is replaced by a later one meanwhile, this is its place.
+// Found once: when the command is replaced by a later one meanwhile, this is its place. Where there is no
+// /proc, such as in a bare chroot, the path by which the command was started has to do.
 const std::string& Program() {
     static const std::string program = [] {
         std::error_code error;
         const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-        if (error) RefuseToRun(error.value());
-        return path.string();
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the system hands it out as a number
+        return error ? std::string(reinterpret_cast<const char*>(getauxval(AT_EXECFN))) : path.string();
     }();
     return program;
 }
