@@ -10,9 +10,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "cli/failure.h"
@@ -27,7 +30,19 @@ constexpr pid_t kStarting = -1;
 std::atomic<pid_t> processes[kMostProcesses];
 std::atomic<bool> isEnding;
 
-[[noreturn]] void RefuseToRun(int error) { throw Failure("Could not start a process: " + SystemText(error)); }
+class NoProcess : public Failure {
+  public:
+    explicit NoProcess(int error)
+        : Failure("Could not start a process: " + SystemText(error)), error_(error) {}
+
+    // Processes that end give back what there was too little of.
+    [[nodiscard]] bool IsShortage() const {
+        return error_ == EAGAIN || error_ == EMFILE || error_ == ENFILE || error_ == ENOMEM;
+    }
+
+  private:
+    int error_;  // as errno has it
+};
 
 // The handler in another thread is about to end this process; nothing is to be told of what it ended.
 void StopIfEnding() {
@@ -145,7 +160,7 @@ std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection&
     const int error = posix_spawn(&process, program.c_str(), redirection.Actions(), attributes.Get(),
                                   values.data(), environ);
     slot = error == 0 ? process : 0;
-    if (error != 0) RefuseToRun(error);
+    if (error != 0) throw NoProcess(error);
     return slot;
 }
 
@@ -175,11 +190,14 @@ int WaitFor(std::atomic<pid_t>& slot) {
     return StatusOf(end);
 }
 
-}  // namespace
+bool IsAnyRunning() {
+    return std::any_of(std::begin(processes), std::end(processes),
+                       [](const std::atomic<pid_t>& process) { return process > 0; });
+}
 
-FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
+FinishedProcess RunOnce(const std::vector<std::string>& arguments, Stream stream) {
     int ends[2] = {};
-    if (pipe2(ends, O_CLOEXEC) != 0) RefuseToRun(errno);
+    if (pipe2(ends, O_CLOEXEC) != 0) throw NoProcess(errno);
     const Descriptor source(ends[0]);
     Descriptor destination(ends[1]);
     std::atomic<pid_t>& slot = Start(arguments, Redirection(stream, destination));
@@ -187,6 +205,20 @@ FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream str
     std::string text = ReadAll(source);
     const int status = WaitFor(slot);
     return {status, std::move(text)};
+}
+
+}  // namespace
+
+FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
+    constexpr int kTriesAlone = 10;
+    for (int tries = 1;; ++tries) {
+        try {
+            return RunOnce(arguments, stream);
+        } catch (const NoProcess& failure) {
+            if (!failure.IsShortage() || (tries >= kTriesAlone && !IsAnyRunning())) throw;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 void EndProcesses() {

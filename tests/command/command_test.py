@@ -430,6 +430,10 @@ def test_no_room():
     def limit_file_size():
         resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
 
+    with folder(TABLE) as environment:  # nor for as many processes as are wanted
+        result = run("--check --jobs 16" + " in.csv" * 40, environment,
+                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (12, 12)))
+        check("open files", b"xls2tki: 40 files: 40 in order, 0 failed.\n", result.stderr)
     for arguments, name in [("in.csv out.xml", '"out.xml"'), ("in.csv -", '"%s"')]:
         with folder(TABLE) as environment:
             result = run(arguments, environment, preexec_fn=limit_file_size)

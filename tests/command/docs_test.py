@@ -26,17 +26,13 @@ def run(commands, folder):
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
 
-def prepare(folder):
-    os.symlink(ROOT / "examples", folder / "examples")
-    (folder / "bin").mkdir()
-    os.symlink(COMMAND, folder / "bin" / "xls2tki")
-
-
 def wrong_blocks(page):
     """Complaints about the page's blocks. Those of one page are run in one folder, one after the other."""
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        prepare(folder)
+        os.symlink(ROOT / "examples", folder / "examples")
+        (folder / "bin").mkdir()
+        os.symlink(COMMAND, folder / "bin/xls2tki")
         for block in BLOCK.finditer(page.read_text(encoding="utf-8")):
             if block["skip"]:
                 continue
