@@ -30,19 +30,10 @@ constexpr pid_t kStarting = -1;
 std::atomic<pid_t> processes[kMostProcesses];
 std::atomic<bool> isEnding;
 
-class NoProcess : public Failure {
-  public:
-    explicit NoProcess(int error)
-        : Failure("Could not start a process: " + SystemText(error)), error_(error) {}
-
-    // Processes that end give back what there was too little of.
-    [[nodiscard]] bool IsShortage() const {
-        return error_ == EAGAIN || error_ == EMFILE || error_ == ENFILE || error_ == ENOMEM;
-    }
-
-  private:
-    int error_;  // as errno has it
-};
+// Processes that end give back what there was too little of.
+bool IsShortage(int error) {
+    return error == EAGAIN || error == EMFILE || error == ENFILE || error == ENOMEM;
+}
 
 // The handler in another thread is about to end this process; nothing is to be told of what it ended.
 void StopIfEnding() {
@@ -141,9 +132,14 @@ std::atomic<pid_t>& TakeSlot() {
     }
 }
 
-// The slot of the process. Its signals are blocked until it is known there: the handler of signals, which
-// waits for that, must not interrupt this thread.
-std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection& redirection) {
+struct Started {
+    std::atomic<pid_t>& slot;
+    int error;  // 0, or why there is no process, as errno has it
+};
+
+// Signals are blocked until the process is known: the handler, which waits for that, must not interrupt this
+// thread.
+Started Start(std::vector<std::string> arguments, const Redirection& redirection) {
     const std::string& program = Program();
     std::string name = "xls2tki";
     std::vector<char*> values = {name.data()};
@@ -160,8 +156,7 @@ std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection&
     const int error = posix_spawn(&process, program.c_str(), redirection.Actions(), attributes.Get(),
                                   values.data(), environ);
     slot = error == 0 ? process : 0;
-    if (error != 0) throw NoProcess(error);
-    return slot;
+    return {slot, error};
 }
 
 std::string ReadAll(const Descriptor& source) {
@@ -195,27 +190,30 @@ bool IsAnyRunning() {
                        [](const std::atomic<pid_t>& process) { return process > 0; });
 }
 
-FinishedProcess RunOnce(const std::vector<std::string>& arguments, Stream stream) {
+// Returns 0, or why there cannot be a process, as errno has it.
+int RunOnce(const std::vector<std::string>& arguments, Stream stream, FinishedProcess& finished) {
     int ends[2] = {};
-    if (pipe2(ends, O_CLOEXEC) != 0) throw NoProcess(errno);
+    if (pipe2(ends, O_CLOEXEC) != 0) return errno;
     const Descriptor source(ends[0]);
     Descriptor destination(ends[1]);
-    std::atomic<pid_t>& slot = Start(arguments, Redirection(stream, destination));
+    const Started started = Start(arguments, Redirection(stream, destination));
+    if (started.error != 0) return started.error;
     destination.Close();
-    std::string text = ReadAll(source);
-    const int status = WaitFor(slot);
-    return {status, std::move(text)};
+    finished.text = ReadAll(source);
+    finished.status = WaitFor(started.slot);
+    return 0;
 }
 
 }  // namespace
 
 FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
     constexpr int kTriesAlone = 10;
+    FinishedProcess finished{};
     for (int tries = 1;; ++tries) {
-        try {
-            return RunOnce(arguments, stream);
-        } catch (const NoProcess& failure) {
-            if (!failure.IsShortage() || (tries >= kTriesAlone && !IsAnyRunning())) throw;
+        const int error = RunOnce(arguments, stream, finished);
+        if (error == 0) return finished;
+        if (!IsShortage(error) || (tries >= kTriesAlone && !IsAnyRunning())) {
+            throw Failure("Could not start a process: " + SystemText(error));
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
