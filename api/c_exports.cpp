@@ -109,7 +109,7 @@ bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
         for (const WideString& name : found) texts.push_back(name.c_str());
         listedNames.swap(found);  // moves no name
         listedTexts.swap(texts);
-        *names = {listedTexts.data(), listedTexts.size()};
+        if (names != nullptr) *names = {listedTexts.data(), listedTexts.size()};
         return true;
     });
 }

@@ -109,7 +109,8 @@ XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
 /* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they
- * are valid until the next call of this function. When it returns false, `names` is as it was. */
+ * are valid until the next call of this function. When it returns false, `names` is as it was. A null pointer
+ * for it asks only whether they can be listed. */
 XLS2TKI_EXPORT bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names);
 
 /* The outcome of the last operation, as GetLoggedMessages has it, or, where that would have thrown, the

@@ -127,7 +127,7 @@ static void ListWorksheets(const char* data, bool hasExcel) {
         return;
     }
     EXPECT(names.count == 2 && IsText(names.texts[1], "O'Neil <&>"));
-    EXPECT(xls2tki_list_worksheets(NULL, &names) && names.count == 0);
+    EXPECT(xls2tki_list_worksheets(path, NULL) && xls2tki_list_worksheets(NULL, &names) && names.count == 0);
 }
 
 int main(int count, char** arguments) {

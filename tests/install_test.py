@@ -19,7 +19,8 @@ LIBRARY = "libxls2tki.so.0"
 
 def run(*arguments, **options):
     """The lines on standard output; ends the test when the program fails."""
-    done = subprocess.run([str(argument) for argument in arguments], text=True, capture_output=True, **options)
+    words = [str(argument) for argument in arguments]
+    done = subprocess.run(words, text=True, errors="replace", capture_output=True, **options)
     assert done.returncode == 0, f"{arguments}: {done.returncode}\n{done.stdout}{done.stderr}"
     return done.stdout.splitlines()
 
@@ -35,7 +36,7 @@ def long_names(text):
 class Installed:
     def __init__(self, folder):
         run("cmake", "--install", BUILD, "--prefix", folder / "first")
-        self.tree = (folder / "first").rename(folder / "moved here")
+        self.tree = (folder / "first").rename(folder / "möved here")
         self.work = folder / "work"
         self.work.mkdir()
         self.libraries = next(self.tree.glob(f"lib/**/{LIBRARY}")).parent
@@ -64,8 +65,17 @@ class Installed:
         assert self.complete(bash, "--separator", "") == []
         zsh = (share / "zsh/site-functions/_xls2tki").read_text(encoding="utf-8")
         assert long_names(zsh.replace("[", " [")) >= names
-        fish = (share / "fish/vendor_completions.d/xls2tki.fish").read_text(encoding="utf-8")
-        assert {"--" + name for name in re.findall(r" -l (\S+)", fish)} == names
+        fish = share / "fish/vendor_completions.d/xls2tki.fish"
+        offered = self.run("fish", "-c", f"source '{fish}'; complete -C 'xls2tki --'", HOME=str(self.work))
+        assert {line.split("\t")[0] for line in offered} == names
+
+    def check_pages(self):
+        """No link of the manual leads outside of what is installed with it."""
+        pages = self.tree / "share/doc/xls2tki"
+        targets = {(page.parent / path).resolve() for page in pages.rglob("*.md")
+                   for path in re.findall(r"\]\((?!https?:)([^)#\s]+)", page.read_text(encoding="utf-8"))}
+        assert len(targets) > 20
+        assert not [target for target in targets if not target.exists() or pages not in target.parents]
 
     def complete(self, script, *words):
         """What bash would offer for the last of the words."""
@@ -94,6 +104,10 @@ class Installed:
         self.check_hosts(self.work / "cmake")
         self.run("make", "-C", consumer)
         self.check_hosts(self.work, LD_LIBRARY_PATH=str(self.libraries))
+        shown = re.search(r"^g\+\+.*", (ROOT / "docs/embedding.md").read_text(encoding="utf-8"), re.MULTILINE)
+        (self.work / "lib").symlink_to(self.libraries)  # the shell would take a folder with a blank for two words
+        self.run("bash", "-c", shown[0].replace("host.cpp", str(EXAMPLES / "hosts/host.cpp")),
+                 PKG_CONFIG_PATH=str(self.work / "lib/pkgconfig"))
 
     def check_python(self):
         self.run(sys.executable, EXAMPLES / "hosts" / "host.py", EXAMPLES / "powertrain.csv", "csv.xml",
@@ -113,6 +127,7 @@ with tempfile.TemporaryDirectory() as temporary:
     installed = Installed(Path(temporary))
     installed.check_command()
     installed.check_manual()
+    installed.check_pages()
     installed.check_consumers()
     installed.check_python()
 check_documentation()

@@ -3,15 +3,19 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <spawn.h>
+#include <sys/auxv.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "cli/failure.h"
@@ -27,7 +31,10 @@ constexpr pid_t kStarting = -1;
 ProcessSlots<pid_t> processes;
 std::atomic<bool> isEnding;
 
-[[noreturn]] void RefuseToRun(int error) { throw Failure("Could not start a process: " + SystemText(error)); }
+// Processes that end give back what there was too little of.
+bool IsShortage(int error) {
+    return error == EAGAIN || error == EMFILE || error == ENFILE || error == ENOMEM;
+}
 
 // The handler in another thread is about to end this process; nothing is to be told of what it ended.
 void StopIfEnding() {
@@ -106,20 +113,26 @@ class Attributes {
     posix_spawnattr_t attributes_{};
 };
 
-// Found once: when the command is replaced by a later one meanwhile, this is its place.
+// Found once: when the command is replaced by a later one meanwhile, this is its place. Where there is no
+// /proc, such as in a bare chroot, the path by which the command was started has to do.
 const std::string& Program() {
     static const std::string program = [] {
         std::error_code error;
         const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-        if (error) RefuseToRun(error.value());
-        return path.string();
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the system hands it out as a number
+        return error ? std::string(reinterpret_cast<const char*>(getauxval(AT_EXECFN))) : path.string();
     }();
     return program;
 }
 
-// The slot of the process. Its signals are blocked until it is known there: the handler of signals, which
-// waits for that, must not interrupt this thread.
-std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection& redirection) {
+struct Started {
+    std::atomic<pid_t>& slot;
+    int error;  // 0, or why there is no process, as errno has it
+};
+
+// Signals are blocked until the process is known: the handler, which waits for that, must not interrupt this
+// thread.
+Started Start(std::vector<std::string> arguments, const Redirection& redirection) {
     const std::string& program = Program();
     std::string name = "xls2tki";
     std::vector<char*> values = {name.data()};
@@ -136,8 +149,7 @@ std::atomic<pid_t>& Start(std::vector<std::string> arguments, const Redirection&
     const int error = posix_spawn(&process, program.c_str(), redirection.Actions(), attributes.Get(),
                                   values.data(), environ);
     slot = error == 0 ? process : 0;
-    if (error != 0) RefuseToRun(error);
-    return slot;
+    return {slot, error};
 }
 
 std::string ReadAll(const Descriptor& source) {
@@ -166,18 +178,38 @@ int WaitFor(std::atomic<pid_t>& slot) {
     return StatusOf(end);
 }
 
+bool IsAnyRunning() {
+    return std::any_of(processes.begin(), processes.end(),
+                       [](const std::atomic<pid_t>& process) { return process > 0; });
+}
+
+// Returns 0, or why there cannot be a process, as errno has it.
+int RunOnce(const std::vector<std::string>& arguments, Stream stream, FinishedProcess& finished) {
+    int ends[2] = {};
+    if (pipe2(ends, O_CLOEXEC) != 0) return errno;
+    const Descriptor source(ends[0]);
+    Descriptor destination(ends[1]);
+    const Started started = Start(arguments, Redirection(stream, destination));
+    if (started.error != 0) return started.error;
+    destination.Close();
+    finished.text = ReadAll(source);
+    finished.status = WaitFor(started.slot);
+    return 0;
+}
+
 }  // namespace
 
 FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
-    int ends[2] = {};
-    if (pipe2(ends, O_CLOEXEC) != 0) RefuseToRun(errno);
-    const Descriptor source(ends[0]);
-    Descriptor destination(ends[1]);
-    std::atomic<pid_t>& slot = Start(arguments, Redirection(stream, destination));
-    destination.Close();
-    std::string text = ReadAll(source);
-    const int status = WaitFor(slot);
-    return {status, std::move(text)};
+    constexpr int kTriesAlone = 10;
+    FinishedProcess finished{};
+    for (int tries = 1;; ++tries) {
+        const int error = RunOnce(arguments, stream, finished);
+        if (error == 0) return finished;
+        if (!IsShortage(error) || (tries >= kTriesAlone && !IsAnyRunning())) {
+            throw Failure("Could not start a process: " + SystemText(error));
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 void EndProcesses() {

@@ -60,6 +60,8 @@ configure_file(odbc/driver.ini driver.ini @ONLY)
 file(READ ${CMAKE_CURRENT_BINARY_DIR}/driver.ini driver_entry)
 string(REGEX MATCH "[^[]*\\]" driver_description "${driver_entry}")
 string(REPLACE "]" "" driver_description "${driver_description}")
+file(READ deb/unregister unregister)
+string(CONFIGURE "${unregister}" unregister @ONLY)
 foreach(script postinst prerm)
     configure_file(deb/${script}.in odbc_driver/${script} @ONLY FILE_PERMISSIONS
         OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

@@ -134,7 +134,7 @@ CASES = [
     ("missing folder's folder", TABLE, "--output-dir none/new in.csv", 1,
      'xls2tki: Could not create the folder "none/new": No such file or directory\n', None),
     ("no jobs", TABLE, "--check --jobs 0 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
-    ("jobs in words", TABLE, "--check --jobs 1x in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
+    ("jobs in hex", TABLE, "--check --jobs 0x4 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
     ("steps of several", TABLE, "--check -v in.csv in.csv", 2,
      "xls2tki: --verbose is for one file; of several, --json has the messages." + HINT, None),
     ("standard input among several", TABLE, "--check -c in.csv -", 2,
@@ -321,7 +321,7 @@ def test_many_files():
             Path("a b.csv").write_bytes(TABLE)
             Path("b.txt").write_bytes(HEAD + b"P\n")
             Path("-c\n.csv").write_bytes(TABLE)
-            command = [COMMAND, "--jobs", jobs, "-w", "x", "--output-dir", "out", "--", "none.xls", "a b.csv", "b.txt", "-c\n.csv"]
+            command = [COMMAND, "--jobs", jobs, *"-w x --output-dir out -- none.xls".split(), "a b.csv", "b.txt", "-c\n.csv"]
             note = "Note: --worksheet is for --excel only and has no effect here."
             lines = ["none.xls: failed: 'none.xls' cannot be opened.", f"a b.csv: done: {note}",
                      f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P", f"-c?.csv: done: {note}"]
@@ -430,6 +430,10 @@ def test_no_room():
     def limit_file_size():
         resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
 
+    with folder(TABLE) as environment:  # nor for as many processes as are wanted
+        result = run("--check --jobs 16" + " in.csv" * 40, environment,
+                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (12, 12)))
+        check("open files", b"xls2tki: 40 files: 40 in order, 0 failed.\n", result.stderr)
     for arguments, name in [("in.csv out.xml", '"out.xml"'), ("in.csv -", '"%s"')]:
         with folder(TABLE) as environment:
             result = run(arguments, environment, preexec_fn=limit_file_size)

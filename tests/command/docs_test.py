@@ -13,7 +13,8 @@ from pathlib import Path
 
 COMMAND, ODBC_DRIVER = map(os.path.abspath, sys.argv[1:])
 ROOT = Path(__file__).resolve().parents[2]
-PAGES = [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md")), ROOT / "examples" / "README.md", ROOT / "CONTRIBUTING.md"]
+PAGES = [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md")), ROOT / "examples/README.md", ROOT / "CONTRIBUTING.md",
+         ROOT / "SECURITY.md"]
 BLOCK = re.compile(r"^(?P<skip><!-- not run: .+ -->\n)?```sh\n(?P<commands>.*?)^```\n(?:\n```text\n(?P<printed>.*?)^```\n)?",
                    re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\]\((?!https?:)([^)#\s]*)(?:#([^)\s]+))?\)")
@@ -25,17 +26,13 @@ def run(commands, folder):
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
 
-def prepare(folder):
-    os.symlink(ROOT / "examples", folder / "examples")
-    (folder / "bin").mkdir()
-    os.symlink(COMMAND, folder / "bin" / "xls2tki")
-
-
 def wrong_blocks(page):
     """Complaints about the page's blocks. Those of one page are run in one folder, one after the other."""
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        prepare(folder)
+        os.symlink(ROOT / "examples", folder / "examples")
+        (folder / "bin").mkdir()
+        os.symlink(COMMAND, folder / "bin/xls2tki")
         for block in BLOCK.finditer(page.read_text(encoding="utf-8")):
             if block["skip"]:
                 continue

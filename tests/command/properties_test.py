@@ -13,9 +13,9 @@ import struct
 import subprocess
 import sys
 import tempfile
-import xml.parsers.expat
 import zipfile
 from pathlib import Path
+from xml.etree import ElementTree
 from xml.sax.saxutils import escape
 
 COMMAND, ODBC_DRIVER = map(os.path.abspath, sys.argv[1:3])
@@ -120,33 +120,11 @@ def convert(*arguments):
 
 def read_xml(document):
     """What an XML reader finds in the document: ids and texts of items; numbers, descriptions and items of DTCs."""
-    items, dtcs, texts = [], [], [""]
-
-    def start(name, attributes):
-        texts.append("")
-        if name == "ITEMMAPPING":
-            items.append(attributes["id"])
-        elif name == "DTC":
-            dtcs.append((attributes["number"], [], []))
-        elif name == "RECORDITEM":
-            dtcs[-1][2].append(attributes["itemmappingref"])
-
-    def end(name):
-        found = texts.pop()
-        if name == "ITEMMAPPING":
-            items[-1] = (items[-1], found)
-        elif name == "ERRORTEXT":
-            dtcs[-1][1].append(found)
-        elif name == "RECORDITEM":
-            dtcs[-1][2][-1] = (dtcs[-1][2][-1], found)
-
-    def characters(found):
-        texts[-1] += found
-
-    parser = xml.parsers.expat.ParserCreate()
-    parser.StartElementHandler, parser.EndElementHandler, parser.CharacterDataHandler = start, end, characters
-    parser.Parse(document, True)
-    return items, [(number, *description, items) for number, description, items in dtcs]
+    root = ElementTree.fromstring(document)
+    items = [(item.get("id"), item.text or "") for item in root.iter("ITEMMAPPING")]
+    return items, [(dtc.get("number"), *(text.text or "" for text in dtc.iter("ERRORTEXT")),
+                    [(item.get("itemmappingref"), item.text or "") for item in dtc.iter("RECORDITEM")])
+                   for dtc in root.iter("DTC")]
 
 
 def in_xml(cell):
