@@ -185,4 +185,34 @@ TEST(OdbcDriver, TellsHowLongTextsAre) {
     }
 }
 
+TEST(OdbcDriver, TellsOfColumns) {
+    RowsResult result({{u"A"}, {u"B", SQL_SMALLINT}, {u"C", SQL_INTEGER}}, {{u"äb", u"1", u"2"}});
+    const std::pair<SQLSMALLINT, std::string> rows[] = {
+        {SQL_DESC_NAME, "A,B,C,"},           {SQL_DESC_TYPE_NAME, "VARCHAR,SMALLINT,INTEGER,"},
+        {SQL_DESC_LITERAL_PREFIX, "',,,"},   {SQL_DESC_TABLE_NAME, ",,,"},
+        {SQL_DESC_SCHEMA_NAME, ",,,"},       {SQL_DESC_CONCISE_TYPE, "-9,5,4,"},
+        {SQL_DESC_LENGTH, "2,5,10,"},        {SQL_DESC_OCTET_LENGTH, "4,2,4,"},
+        {SQL_DESC_DISPLAY_SIZE, "3,6,11,"},  {SQL_DESC_NULLABLE, "1,1,1,"},
+        {SQL_DESC_CASE_SENSITIVE, "1,0,0,"}, {SQL_DESC_NUM_PREC_RADIX, "0,10,10,"},
+        {SQL_DESC_SEARCHABLE, "0,0,0,"},     {12345, "HY091,HY091,HY091,"},
+    };
+    for (const auto& [attribute, expected] : rows) {
+        std::string found;
+        for (std::size_t column = 0; column < 3; ++column) {
+            try {
+                const auto value = GetColumnAttribute(result, column, attribute);
+                const auto* const number = std::get_if<SQLLEN>(&value);
+                found += number ? std::to_string(*number) : Utf8(std::get<std::u16string_view>(value));
+            } catch (const OdbcError& error) {
+                found += Utf8(error.Record().state);
+            }
+            found += ",";
+        }
+        EXPECT_EQ(found, expected) << attribute;
+    }
+    EXPECT_EQ(DefaultCType(SQL_WVARCHAR), SQL_C_WCHAR);
+    EXPECT_EQ(DefaultCType(SQL_SMALLINT), SQL_C_SSHORT);
+    EXPECT_EQ(DefaultCType(SQL_INTEGER), SQL_C_SLONG);
+}
+
 }  // namespace
