@@ -318,9 +318,11 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
 
 TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     const std::string speaker = "01000 " + kSpeaker;
-    std::string names;
+    std::string names;  // 10 of tables that cannot be read take as long as 1 that can
     for (int number = 100; number <= 150; ++number) {
         names += "<definedName name='N" + std::to_string(number) + "'>S!$1:$1</definedName>";
+        if (number < 110)
+            names += "<definedName name='M" + std::to_string(number) + "'>M!$1:$1</definedName>";
     }
     NTest::Parts parts =
         NTest::Small({{"s.xml", NTest::Sheet("<row>" + NTest::Repeat("<c><v>1</v></c>", 1000) + "</row>")},
@@ -342,9 +344,9 @@ TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     const std::string told = program.Told();
     EXPECT_EQ(told.substr(0, told.find(" '")), speaker + "Table M$ is left out:");
     EXPECT_EQ(
-        told.substr(told.find('\n') + 1),
+        told.substr(told.rfind('\n') + 1),
         speaker +
-            "There are too many columns: those of table N150 and of the tables behind it are left out.");
+            "There are too many columns: those of table N149 and of the tables behind it are left out.");
     EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
     SQLCloseCursor(program.statement);
     EXPECT_EQ(list(u"M$"), SQL_ERROR);
@@ -441,7 +443,7 @@ TEST_F(OdbcDriverManager, AnswersQuestions) {
     SQLUSMALLINT status[4] = {};
     SQLULEN fetchedRows = 0;
     EXPECT_EQ(SQLSetStmtAttrW(statement, SQL_ROWSET_SIZE, reinterpret_cast<SQLPOINTER>(4), 0), SQL_SUCCESS);
-    EXPECT_EQ(program.Execute(sql), SQL_SUCCESS);
+    EXPECT_EQ(SQLExecute(statement), SQL_SUCCESS);
     EXPECT_EQ(SQLExtendedFetch(statement, SQL_FETCH_NEXT, 0, &fetchedRows, status), SQL_SUCCESS);
     EXPECT_EQ(fetchedRows, 3U);
     EXPECT_EQ(std::pair(int{status[2]}, int{status[3]}), std::pair(SQL_ROW_SUCCESS, SQL_ROW_NOROW));
