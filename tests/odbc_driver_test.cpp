@@ -10,6 +10,7 @@
 #include "odbc_driver/name_pattern.h"
 #include "odbc_driver/number_value.h"
 #include "odbc_driver/sql.h"
+#include "odbc_driver/value_transfer.h"
 #include "tests/host.h"
 
 namespace {
@@ -164,6 +165,48 @@ TEST(OdbcDriver, ReadsNumbers) {
         {u"1", SQL_C_TYPE_DATE, "07006"},
     };
     for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
+}
+
+TEST(OdbcDriver, HandsOutValuesInPieces) {
+    struct {
+        std::u16string text;
+        SQLSMALLINT type;
+        SQLLEN capacity;
+        std::string pieces;  // "units:left in bytes" of each call
+    } const rows[] = {
+        {u"aä😀z", SQL_C_WCHAR, 12, "5:10 "},    {u"aä😀z", SQL_C_WCHAR, 9, "2:10 3:6 "},
+        {u"aä😀z", SQL_C_WCHAR, 8, "2:10 3:6 "}, {u"aä😀z", SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
+        {u"aä😀z", SQL_C_CHAR, 9, "8:8 "},       {u"aä😀z", SQL_C_CHAR, 8, "7:8 1:1 "},
+        {u"aä😀z", SQL_C_CHAR, 7, "3:8 5:5 "},   {u"aä😀z", SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+        {u"aä😀z", SQL_C_BINARY, 10, "10:10 "},  {u"aä😀z", SQL_C_BINARY, 3, "3:10 3:7 3:4 1:1 "},
+        {u"", SQL_C_CHAR, 1, "0:0 "},           {u"", SQL_C_WCHAR, 2, "0:0 "},
+    };
+    for (const auto& row : rows) {
+        ValueTransfer transfer;
+        char room[16] = "###############";
+        SQLLEN length = -1;
+        const auto take = [&](SQLLEN capacity) {
+            return transfer.Continue({row.type, room, capacity, &length, &length});
+        };
+        transfer.Begin(row.text);
+        EXPECT_EQ(take(0), Transferred::Cut);  // there is no room, not even for the NUL of an empty text
+        EXPECT_EQ(room[0], '#');
+        std::string pieces, bytes;
+        while (take(row.capacity) != Transferred::NothingLeft) {
+            const std::size_t unit = row.type == SQL_C_WCHAR ? sizeof(char16_t) : 1;
+            const auto* const wide = reinterpret_cast<const char16_t*>(room);
+            const std::size_t units = row.type == SQL_C_BINARY
+                                          ? static_cast<std::size_t>(std::min(length, row.capacity))
+                                      : row.type == SQL_C_CHAR ? std::strlen(room)
+                                                               : std::u16string_view(wide).size();
+            pieces += std::to_string(units) + ":" + std::to_string(length) + " ";
+            bytes.append(room, units * unit);
+            ASSERT_LT(pieces.size(), 100U);
+        }
+        EXPECT_EQ(pieces, row.pieces);
+        const std::string wide(reinterpret_cast<const char*>(row.text.data()), 2 * row.text.size());
+        EXPECT_EQ(bytes, row.type == SQL_C_CHAR ? Utf8(row.text) : wide);
+    }
 }
 
 TEST(OdbcDriver, TellsHowLongTextsAre) {
