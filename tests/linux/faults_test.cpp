@@ -1,6 +1,7 @@
 // What a conversion does when the system fails it: each allocation, each operation on a file, each call of
 // Excel and each call of the ODBC driver manager fails in turn. Until the document is written, the output is
 // as it was and there is a message; whatever fails, nothing is left open, and the next conversion works.
+// The same holds for the command.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -350,8 +351,9 @@ class Command : public testing::Test {
             char* arguments[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data()};
             fault.Begin(number, false);
             const int status = isReady ? CommandMain(4, arguments) : -1;
+            const int reached = fault.End() ? kReached : 0;
             std::fflush(nullptr);
-            _exit(status + (fault.End() ? kReached : 0));
+            _exit(status + reached);
         }
         int status = 0;
         waitpid(process, &status, 0);
