@@ -1,7 +1,5 @@
 // DTC texts to numbers. The input is a byte of options (bit 0 hexadecimal digits, bit 1 SAE codes), then the
 // text in UTF-16.
-#include <cstring>
-
 #include "document/cell_text.h"
 #include "document/dtc_convert.h"
 #include "document/xml_exception.h"
@@ -31,8 +29,7 @@ std::optional<std::uint32_t> Outcome(Convert convert) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    std::u16string text((size - 1) / 2, u'\0');
-    std::memcpy(text.data(), data + 1, 2 * text.size());
+    const std::u16string text = Utf16(data + 1, size - 1);
     const bool hexDefault = (data[0] & 1) != 0;
     const bool saeCodes = (data[0] & 2) != 0;
     Require(Outcome([&] { return VDTCConvert(text, hexDefault, saeCodes); }) ==

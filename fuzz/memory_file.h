@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,13 @@ namespace NFuzz {
 
 inline std::string_view Bytes(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
+}
+
+// The bytes as UTF-16; an odd one at the end is left out.
+inline std::u16string Utf16(const std::uint8_t* data, std::size_t size) {
+    std::u16string text(size / sizeof(char16_t), u'\0');
+    if (!text.empty()) std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
+    return text;
 }
 
 // A file that the system keeps in memory.

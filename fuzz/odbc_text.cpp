@@ -1,7 +1,5 @@
 // What applications hand to the ODBC driver. The input is UTF-16, taken as a connect string, as an SQL
 // statement, and as a value or a name within one.
-#include <cstring>
-
 #include "fuzz/memory_file.h"
 #include "odbc_driver/connect_string.h"
 #include "odbc_driver/diagnostics.h"
@@ -46,8 +44,7 @@ void CheckNameIsKept(std::u16string_view name) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::u16string text(size / 2, u'\0');
-    if (!text.empty()) std::memcpy(text.data(), data, 2 * text.size());
+    const std::u16string text = Utf16(data, size);
     ReadOrRefuse([&text] { CheckValueIsKept(ConnectString(text).Find(u"DBQ").value_or(u"")); });
     ReadOrRefuse([&text] { CheckNameIsKept(ParseSelect(text)); });
     CheckValueIsKept(text);

@@ -47,19 +47,6 @@ SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT question, SQLPOINTER 
     });
 }
 
-SQLRETURN SQL_API SQLGetFunctions(SQLHDBC handle, SQLUSMALLINT function, SQLUSMALLINT* supported) {
-    return Enter<Connection>(handle, [=](Connection&) {
-        if (supported == nullptr) return;
-        if (function == SQL_API_ODBC3_ALL_FUNCTIONS) {
-            PutFunctionBits(supported);
-        } else if (function == SQL_API_ALL_FUNCTIONS) {
-            PutFunctionFlags(supported);
-        } else {
-            *supported = HasFunction(function) ? SQL_TRUE : SQL_FALSE;
-        }
-    });
-}
-
 SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
     return Enter<Connection>(handle,
                              [=](Connection& connection) { connection.SetAttribute(attribute, value); });

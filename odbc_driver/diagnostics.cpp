@@ -20,21 +20,32 @@ std::u16string MessageOf(const Diagnostic& record) {
     return message += record.message.empty() ? kOutOfMemory : record.message;
 }
 
-// States that ODBC has added to those of the standard.
-bool IsOfOdbc(std::u16string_view state) {
-    return state.starts_with(u"IM") || state.substr(2, 1) == u"S" || state.substr(2, 1) == u"T";
-}
+// Of the states of this driver, what ODBC has added to those of the standard.
+bool IsOfOdbc(std::u16string_view state) { return state.substr(2, 1) == u"S"; }
 
 SQLRETURN ReturnCode(bool isCut) { return isCut ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS; }
+
+SQLRETURN GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity, SQLSMALLINT* length) {
+    switch (field) {
+        case SQL_DIAG_CURSOR_ROW_COUNT:
+        case SQL_DIAG_ROW_COUNT:
+            PutNumber(SQLLEN{-1}, value);
+            return SQL_SUCCESS;
+        case SQL_DIAG_DYNAMIC_FUNCTION_CODE:
+            PutNumber(SQLINTEGER{SQL_DIAG_SELECT_CURSOR}, value);
+            return SQL_SUCCESS;
+        case SQL_DIAG_DYNAMIC_FUNCTION:
+            return ReturnCode(PutTextInBytes(u"SELECT CURSOR", value, capacity, length));
+        default:
+            return SQL_ERROR;
+    }
+}
 
 }  // namespace
 
 Diagnostics::Diagnostics() { records_.reserve(kUsualRecords); }
 
-void Diagnostics::Clear() noexcept {
-    records_.clear();
-    returnCode = SQL_SUCCESS;
-}
+void Diagnostics::Clear() noexcept { records_.clear(); }
 
 void Diagnostics::Add(Diagnostic record) {
     if (records_.size() < kMostRecords) records_.push_back(std::move(record));
@@ -65,29 +76,6 @@ SQLRETURN Diagnostics::GetRecord(SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER
     return ReturnCode(PutText(MessageOf(*record), message, capacity, length));
 }
 
-SQLRETURN Diagnostics::GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
-                                      SQLSMALLINT* length) const {
-    switch (field) {
-        case SQL_DIAG_NUMBER:
-            PutNumber(static_cast<SQLINTEGER>(records_.size()), value);
-            return SQL_SUCCESS;
-        case SQL_DIAG_RETURNCODE:
-            PutNumber(returnCode, value);
-            return SQL_SUCCESS;
-        case SQL_DIAG_CURSOR_ROW_COUNT:
-        case SQL_DIAG_ROW_COUNT:
-            PutNumber(SQLLEN{-1}, value);
-            return SQL_SUCCESS;
-        case SQL_DIAG_DYNAMIC_FUNCTION_CODE:
-            PutNumber(SQLINTEGER{SQL_DIAG_SELECT_CURSOR}, value);
-            return SQL_SUCCESS;
-        case SQL_DIAG_DYNAMIC_FUNCTION:
-            return ReturnCode(PutTextInBytes(u"SELECT CURSOR", value, capacity, length));
-        default:
-            return SQL_ERROR;
-    }
-}
-
 SQLRETURN Diagnostics::GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
                                 SQLSMALLINT* length) const {
     if (number < 0) return SQL_ERROR;
@@ -103,7 +91,7 @@ SQLRETURN Diagnostics::GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTE
         case SQL_DIAG_MESSAGE_TEXT:
             return text(MessageOf(*record));
         case SQL_DIAG_CLASS_ORIGIN:
-            return text(std::u16string_view(record->state).starts_with(u"IM") ? u"ODBC 3.0" : u"ISO 9075");
+            return text(u"ISO 9075");
         case SQL_DIAG_SUBCLASS_ORIGIN:
             return text(IsOfOdbc(record->state) ? u"ODBC 3.0" : u"ISO 9075");
         case SQL_DIAG_CONNECTION_NAME:

@@ -46,16 +46,12 @@ class Diagnostics {
 
     SQLRETURN GetRecord(SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER* nativeCode, SQLWCHAR* message,
                         SQLSMALLINT capacity, SQLSMALLINT* length) const;
-    // Number 0 is the header. The capacity and the length count bytes.
+    // Number 0 is the header; the driver manager knows itself how many records there are and how the call
+    // ended. The capacity and the length count bytes.
     SQLRETURN GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
                        SQLSMALLINT* length) const;
 
-    SQLRETURN returnCode = SQL_SUCCESS;  // of the call
-
   private:
-    SQLRETURN GetHeaderField(SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
-                             SQLSMALLINT* length) const;
-
     std::vector<Diagnostic> records_;
 };
 

@@ -39,7 +39,6 @@ SQLRETURN Enter(SQLHANDLE handle, const Call& call) noexcept {
         result = SQL_ERROR;
         diagnostics.AddOutOfMemory();  // the rooms below throw nothing else
     }
-    diagnostics.returnCode = result;
     return result;
 }
 

@@ -42,10 +42,8 @@ const Handle* ToHandle(SQLSMALLINT kind, SQLHANDLE handle) {
             return FindObject<Connection>(handle);
         case SQL_HANDLE_STMT:
             return FindObject<Statement>(handle);
-        case SQL_HANDLE_DESC:
-            return FindObject<Descriptor>(handle);
         default:
-            return nullptr;
+            return FindObject<Descriptor>(handle);
     }
 }
 
@@ -62,7 +60,9 @@ SQLRETURN Ask(SQLSMALLINT kind, SQLHANDLE handle, const Call& call) noexcept {
     }
 }
 
-[[noreturn]] void RefuseEnvironmentAttribute() {
+// The driver manager keeps the other attributes of an environment to itself.
+void RequireVersion(SQLINTEGER attribute) {
+    if (attribute == SQL_ATTR_ODBC_VERSION) return;
     throw OdbcError(u"HYC00", u"The environment has no attribute of this number.");
 }
 
@@ -71,7 +71,6 @@ SQLRETURN Ask(SQLSMALLINT kind, SQLHANDLE handle, const Call& call) noexcept {
 extern "C" {
 
 SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT kind, SQLHANDLE parent, SQLHANDLE* handle) {
-    if (handle == nullptr) return SQL_ERROR;
     *handle = SQL_NULL_HANDLE;
     switch (kind) {
         case SQL_HANDLE_ENV:
@@ -81,12 +80,10 @@ SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT kind, SQLHANDLE parent, SQLHANDLE* 
         case SQL_HANDLE_STMT:
             return Enter<Connection>(parent,
                                      [=](Connection& connection) { *handle = &connection.AddStatement(); });
-        case SQL_HANDLE_DESC:
+        default:
             return Enter<Connection>(parent, [](Connection&) {
                 throw OdbcError(u"HYC00", u"There are no descriptors beside those of statements.");
             });
-        default:
-            return SQL_ERROR;
     }
 }
 
@@ -98,17 +95,12 @@ SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT kind, SQLHANDLE handle) {
             return Free<Connection>(handle);
         case SQL_HANDLE_STMT:
             return FreeStatement(handle);
-        case SQL_HANDLE_DESC:
-            return Enter<Descriptor>(handle, [](Descriptor&) {
-                throw OdbcError(u"HY017", u"The descriptor belongs to its statement.");
-            });
-        default:
+        default:  // a descriptor belongs to its statement
             return SQL_ERROR;
     }
 }
 
 SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT what) {
-    if (what == SQL_DROP) return FreeStatement(handle);
     return Enter<Statement>(handle, [=](Statement& statement) {
         if (what == SQL_CLOSE) statement.Close();
         if (what == SQL_UNBIND) statement.applicationRows.UnbindAll();
@@ -117,24 +109,16 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT what) {
 
 SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
     return Enter<Environment>(handle, [=](Environment& environment) {
-        if (attribute == SQL_ATTR_ODBC_VERSION) {
-            environment.odbcVersion = static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
-        } else if (attribute != SQL_ATTR_OUTPUT_NTS) {
-            RefuseEnvironmentAttribute();
-        }
+        RequireVersion(attribute);
+        environment.odbcVersion = static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
     });
 }
 
 SQLRETURN SQL_API SQLGetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER,
                                 SQLINTEGER*) {
     return Enter<Environment>(handle, [=](Environment& environment) {
-        if (attribute == SQL_ATTR_ODBC_VERSION) {
-            PutNumber(environment.odbcVersion, value);
-        } else if (attribute == SQL_ATTR_OUTPUT_NTS) {
-            PutNumber(SQLINTEGER{SQL_TRUE}, value);
-        } else {
-            RefuseEnvironmentAttribute();
-        }
+        RequireVersion(attribute);
+        PutNumber(environment.odbcVersion, value);
     });
 }
 

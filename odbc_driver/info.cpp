@@ -1,7 +1,5 @@
 #include "odbc_driver/info.h"
 
-#include <algorithm>
-
 #include "odbc_driver/numbered.h"
 
 namespace NOdbcDriver {
@@ -121,33 +119,6 @@ bool IsKnown(SQLUSMALLINT question) {
            question == SQL_OJ_CAPABILITIES;
 }
 
-constexpr SQLUSMALLINT kFunctions[] = {
-    SQL_API_SQLALLOCHANDLE,      SQL_API_SQLBINDCOL,
-    SQL_API_SQLCANCEL,           SQL_API_SQLCLOSECURSOR,
-    SQL_API_SQLCOLATTRIBUTE,     SQL_API_SQLCOLUMNPRIVILEGES,
-    SQL_API_SQLCOLUMNS,          SQL_API_SQLCONNECT,
-    SQL_API_SQLDESCRIBECOL,      SQL_API_SQLDISCONNECT,
-    SQL_API_SQLDRIVERCONNECT,    SQL_API_SQLENDTRAN,
-    SQL_API_SQLEXECDIRECT,       SQL_API_SQLEXECUTE,
-    SQL_API_SQLEXTENDEDFETCH,    SQL_API_SQLFETCH,
-    SQL_API_SQLFETCHSCROLL,      SQL_API_SQLFOREIGNKEYS,
-    SQL_API_SQLFREEHANDLE,       SQL_API_SQLFREESTMT,
-    SQL_API_SQLGETCONNECTATTR,   SQL_API_SQLGETDATA,
-    SQL_API_SQLGETDESCFIELD,     SQL_API_SQLGETDIAGFIELD,
-    SQL_API_SQLGETDIAGREC,       SQL_API_SQLGETENVATTR,
-    SQL_API_SQLGETFUNCTIONS,     SQL_API_SQLGETINFO,
-    SQL_API_SQLGETSTMTATTR,      SQL_API_SQLGETTYPEINFO,
-    SQL_API_SQLMORERESULTS,      SQL_API_SQLNATIVESQL,
-    SQL_API_SQLNUMPARAMS,        SQL_API_SQLNUMRESULTCOLS,
-    SQL_API_SQLPREPARE,          SQL_API_SQLPRIMARYKEYS,
-    SQL_API_SQLPROCEDURECOLUMNS, SQL_API_SQLPROCEDURES,
-    SQL_API_SQLROWCOUNT,         SQL_API_SQLSETCONNECTATTR,
-    SQL_API_SQLSETDESCFIELD,     SQL_API_SQLSETENVATTR,
-    SQL_API_SQLSETSTMTATTR,      SQL_API_SQLSPECIALCOLUMNS,
-    SQL_API_SQLSTATISTICS,       SQL_API_SQLTABLEPRIVILEGES,
-    SQL_API_SQLTABLES,
-};
-
 }  // namespace
 
 std::variant<std::u16string, SQLUSMALLINT, SQLUINTEGER> GetInfo(const Connection& connection,
@@ -159,26 +130,6 @@ std::variant<std::u16string, SQLUSMALLINT, SQLUINTEGER> GetInfo(const Connection
     if (const Answer* const number = FindNumbered(kNumbers, question)) return number->answer;
     if (IsKnown(question)) return SQLUINTEGER{0};
     throw OdbcError(u"HY096", u"SQLGetInfo has no information of this number.");
-}
-
-bool HasFunction(SQLUSMALLINT function) {
-    return std::find(std::begin(kFunctions), std::end(kFunctions), function) != std::end(kFunctions);
-}
-
-void PutFunctionBits(SQLUSMALLINT* bits) {
-    constexpr unsigned kBitsOfWord = 16;
-    std::fill(bits, bits + SQL_API_ODBC3_ALL_FUNCTIONS_SIZE, SQLUSMALLINT{0});
-    for (const unsigned function : kFunctions) {
-        SQLUSMALLINT& word = bits[function / kBitsOfWord];
-        word = static_cast<SQLUSMALLINT>(word | 1U << function % kBitsOfWord);
-    }
-}
-
-void PutFunctionFlags(SQLUSMALLINT* flags) {
-    constexpr SQLUSMALLINT kSize = 100;
-    for (SQLUSMALLINT function = 0; function < kSize; ++function) {
-        flags[function] = HasFunction(function) ? SQL_TRUE : SQL_FALSE;
-    }
 }
 
 }  // namespace NOdbcDriver

@@ -13,10 +13,4 @@ namespace NOdbcDriver {
 std::variant<std::u16string, SQLUSMALLINT, SQLUINTEGER> GetInfo(const Connection& connection,
                                                                 SQLUSMALLINT question);
 
-// Whether the driver has the function SQL_API_...
-bool HasFunction(SQLUSMALLINT function);
-// All of them as SQL_FUNC_EXISTS reads them; and as ODBC 2 did, SQL_TRUE or SQL_FALSE for each.
-void PutFunctionBits(SQLUSMALLINT* bits);
-void PutFunctionFlags(SQLUSMALLINT* flags);
-
 }  // namespace NOdbcDriver

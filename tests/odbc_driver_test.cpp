@@ -10,6 +10,7 @@
 #include "odbc_driver/name_pattern.h"
 #include "odbc_driver/number_value.h"
 #include "odbc_driver/sql.h"
+#include "odbc_driver/value_transfer.h"
 #include "tests/host.h"
 
 namespace {
@@ -64,7 +65,7 @@ TEST(OdbcDriver, UnderstandsOneStatement) {
     const std::string early = "42000 The SQL statement ends too early: SELECT * FROM table is needed.";
     const std::pair<std::u16string, std::string> rows[] = {
         {u"SELECT *FROM DTC ", "DTC"},
-        {u"\n select\t*\r\nfrom _1$äЖ😀;\n", "_1$äЖ😀"},
+        {u"\n select\t*\r\nfrom _1$\x80äЖ😀;\n", "_1$\u0080äЖ😀"},
         {u"SELECT*FROM[It's ]]1[$]", "It's ]1[$"},
         {u"SELECT * FROM\"a\"\"b\";", "a\"b"},
         {u"SELECT * FROM ``````", "``"},
@@ -166,13 +167,55 @@ TEST(OdbcDriver, ReadsNumbers) {
     for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
 }
 
+TEST(OdbcDriver, HandsOutValuesInPieces) {
+    struct {
+        std::u16string text;
+        SQLSMALLINT type;
+        SQLLEN capacity;
+        std::string pieces;  // "units:left in bytes" of each call
+    } const rows[] = {
+        {u"aä😀z", SQL_C_WCHAR, 12, "5:10 "},    {u"aä😀z", SQL_C_WCHAR, 9, "2:10 3:6 "},
+        {u"aä😀z", SQL_C_WCHAR, 8, "2:10 3:6 "}, {u"aä😀z", SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
+        {u"aä😀z", SQL_C_CHAR, 9, "8:8 "},       {u"aä😀z", SQL_C_CHAR, 8, "7:8 1:1 "},
+        {u"aä😀z", SQL_C_CHAR, 7, "3:8 5:5 "},   {u"aä😀z", SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+        {u"aä😀z", SQL_C_BINARY, 10, "10:10 "},  {u"aä😀z", SQL_C_BINARY, 3, "3:10 3:7 3:4 1:1 "},
+        {u"", SQL_C_CHAR, 1, "0:0 "},           {u"", SQL_C_WCHAR, 2, "0:0 "},
+    };
+    for (const auto& row : rows) {
+        ValueTransfer transfer;
+        char room[16] = "###############";
+        SQLLEN length = -1;
+        const auto take = [&](SQLLEN capacity) {
+            return transfer.Continue({row.type, room, capacity, &length, &length});
+        };
+        transfer.Begin(row.text);
+        EXPECT_EQ(take(0), Transferred::Cut);  // there is no room, not even for the NUL of an empty text
+        EXPECT_EQ(room[0], '#');
+        std::string pieces, bytes;
+        while (take(row.capacity) != Transferred::NothingLeft) {
+            const std::size_t unit = row.type == SQL_C_WCHAR ? sizeof(char16_t) : 1;
+            const auto* const wide = reinterpret_cast<const char16_t*>(room);
+            const std::size_t units = row.type == SQL_C_BINARY
+                                          ? static_cast<std::size_t>(std::min(length, row.capacity))
+                                      : row.type == SQL_C_CHAR ? std::strlen(room)
+                                                               : std::u16string_view(wide).size();
+            pieces += std::to_string(units) + ":" + std::to_string(length) + " ";
+            bytes.append(room, units * unit);
+            ASSERT_LT(pieces.size(), 100U);
+        }
+        EXPECT_EQ(pieces, row.pieces);
+        const std::string wide(reinterpret_cast<const char*>(row.text.data()), 2 * row.text.size());
+        EXPECT_EQ(bytes, row.type == SQL_C_CHAR ? Utf8(row.text) : wide);
+    }
+}
+
 TEST(OdbcDriver, TellsHowLongTextsAre) {
     struct {
         std::u16string one, other;
         SQLLEN size, displaySize, bytes;
     } const rows[] = {
         {u"", u"", 1, 1, 2},     {u"ab", u"c", 2, 2, 4}, {u"ÄÖÜ", u"abcd", 4, 6, 8},
-        {u"€€", u"ab", 2, 6, 6}, {u"😀", u"a", 2, 4, 4},  {u"\xDE00\xD83D", u"\xD83D", 2, 6, 6},
+        {u"ࠀࠀ", u"ab", 2, 6, 6}, {u"😀", u"a", 2, 4, 4},  {u"\xDE00\xD83D", u"\xD83D", 2, 6, 6},
     };
     for (const auto& row : rows) {
         RowsResult result({{u"A"}}, {{row.one}, {std::nullopt}, {row.other}});
@@ -183,6 +226,36 @@ TEST(OdbcDriver, TellsHowLongTextsAre) {
         EXPECT_EQ(attribute(SQL_DESC_DISPLAY_SIZE), row.displaySize);
         EXPECT_EQ(attribute(SQL_DESC_OCTET_LENGTH), row.bytes);
     }
+}
+
+TEST(OdbcDriver, TellsOfColumns) {
+    RowsResult result({{u"A"}, {u"B", SQL_SMALLINT}, {u"C", SQL_INTEGER}}, {{u"äb", u"1", u"2"}});
+    const std::pair<SQLSMALLINT, std::string> rows[] = {
+        {SQL_DESC_NAME, "A,B,C,"},           {SQL_DESC_TYPE_NAME, "VARCHAR,SMALLINT,INTEGER,"},
+        {SQL_DESC_LITERAL_PREFIX, "',,,"},   {SQL_DESC_TABLE_NAME, ",,,"},
+        {SQL_DESC_SCHEMA_NAME, ",,,"},       {SQL_DESC_CONCISE_TYPE, "-9,5,4,"},
+        {SQL_DESC_LENGTH, "2,5,10,"},        {SQL_DESC_OCTET_LENGTH, "4,2,4,"},
+        {SQL_DESC_DISPLAY_SIZE, "3,6,11,"},  {SQL_DESC_NULLABLE, "1,1,1,"},
+        {SQL_DESC_CASE_SENSITIVE, "1,0,0,"}, {SQL_DESC_NUM_PREC_RADIX, "0,10,10,"},
+        {SQL_DESC_SEARCHABLE, "0,0,0,"},     {12345, "HY091,HY091,HY091,"},
+    };
+    for (const auto& [attribute, expected] : rows) {
+        std::string found;
+        for (std::size_t column = 0; column < 3; ++column) {
+            try {
+                const auto value = GetColumnAttribute(result, column, attribute);
+                const auto* const number = std::get_if<SQLLEN>(&value);
+                found += number ? std::to_string(*number) : Utf8(std::get<std::u16string_view>(value));
+            } catch (const OdbcError& error) {
+                found += Utf8(error.Record().state);
+            }
+            found += ",";
+        }
+        EXPECT_EQ(found, expected) << attribute;
+    }
+    EXPECT_EQ(DefaultCType(SQL_WVARCHAR), SQL_C_WCHAR);
+    EXPECT_EQ(DefaultCType(SQL_SMALLINT), SQL_C_SSHORT);
+    EXPECT_EQ(DefaultCType(SQL_INTEGER), SQL_C_SLONG);
 }
 
 }  // namespace

@@ -4,9 +4,9 @@
 
 namespace NWorkbook {
 
-bool IsTextElement(int level, std::string_view name) { return name == "t" || (level == 1 && name == "r"); }
-
-bool HoldsText(int level, std::string_view name) { return name == "t" && level <= 2; }
+bool IsTextElement(int level, std::string_view name) {
+    return HoldsText(name) || (level == 1 && name == "r");
+}
 
 class SharedStrings::Reader : public XmlReader {
   public:
@@ -20,7 +20,7 @@ class SharedStrings::Reader : public XmlReader {
             return true;
         }
         if (element.depth == kItem) return element.name == "si";
-        isText_ = HoldsText(element.depth - kItem, element.name);
+        isText_ = HoldsText(element.name);
         return IsTextElement(element.depth - kItem, element.name);
     }
 

@@ -168,7 +168,7 @@ class SheetReader : public XmlReader {
     }
 
     bool StartText(int level, std::string_view name) {
-        takesText_ = type_ == ValueType::InlineText && HoldsText(level, name);
+        takesText_ = HoldsText(name);
         return IsTextElement(level, name);
     }
 

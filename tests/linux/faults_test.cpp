@@ -1,20 +1,25 @@
-// What a conversion does when the system fails it: each allocation, each operation on a file and each call of
-// Excel fails in turn. Until the document is written, the output is as it was and there is a message;
-// whatever fails, nothing is left open, and the next conversion works.
+// What a conversion does when the system fails it: each allocation, each operation on a file, each call of
+// Excel and each call of the ODBC driver manager fails in turn. Until the document is written, the output is
+// as it was and there is a message; whatever fails, nothing is left open, and the next conversion works.
+// The same holds for the command.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <link.h>
 #include <malloc.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <new>
 
 #include "api/xls2tki_c.h"
+#include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
 #include "tests/recording_server.h"
 
@@ -49,6 +54,8 @@ class Fault {
 constinit Fault allocation;
 constinit Fault reading;
 constinit Fault writing;
+constinit Fault streaming;        // by the C library's files
+constinit Fault asking;           // the driver manager
 constinit bool isShrunk = false;  // how reading fails: there is nothing any more
 
 // The driver manager does not look at what it is given.
@@ -71,8 +78,8 @@ int FailWith(int reason) {
 
 }  // namespace
 
-// The functions that take the place of the system's: those of memory in the whole program, where no sanitizer
-// has done the same before, else in what is linked into the test; those of files in the latter only.
+// The functions that take the place of the system's in the whole program, the ODBC driver included; those of
+// memory only where no sanitizer has done the same before, else in what is linked into the test.
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
 #if defined(XLS2TKI_SANITIZED)
 #define OURS(name) __wrap_##name
@@ -87,11 +94,6 @@ extern "C" {
 void* SYSTEM(malloc)(std::size_t size);
 void* SYSTEM(calloc)(std::size_t count, std::size_t size);
 void* SYSTEM(realloc)(void* block, std::size_t size);
-int __real_open(const char* path, int flags, ...);
-int __real_fstat(int file, struct stat* status);
-ssize_t __real_pread(int file, void* bytes, std::size_t count, off_t offset);
-int __real_ftruncate(int file, off_t size);
-ssize_t __real_write(int file, const void* bytes, std::size_t count);
 
 void* OURS(malloc)(std::size_t size) {
     return FailsToAllocate(__builtin_return_address(0)) ? nullptr : SYSTEM(malloc)(size);
@@ -105,26 +107,98 @@ void* OURS(realloc)(void* block, std::size_t size) {
     return FailsToAllocate(__builtin_return_address(0)) ? nullptr : SYSTEM(realloc)(block, size);
 }
 
-int __wrap_open(const char* path, int flags, mode_t mode) {
+#define INSTEAD_OF(name, type, parameters)                                                  \
+    __attribute__((visibility("default"))) type InsteadOf_##name parameters __asm__(#name); \
+    type InsteadOf_##name parameters
+
+#define SYSTEMS(name)                                                                               \
+    [] {                                                                                            \
+        static auto* const function = reinterpret_cast<decltype(&(name))>(dlsym(RTLD_NEXT, #name)); \
+        return function;                                                                            \
+    }()
+
+// Where a failure is -1 and a reason.
+#define FAILING_WITH(reason, fault, name, type, parameters, arguments)       \
+    INSTEAD_OF(name, type, parameters) {                                     \
+        return fault.Strikes() ? FailWith(reason) : SYSTEMS(name) arguments; \
+    }
+
+FAILING_WITH(EIO, reading, fstat, int, (int file, struct stat* status), (file, status))
+FAILING_WITH(EIO, writing, ftruncate, int, (int file, off_t size), (file, size))
+FAILING_WITH(ENOSPC, writing, write, ssize_t, (int file, const void* bytes, std::size_t count),
+             (file, bytes, count))
+FAILING_WITH(ENOSPC, streaming, fflush, int, (std::FILE * file), (file))
+FAILING_WITH(EPERM, streaming, fchmodat, int, (int folder, const char* path, mode_t mode, int flags),
+             (folder, path, mode, flags))
+FAILING_WITH(EACCES, streaming, rename, int, (const char* from, const char* to), (from, to))
+
+INSTEAD_OF(open, int, (const char* path, int flags, mode_t mode)) {
     Fault& fault = (flags & O_WRONLY) != 0 ? writing : reading;
-    return fault.Strikes() ? FailWith(EACCES) : __real_open(path, flags, mode);
+    return fault.Strikes() ? FailWith(EACCES) : SYSTEMS(open)(path, flags, mode);
 }
 
-int __wrap_fstat(int file, struct stat* status) {
-    return reading.Strikes() ? FailWith(EIO) : __real_fstat(file, status);
-}
-
-ssize_t __wrap_pread(int file, void* bytes, std::size_t count, off_t offset) {
-    if (!reading.Strikes()) return __real_pread(file, bytes, count, offset);
+INSTEAD_OF(pread, ssize_t, (int file, void* bytes, std::size_t count, off_t offset)) {
+    if (!reading.Strikes()) return SYSTEMS(pread)(file, bytes, count, offset);
     return isShrunk ? 0 : FailWith(EIO);
 }
 
-int __wrap_ftruncate(int file, off_t size) {
-    return writing.Strikes() ? FailWith(EIO) : __real_ftruncate(file, size);
+INSTEAD_OF(fopen, std::FILE*, (const char* path, const char* mode)) {
+    if (!streaming.Strikes()) return SYSTEMS(fopen)(path, mode);
+    errno = EACCES;
+    return nullptr;
 }
 
-ssize_t __wrap_write(int file, const void* bytes, std::size_t count) {
-    return writing.Strikes() ? FailWith(ENOSPC) : __real_write(file, bytes, count);
+INSTEAD_OF(fread, std::size_t, (void* bytes, std::size_t size, std::size_t count, std::FILE* file)) {
+    if (!streaming.Strikes()) return SYSTEMS(fread)(bytes, size, count, file);
+    file->_flags |= _IO_ERR_SEEN;
+    errno = EIO;
+    return 0;
+}
+
+INSTEAD_OF(fwrite, std::size_t, (const void* bytes, std::size_t size, std::size_t count, std::FILE* file)) {
+    if (!streaming.Strikes()) return SYSTEMS(fwrite)(bytes, size, count, file);
+    errno = ENOSPC;
+    return 0;
+}
+
+INSTEAD_OF(fclose, int, (std::FILE * file)) {
+    const int result = SYSTEMS(fclose)(file);
+    return streaming.Strikes() ? FailWith(ENOSPC) : result;
+}
+
+// Of the driver manager, what the library calls.
+#define FAILING(name, parameters, arguments) \
+    SQLRETURN __real_##name parameters;      \
+    SQLRETURN __wrap_##name parameters { return asking.Strikes() ? SQL_ERROR : __real_##name arguments; }
+
+FAILING(SQLAllocHandle, (SQLSMALLINT kind, SQLHANDLE parent, SQLHANDLE* handle), (kind, parent, handle))
+FAILING(SQLSetEnvAttr, (SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER size),
+        (handle, attribute, value, size))
+FAILING(SQLDriverConnectW,
+        (SQLHDBC handle, SQLHWND window, SQLWCHAR* text, SQLSMALLINT length, SQLWCHAR* completed,
+         SQLSMALLINT capacity, SQLSMALLINT* size, SQLUSMALLINT completion),
+        (handle, window, text, length, completed, capacity, size, completion))
+FAILING(SQLExecDirectW, (SQLHSTMT handle, SQLWCHAR* sql, SQLINTEGER length), (handle, sql, length))
+FAILING(SQLNumResultCols, (SQLHSTMT handle, SQLSMALLINT* count), (handle, count))
+FAILING(SQLDescribeColW,
+        (SQLHSTMT handle, SQLUSMALLINT column, SQLWCHAR* name, SQLSMALLINT capacity, SQLSMALLINT* length,
+         SQLSMALLINT* type, SQLULEN* size, SQLSMALLINT* scale, SQLSMALLINT* nullable),
+        (handle, column, name, capacity, length, type, size, scale, nullable))
+FAILING(SQLGetData,
+        (SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER data, SQLLEN capacity,
+         SQLLEN* length),
+        (handle, column, type, data, capacity, length))
+FAILING(SQLFetch, (SQLHSTMT handle), (handle))
+FAILING(SQLGetDiagRecW,
+        (SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER* nativeCode,
+         SQLWCHAR* message, SQLSMALLINT capacity, SQLSMALLINT* length),
+        (kind, handle, number, state, nativeCode, message, capacity, length))
+
+// A connection that stays open could not be freed.
+SQLRETURN __real_SQLDisconnect(SQLHDBC handle);
+SQLRETURN __wrap_SQLDisconnect(SQLHDBC handle) {
+    const SQLRETURN result = __real_SQLDisconnect(handle);
+    return asking.Strikes() ? SQL_ERROR : result;
 }
 
 }  // extern "C"
@@ -141,6 +215,9 @@ void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 #endif
+
+// The command's main function.
+int CommandMain(int count, char** arguments);
 
 namespace {
 
@@ -231,22 +308,20 @@ TEST_P(Faults, OfMemoryLeaveTheOutputWhole) {
     if (GetParam().importType != XLS2TKI_ODBC) FailEach(allocation, true);  // there it takes too long
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, Faults, testing::Values(kCsv, kExcel, kOdbc),
-                         testing::PrintToStringParamName());
-
-// What reads workbooks through ODBC is a library of its own, whose operations do not pass here.
-class FileFaults : public Faults {};
-
-TEST_P(FileFaults, OfReadingLeaveTheOutputWhole) {
+TEST_P(Faults, OfReadingLeaveTheOutputWhole) {
     for (const bool shrinks : {false, true}) {
         isShrunk = shrinks;
         FailEach(reading, false);
         FailEach(reading, true);
     }
+    if (GetParam().importType == XLS2TKI_ODBC) {
+        FailEach(asking, false);
+        FailEach(asking, true);
+    }
 }
 
 // Whether the output could be written is not part of the result.
-TEST_P(FileFaults, OfWritingAreForTheHostToSee) {
+TEST_P(Faults, OfWritingAreForTheHostToSee) {
     FailEach(writing, false, [this](bool isDone) {
         EXPECT_TRUE(isDone);
         const std::string written = folder_.Read("output");
@@ -254,7 +329,72 @@ TEST_P(FileFaults, OfWritingAreForTheHostToSee) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, FileFaults, testing::Values(kCsv, kExcel), testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Kinds, Faults, testing::Values(kCsv, kExcel, kOdbc),
+                         testing::PrintToStringParamName());
+
+// The command in a process of its own, in a folder where it finds a table. The exit status also tells whether
+// the call that was to fail was reached.
+class Command : public testing::Test {
+  protected:
+    static constexpr int kReached = 64;
+
+    int Run(const char* input, const char* output, Fault& fault, int number) {
+        std::fflush(nullptr);  // else both processes would
+        const pid_t process = fork();
+        if (process == 0) {
+            const std::string folder = NTest::Utf8(folder_.Path(""));
+            const bool isReady = chdir(folder.c_str()) == 0 && setenv("TMPDIR", folder.c_str(), 1) == 0 &&
+                                 std::freopen("table.csv", "rb", stdin) != nullptr &&
+                                 std::freopen("printed", "wb", stdout) != nullptr &&
+                                 std::freopen("told", "wb", stderr) != nullptr;
+            std::string values[] = {"", "--csv", input, output};
+            char* arguments[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data()};
+            fault.Begin(number, false);
+            const int status = isReady ? CommandMain(4, arguments) : -1;
+            const int reached = fault.End() ? kReached : 0;
+            std::fflush(nullptr);
+            _exit(status + reached);
+        }
+        int status = 0;
+        waitpid(process, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    // Fails one call after the other, until the command is done without. `keeps`: what there was stays as it
+    // was, else the document's beginning is there.
+    void FailEach(Fault& fault, const char* input, const char* output, const char* written, bool keeps) {
+        int number = 0;
+        for (int status = kReached; (status & kReached) != 0 && !HasFailure();) {
+            SCOPED_TRACE(++number);
+            folder_.Put(written, kBefore);
+            status = Run(input, output, fault, number);
+            const std::string document = folder_.Read(written);
+            const std::string told = folder_.Read("told");
+            if ((status & ~kReached) == 0) {
+                EXPECT_EQ(document, kDocument);
+            } else {
+                EXPECT_EQ(status, kReached + 1);
+                EXPECT_TRUE(told.starts_with("xls2tki: ") && told.ends_with("\n")) << told;
+                EXPECT_TRUE(keeps ? document == kBefore : kDocument.starts_with(document)) << document;
+            }
+            EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path("")), {}), kFiles);
+        }
+        std::printf("%d calls failed in turn.\n", number - 1);
+    }
+
+  private:
+    static constexpr std::ptrdiff_t kFiles = 4;  // the table, what is printed and told, and the output
+    NTest::TempFolder folder_;
+    std::u16string table_ = folder_.Put("table.csv", NTest::ReadBytes(kExamples / kCsv.input));
+    std::u16string before_ = folder_.Put("output", kBefore);
+};
+
+TEST_F(Command, LeavesTheOutputWholeWhenACallFails) {
+    for (Fault* const fault : {&reading, &writing, &streaming}) {
+        FailEach(*fault, "table.csv", "output", "output", true);
+        FailEach(*fault, "-", "-", "printed", false);
+    }
+}
 
 TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {
     NTest::RecordingExcel excel(

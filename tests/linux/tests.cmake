@@ -26,15 +26,22 @@ target_link_libraries(odbc_driver_test PRIVATE xls2tki_odbc_room xls2tki_workboo
 target_compile_definitions(odbc_driver_test PRIVATE XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
 add_dependencies(odbc_driver_test xls2tki-odbc)
 
-# Conversions that the system fails. Its functions are replaced: those of memory in the whole program, unless a sanitizer
-# has replaced them already.
-add_executable(faults_test linux/faults_test.cpp linux/servers.cpp)
+# Conversions that the system fails, and the command as a part of the program. The system's functions are replaced for
+# the libraries that the program loads, too: those of memory unless a sanitizer has replaced them already.
+add_executable(faults_test linux/faults_test.cpp linux/servers.cpp
+    ${PROJECT_SOURCE_DIR}/cli/main.cpp $<TARGET_OBJECTS:xls2tki_command_line>)
+set_source_files_properties(${PROJECT_SOURCE_DIR}/cli/main.cpp PROPERTIES COMPILE_DEFINITIONS main=CommandMain)
 target_link_libraries(faults_test PRIVATE xls2tki_rooms xls2tki_workbook ZoLogging GTest::gtest_main)
 target_compile_definitions(faults_test PRIVATE
     XLS2TKI_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
-target_link_options(faults_test PRIVATE
-    -Wl,--wrap=open -Wl,--wrap=fstat -Wl,--wrap=pread -Wl,--wrap=ftruncate -Wl,--wrap=write)
+foreach(name open fstat pread ftruncate write fopen fread fwrite fflush fclose fchmodat rename)
+    target_link_options(faults_test PRIVATE -Wl,--export-dynamic-symbol=${name})
+endforeach()
+foreach(name AllocHandle SetEnvAttr DriverConnectW Disconnect ExecDirectW NumResultCols DescribeColW GetData Fetch
+        GetDiagRecW)
+    target_link_options(faults_test PRIVATE -Wl,--wrap=SQL${name})
+endforeach()
 if(XLS2TKI_SANITIZE)
     target_compile_definitions(faults_test PRIVATE XLS2TKI_SANITIZED)
     target_link_options(faults_test PRIVATE -Wl,--wrap=malloc -Wl,--wrap=calloc -Wl,--wrap=realloc)
