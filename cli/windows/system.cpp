@@ -88,15 +88,12 @@ FileState StateOf(const fs::path& path, std::error_code& error) {
         FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
     error.clear();
     const Handle file = OpenToAsk(path);
+    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) return {fs::file_type::character, 0};
     BY_HANDLE_FILE_INFORMATION known{};
-    if (!file) {
+    if (!file || GetFileInformationByHandle(file.get(), &known) == 0) {
         error = LastError();
-    } else if (GetFileType(file.get()) != FILE_TYPE_DISK) {
-        return {fs::file_type::character, 0};
-    } else if (GetFileInformationByHandle(file.get(), &known) == 0) {
-        error = LastError();
+        return {IsMissing(error) ? fs::file_type::not_found : fs::file_type::none, 0};
     }
-    if (error) return {IsMissing(error) ? fs::file_type::not_found : fs::file_type::none, 0};
     const bool isFolder = (known.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     return {isFolder ? fs::file_type::directory : fs::file_type::regular, known.dwFileAttributes & kOwners};
 }

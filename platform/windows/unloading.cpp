@@ -1,6 +1,8 @@
 // The compiler's runtime is part of each library, and expects to stay as long as the process does. A host may
 // load and free a library again and again: here is what the runtime would leave behind each time, its memory
 // for exceptions and, with handles and memory, its variables that each thread has a copy of.
+//
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the runtime's.
 #include <windows.h>
 
 #include <cstdlib>
@@ -77,3 +79,4 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* isProcessEnding) {
     __gnu_cxx::__freeres();
     return TRUE;
 }
+// NOLINTEND(bugprone-reserved-identifier)
