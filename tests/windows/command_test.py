@@ -39,7 +39,6 @@ CASES = [
     ("in.csv NUL", b"", 0, "", b"", OLD),
     ("in.csv missing/out.xml", b"", 1, "xls2tki: Could not create a file in the folder \"missing\": No such file or directory\n",
      b"", OLD),
-    ("in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n", b"", OLD),
     ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "xls2tki: Note: --excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, "
      "has one.\nxls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
@@ -242,12 +241,10 @@ def test_long_paths():
 def test_hidden_output():
     with folder(TABLE):
         run("wine", "attrib", "+h", "out.xml")
-        attributes = [(name, os.getxattr("out.xml", name)) for name in os.listxattr("out.xml")]
-        if not attributes:
+        if not os.listxattr("out.xml"):
             return print("not tested: hidden files, which Wine cannot keep on this file system")
         check("hidden output", (0, b"", b""), run("wine", COMMAND, "in.csv", "out.xml"))
-        check("hidden document", (attributes, DOCUMENT), ([(name, os.getxattr("out.xml", name)) for name in os.listxattr("out.xml")],
-                                                          Path("out.xml").read_bytes()))
+        check("hidden document", (["user.DOSATTRIB"], DOCUMENT), (os.listxattr("out.xml"), Path("out.xml").read_bytes()))
 
 
 def compare(name, content, arguments, status=None, **linux):
