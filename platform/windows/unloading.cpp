@@ -18,28 +18,37 @@ namespace {
 struct ThreadVariable {
     std::size_t size;
     std::size_t alignment;
-    std::size_t place;         // of its slot, from 1; 0: it has none yet
+    std::size_t slot;          // the system's number plus 1; 0: it has none yet
     const void* initialValue;  // null: zeros
 };
 
-// Slots of the system, which hands each thread's copy to `free` when the thread ends or the slot is given
-// back.
+// Those that have a slot of the system.
 constexpr std::size_t kMostVariables = 16;
-DWORD slots[kMostVariables];
-std::size_t usedSlots = 0;
-SRWLOCK slotsLock = SRWLOCK_INIT;
+ThreadVariable* variables[kMostVariables];
+std::size_t variableCount = 0;
+SRWLOCK variablesLock = SRWLOCK_INIT;
 
+// The system calls it when a thread ends, and for all threads when the slot is given back.
 void WINAPI FreeCopy(void* copy) { std::free(copy); }
 
 DWORD SlotOf(ThreadVariable& variable) {
-    AcquireSRWLockExclusive(&slotsLock);
-    if (variable.place == 0) {
-        if (usedSlots == kMostVariables) std::abort();
-        slots[usedSlots] = FlsAlloc(FreeCopy);
-        variable.place = ++usedSlots;
+    AcquireSRWLockExclusive(&variablesLock);
+    if (variable.slot == 0) {
+        const DWORD slot = FlsAlloc(FreeCopy);
+        if (slot == FLS_OUT_OF_INDEXES || variableCount == kMostVariables) std::abort();
+        variable.slot = std::size_t{slot} + 1;
+        variables[variableCount++] = &variable;
     }
-    ReleaseSRWLockExclusive(&slotsLock);
-    return slots[variable.place - 1];
+    ReleaseSRWLockExclusive(&variablesLock);
+    return static_cast<DWORD>(variable.slot - 1);
+}
+
+void GiveSlotsBack() {
+    for (; variableCount > 0; --variableCount) {
+        ThreadVariable& variable = *variables[variableCount - 1];
+        FlsFree(static_cast<DWORD>(variable.slot - 1));
+        variable.slot = 0;
+    }
 }
 
 void* MakeCopy(const ThreadVariable& variable, DWORD slot) {
@@ -75,7 +84,7 @@ extern "C" int __wrap_pthread_once(volatile long* state, void (*action)()) {
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* isProcessEnding) {
     if (reason != DLL_PROCESS_DETACH || isProcessEnding != nullptr) return TRUE;
-    for (std::size_t index = 0; index < usedSlots; ++index) FlsFree(slots[index]);
+    GiveSlotsBack();
     __gnu_cxx::__freeres();
     return TRUE;
 }
