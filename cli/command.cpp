@@ -6,7 +6,6 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "cli/failure.h"
@@ -20,15 +19,11 @@ namespace NCli {
 
 using namespace NXls2Tki;
 
-namespace fs = std::filesystem;
-
 namespace {
 
 // The document must not take the place of its own table. A device can be both, such as the terminal.
 void RefuseInputAsOutput(const Options& options) {
-    std::error_code ignored;
-    if (fs::is_regular_file(options.input, ignored) &&
-        fs::equivalent(options.input, options.output, ignored)) {
+    if (IsRegularFile(options.input) && AreSameFile(options.input, options.output)) {
         throw WrongUsage("The output " + NameOf(options.output) + " is the input itself.");
     }
 }

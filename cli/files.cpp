@@ -21,6 +21,11 @@ std::string NameOf(const fs::path& path) {
     return std::string("\"").append(ToBytes(path)).append("\"");
 }
 
+bool IsRegularFile(const fs::path& path) {
+    std::error_code ignored;
+    return StateOf(path, ignored).type == fs::file_type::regular;
+}
+
 CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit) {
     std::vector<char> piece(std::size_t{1} << 18);
     std::uint64_t size = 0;
@@ -38,7 +43,7 @@ namespace {
 // The paths for the handler of signals, which may neither allocate nor lock.
 struct Slot {
     volatile std::sig_atomic_t isUsed;
-    fs::path::value_type path[4096];  // the system refuses a longer one
+    fs::path::value_type path[32768];  // no system takes a longer one
 };
 constinit Slot slots[2]{};
 

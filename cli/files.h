@@ -18,6 +18,8 @@ inline constexpr char kStandardOutput[] = "/dev/stdout";
 // What a sentence calls the file: "standard input", "standard output", or its path between quotation marks.
 std::string NameOf(const std::filesystem::path& path);
 
+bool IsRegularFile(const std::filesystem::path& path);
+
 enum class CopyResult { Done, TooLarge, NotRead, NotWritten };
 
 inline constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::max();

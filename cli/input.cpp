@@ -41,14 +41,9 @@ void StorePipe(const fs::path& pipe, const fs::path& path) {
     Store(source.get(), pipe, path);
 }
 
-bool IsRegularFile(const fs::path& path) {
-    std::error_code ignored;
-    return fs::is_regular_file(path, ignored);
-}
-
 bool IsPipe(const fs::path& path) {
     std::error_code ignored;
-    return fs::is_fifo(path, ignored);
+    return StateOf(path, ignored).type == fs::file_type::fifo;
 }
 
 }  // namespace

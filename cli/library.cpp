@@ -38,7 +38,7 @@ void NoteNamedRegistry(const std::string& message) {
 
 void NoteMissingDriver(const std::string& message) {
     if (message != "No Excel ODBC driver found") return;
-    Note("--excel needs no such driver. On Linux, scripts/install-odbc-driver installs one.");
+    Note(std::string("--excel needs no such driver. ").append(DriverAdvice()));
 }
 
 // The message has the reason when it returns false.

@@ -25,8 +25,8 @@ fs::path Folder(const fs::path& path) { return path.has_parent_path() ? path.par
 fs::path FollowLinks(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code ignored;
-    const fs::file_status status = fs::status(path, ignored);
-    if (fs::exists(status) && !fs::is_regular_file(status)) return path;
+    const fs::file_type type = StateOf(path, ignored).type;
+    if (fs::exists(fs::file_status(type)) && type != fs::file_type::regular) return path;
     for (int links = 0; links < kMostLinks && fs::is_symlink(path, ignored); ++links) {
         path = path.parent_path() / fs::read_symlink(path, ignored);
     }
@@ -55,14 +55,14 @@ std::string FindReason(const fs::path& document) {
 
 Output::Output(const fs::path& path) : destination_(path == kStandardOutput ? path : FollowLinks(path)) {
     std::error_code error;
-    const fs::file_status status = fs::status(destination_, error);
+    const FileState state = StateOf(destination_, error);
     if (path == kStandardOutput) {
         OpenDevice(File(stdout));
-    } else if (fs::is_regular_file(status)) {
-        PrepareReplacement(status.permissions());
-    } else if (fs::exists(status)) {
+    } else if (state.type == fs::file_type::regular) {
+        PrepareReplacement(state.attributes);
+    } else if (fs::exists(fs::file_status(state.type))) {
         OpenDevice(OpenFile(destination_, "wb"));
-    } else if (status.type() == fs::file_type::not_found) {
+    } else if (state.type == fs::file_type::not_found) {
         document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
     } else {
         RefuseToWrite(path, error.message());
@@ -75,11 +75,11 @@ void Output::OpenDevice(File device) {
     document_.emplace("xls2tki-document");
 }
 
-void Output::PrepareReplacement(fs::perms permissions) {
+void Output::PrepareReplacement(unsigned attributes) {
     if (!OpenFile(destination_, "r+b")) RefuseToWrite(destination_, SystemText(errno));
     document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
     document_->RestrictToOwner();
-    permissions_ = permissions;
+    attributes_ = attributes;
 }
 
 void Output::Publish() {
@@ -100,8 +100,8 @@ void Output::CopyToDevice() {
 
 void Output::MoveIntoPlace() {
     std::error_code error;
-    if (permissions_) fs::permissions(Path(), *permissions_, error);
-    if (!error) fs::rename(Path(), destination_, error);
+    if (attributes_) SetAttributes(Path(), *attributes_, error);
+    if (!error) fs::rename(ToSystemPath(Path()), ToSystemPath(destination_), error);
     if (error) RefuseToWrite(destination_, error.message());
 }
 

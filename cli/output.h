@@ -23,14 +23,14 @@ class Output {
 
   private:
     void OpenDevice(File device);
-    void PrepareReplacement(std::filesystem::perms permissions);
+    void PrepareReplacement(unsigned attributes);
     void CopyToDevice();
     void MoveIntoPlace();
 
     std::filesystem::path destination_;  // no symbolic link
     File device_;                        // open where the output is no regular file
     std::optional<TemporaryFile> document_;
-    std::optional<std::filesystem::perms> permissions_;  // of the file that is replaced
+    std::optional<unsigned> attributes_;  // of the file that is replaced
 };
 
 }  // namespace NCli

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace NCli {
@@ -17,6 +18,10 @@ std::vector<std::string> ReadArguments(int count, const char* const* values);
 // Between paths and the command line's bytes; nothing is lost.
 std::filesystem::path ToPath(std::string_view bytes);
 std::string ToBytes(const std::filesystem::path& path);
+
+// The path in the form in which the system takes it whatever its length. For calls alone: messages have the
+// path itself. The functions below do so themselves.
+std::filesystem::path ToSystemPath(const std::filesystem::path& path);
 
 // The path as Excel finds the file by it, which may run in another folder than the command.
 std::filesystem::path ToExcelPath(const std::filesystem::path& path);
@@ -30,8 +35,23 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 File OpenFile(const std::filesystem::path& path, const char* mode);
 File CreateNewFile(const std::filesystem::path& path);
 
+// What is at the path, links followed, and what the system lets its owner say of it: rights, or that it is
+// hidden.
+struct FileState {
+    std::filesystem::file_type type = std::filesystem::file_type::none;
+    unsigned attributes = 0;
+};
+FileState StateOf(const std::filesystem::path& path, std::error_code& error);
+void SetAttributes(const std::filesystem::path& path, unsigned attributes, std::error_code& error);
+
+// False also where one of them is missing.
+bool AreSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
+
 // Two names of files in one folder have the same key if the system takes them for the same file.
 std::filesystem::path NameKey(const std::filesystem::path& name);
+
+// Where there is an ODBC driver for Excel, as a sentence for the user.
+std::string_view DriverAdvice();
 
 bool IsTerminal(std::FILE* stream);
 

@@ -40,7 +40,8 @@ inline constexpr std::uint64_t kLargestTextFile = std::uint64_t{1} << 31;
 // line feed even where the file's is not. NUL and every other character stay as they are.
 //
 // The reader is our own on every system. It gives the text that the Windows runtime gives in text mode, and
-// with "ccs=UTF-8", but loses nothing: the runtime ends a text at the character U+001A.
+// with "ccs=UTF-8", but loses nothing: the runtime ends a text at the character U+001A, and leaves out a
+// last byte that is only the first of a character.
 extern Replaceable<TextFileResult(std::u16string_view path, TextEncoding encoding, TextBuffer& text)>
     ReadTextFile;
 

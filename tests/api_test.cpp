@@ -142,13 +142,11 @@ TEST(Api, SaysNothingOfAnOutputThatCannotBeWritten) {
 }
 
 // A registry whose key for the current Excel has this value.
-std::string CurVer(const std::string& value) {
-    return "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n" + value;
-}
-
 class InstalledExcel : public NTest::Registry {
   public:
-    explicit InstalledExcel(const std::string& value) : Registry(CurVer(value)) {}
+    explicit InstalledExcel(const std::string& value)
+        : Registry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n" + value) {
+    }
 };
 
 TEST(Api, DetectsTheInstalledExcel) {
@@ -178,7 +176,6 @@ TEST(Api, DetectsTheInstalledExcel) {
         {";deny value\n" + text("Excel.Application.14"), ExcelAccessDenied, u"unchanged"},
     };
     for (const auto& [value, version, expected] : rows) {
-        if (!NTest::Registry::CanHave(CurVer(value))) continue;
         const InstalledExcel excel(value);
         std::u16string displayString = u"unchanged";
         EXPECT_EQ(DetectExcelVersion(displayString), version) << value;
@@ -231,7 +228,6 @@ TEST(Api, DrivesTheInstalledExcel) {
     const std::u16string output = folder.Put("output", "as it was");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.value);
-        if (!NTest::Registry::CanHave(CurVer(row.value))) continue;
         const InstalledExcel installed(row.value);
         const Progress progress;
         excel.Begin(1);  // it does not start

@@ -12,9 +12,6 @@ class Registry {
     explicit Registry(std::string_view file);
     Registry(const Registry&) = delete;
     ~Registry();
-
-    // A system may have no rights for single values.
-    static bool CanHave(std::string_view file);
 };
 
 }  // namespace NTest

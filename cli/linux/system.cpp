@@ -16,6 +16,8 @@ fs::path ToPath(std::string_view bytes) { return bytes; }
 
 std::string ToBytes(const fs::path& path) { return path.native(); }
 
+fs::path ToSystemPath(const fs::path& path) { return path; }
+
 // What takes Excel's place is part of the process.
 fs::path ToExcelPath(const fs::path& path) { return path; }
 
@@ -23,7 +25,23 @@ File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(p
 
 File CreateNewFile(const fs::path& path) { return OpenFile(path, "wbx"); }
 
+FileState StateOf(const fs::path& path, std::error_code& error) {
+    const fs::file_status status = fs::status(path, error);
+    return {status.type(), static_cast<unsigned>(status.permissions())};
+}
+
+void SetAttributes(const fs::path& path, unsigned attributes, std::error_code& error) {
+    fs::permissions(path, static_cast<fs::perms>(attributes), error);
+}
+
+bool AreSameFile(const fs::path& one, const fs::path& other) {
+    std::error_code ignored;
+    return fs::equivalent(one, other, ignored);
+}
+
 fs::path NameKey(const fs::path& name) { return name; }
+
+std::string_view DriverAdvice() { return "On Linux, scripts/install-odbc-driver installs one."; }
 
 bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
 

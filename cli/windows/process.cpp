@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <atomic>
-#include <memory>
 #include <mutex>
 #include <string_view>
 #include <system_error>
@@ -12,15 +11,11 @@
 #include "cli/failure.h"
 #include "cli/process_slots.h"
 #include "cli/text.h"
+#include "cli/windows/handle.h"
 
 namespace NCli {
 
 namespace {
-
-struct CloseObject {
-    void operator()(void* object) const { CloseHandle(object); }
-};
-using Handle = std::unique_ptr<void, CloseObject>;
 
 // For the handler of signals: null, or a process that was not waited for yet.
 ProcessSlots<HANDLE> processes;
@@ -62,8 +57,8 @@ std::wstring OwnProgram() {
 }
 
 Handle OpenNothing(DWORD access, SECURITY_ATTRIBUTES& inherited) {
-    return Handle(CreateFileW(L"NUL", access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING,
-                              0, nullptr));
+    return OwnFile(CreateFileW(L"NUL", access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING,
+                               0, nullptr));
 }
 
 struct Started {

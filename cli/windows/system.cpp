@@ -7,14 +7,36 @@
 #include <shellapi.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
+#include <iterator>
 #include <system_error>
 
 #include "cli/text.h"
+#include "cli/windows/handle.h"
 
 namespace NCli {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::error_code LastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
+
+// Opens whatever it is, to ask for what is known of it.
+Handle OpenToAsk(const fs::path& path) {
+    constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return OwnFile(CreateFileW(ToSystemPath(path).c_str(), FILE_READ_ATTRIBUTES, kShareWithEverybody, nullptr,
+                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+bool IsMissing(const std::error_code& error) {
+    static constexpr int kErrors[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_INVALID_NAME,
+                                      ERROR_BAD_NETPATH, ERROR_BAD_NET_NAME};
+    return std::find(std::begin(kErrors), std::end(kErrors), error.value()) != std::end(kErrors);
+}
+
+}  // namespace
 
 std::vector<std::string> ReadArguments(int, const char* const*) {
     struct FreeLocal {
@@ -31,6 +53,18 @@ fs::path ToPath(std::string_view bytes) { return DecodeUtf8(bytes).text; }
 
 std::string ToBytes(const fs::path& path) { return EncodeUtf8(path.native()); }
 
+// A folder's path may have 248 characters without more ado, a file's 12 more.
+fs::path ToSystemPath(const fs::path& path) {
+    constexpr std::size_t kLongest = 247;
+    std::error_code failure;
+    const std::wstring full = fs::absolute(path, failure).lexically_normal().make_preferred().native();
+    const bool isTaken =
+        failure || full.size() <= kLongest || full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\");
+    if (isTaken) return path;
+    const bool isOnServer = full.starts_with(L"\\\\");
+    return isOnServer ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+}
+
 fs::path ToExcelPath(const fs::path& path) {
     std::error_code failure;
     const fs::path full = fs::absolute(path, failure);
@@ -39,13 +73,45 @@ fs::path ToExcelPath(const fs::path& path) {
 
 File OpenFile(const fs::path& path, const char* mode) {
     const std::wstring wideMode(mode, mode + std::string_view(mode).size());
-    return File(_wfopen(path.c_str(), wideMode.c_str()));
+    return File(_wfopen(ToSystemPath(path).c_str(), wideMode.c_str()));
 }
 
 File CreateNewFile(const fs::path& path) {
     const int descriptor =
-        _wopen(path.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+        _wopen(ToSystemPath(path).c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
     return File(descriptor < 0 ? nullptr : _fdopen(descriptor, "wb"));
+}
+
+// The runtime's own way knows no path of the long form.
+FileState StateOf(const fs::path& path, std::error_code& error) {
+    constexpr DWORD kOwners =
+        FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+    error.clear();
+    const Handle file = OpenToAsk(path);
+    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) return {fs::file_type::character, 0};
+    BY_HANDLE_FILE_INFORMATION known{};
+    if (!file || GetFileInformationByHandle(file.get(), &known) == 0) {
+        error = LastError();
+        return {IsMissing(error) ? fs::file_type::not_found : fs::file_type::none, 0};
+    }
+    const bool isFolder = (known.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return {isFolder ? fs::file_type::directory : fs::file_type::regular, known.dwFileAttributes & kOwners};
+}
+
+void SetAttributes(const fs::path& path, unsigned attributes, std::error_code& error) {
+    error.clear();
+    if (SetFileAttributesW(ToSystemPath(path).c_str(), attributes) == 0) error = LastError();
+}
+
+bool AreSameFile(const fs::path& one, const fs::path& other) {
+    const Handle files[] = {OpenToAsk(one), OpenToAsk(other)};
+    BY_HANDLE_FILE_INFORMATION known[2]{};
+    for (int index = 0; index < 2; ++index) {
+        if (!files[index] || GetFileInformationByHandle(files[index].get(), &known[index]) == 0) return false;
+    }
+    return known[0].dwVolumeSerialNumber == known[1].dwVolumeSerialNumber &&
+           known[0].nFileIndexHigh == known[1].nFileIndexHigh &&
+           known[0].nFileIndexLow == known[1].nFileIndexLow;
 }
 
 fs::path NameKey(const fs::path& name) {
@@ -54,6 +120,8 @@ fs::path NameKey(const fs::path& name) {
     return key;
 }
 
+std::string_view DriverAdvice() { return "The Microsoft Access Database Engine, of 64 bits, has one."; }
+
 bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
 std::span<const int> EndingSignals() {
@@ -61,7 +129,7 @@ std::span<const int> EndingSignals() {
     return kSignals;
 }
 
-void RemoveFile(const wchar_t* path) { _wremove(path); }
+void RemoveFile(const wchar_t* path) { _wremove(ToSystemPath(path).c_str()); }
 
 StandardStreams::StandardStreams() : consoleCodePage_(GetConsoleOutputCP()) {
     for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);

@@ -13,14 +13,12 @@ namespace {
 
 using ListFunction = BOOL(WINAPI*)(LPWSTR list, WORD capacity, WORD* size);
 
-std::wstring SystemFolder() {
-    wchar_t folder[MAX_PATH] = {};
-    return GetSystemDirectoryW(folder, MAX_PATH) < MAX_PATH ? folder : L"";
-}
-
-// Loaded at the first use from the system's own folder, and never freed. Null: there is no such library.
+// Loaded from the system's own folder at the first use. It stays loaded: nobody owns it. Null: there is none.
 HMODULE Installer() {
-    static const HMODULE library = LoadLibraryW((SystemFolder() + L"\\odbccp32.dll").c_str());
+    static HMODULE library = nullptr;
+    if (library == nullptr) {
+        library = LoadLibraryExW(L"odbccp32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    }
     return library;
 }
 

@@ -19,10 +19,11 @@ import time
 import zipfile
 from pathlib import Path
 
+from checks import DOCUMENT, EXAMPLES, HINT, J1939, NAMES, OLD, SOURCES, WORKBOOK, check, files, folder, run_tests
+
 COMMAND = os.path.abspath(sys.argv[1])
 ODBC_DRIVER = os.path.abspath(sys.argv[2])
-INSTALL_DRIVER = Path(__file__).resolve().parents[2] / "scripts" / "install-odbc-driver"
-OLD = b"an older document"
+INSTALL_DRIVER = SOURCES / "scripts" / "install-odbc-driver"
 BEFORE = ["./in.csv", "./out.xml"]
 HEAD = b"DTC;Text;Lamp\n"
 TABLE = HEAD + b"P0123;Stuck;red\n"
@@ -30,11 +31,8 @@ ONE_COLUMN = ("xls2tki: The Header (first row in excel sheet) does not define en
               "least two columns containing DTC and Description. (Data-Area in Excel is assumed as 'Z1S1:%s')\n")
 MARK = 'xls2tki: "in.csv" begins with the byte order mark of %s\n'
 NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
-HINT = " (xls2tki --help shows the options.)\n"
 UTF16 = TABLE.decode().encode("utf-16")
 EVERY_BYTE = b'P0123;"' + bytes(set(range(256)) - {ord('"')}) + b'";red\n'
-EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
-WORKBOOK = (EXAMPLES / "powertrain.xlsx").read_bytes()
 NO_WORKBOOK = "xls2tki: '%s' is not a workbook.\n"
 NOT_OPENED = "xls2tki: '%s' cannot be opened.\n"
 NO_EXCEL = ('xls2tki: Note: XLS2TKI_REGISTRY names the registry file "%s", which cannot be read or has no entry for '
@@ -152,8 +150,8 @@ CASES = [
      "xls2tki: --separator takes one character up to U+FFFF, or tab, comma, semicolon or pipe." + HINT, None),
     ("argument not UTF-8", TABLE, b"--variant \xed\xb2\x80 in.csv out.xml", 2,
      "xls2tki: The value of --variant is not UTF-8." + HINT, None),
-    ("workbook", WORKBOOK, "-x " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
-    ("worksheet", WORKBOOK, "-x -w J1939 " + IO, 0, "", (EXAMPLES / "j1939.xml").read_bytes()),
+    ("workbook", WORKBOOK, "-x " + IO, 0, "", DOCUMENT),
+    ("worksheet", WORKBOOK, "-x -w J1939 " + IO, 0, "", J1939),
     ("missing worksheet", WORKBOOK, "-x -w j1939 " + IO, 1,
      'xls2tki: "in.csv" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', None),
     ("control characters", CONTROLS, "-x -w \x1b\n " + IO, 1, 'xls2tki: "in.csv" has no worksheet "??", only:\n'
@@ -168,10 +166,10 @@ CASES = [
     ("no workbook", TABLE, "-x " + IO, 1, NO_WORKBOOK % "in.csv", None),
     ("worksheet of no workbook", TABLE, "-x -w DTC " + IO, 1, NO_WORKBOOK % "in.csv", None),
     ("worksheets of no workbook", TABLE, "--list-worksheets in.csv", 1, NO_WORKBOOK % "in.csv", None),
-    ("table of a workbook", WORKBOOK, "-o " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
+    ("table of a workbook", WORKBOOK, "-o " + IO, 0, "", DOCUMENT),
     ("table of another range", change_part(WORKBOOK, "workbook.xml", lambda part: part.replace(
-        b"Powertrain!$A$1:$F$13", b"J1939!$A:$E")), "-o " + IO, 0, "", (EXAMPLES / "j1939.xml").read_bytes()),
-    ("worksheet as a table", name_worksheets("dtc"), "-o " + IO, 0, "", (EXAMPLES / "powertrain.xml").read_bytes()),
+        b"Powertrain!$A$1:$F$13", b"J1939!$A:$E")), "-o " + IO, 0, "", J1939),
+    ("worksheet as a table", name_worksheets("dtc"), "-o " + IO, 0, "", DOCUMENT),
     ("no table of a workbook", name_worksheets("A", "Ä"), "-o " + IO, 1, 'xls2tki: "in.csv": Database error: '
      '[xls2tki][Excel Driver]The workbook has no table "DTC"; it has: A$, Ä$.\n', None),
     ("missing workbook with tables", TABLE, "-o none.xlsx out.xml", 1,
@@ -189,33 +187,9 @@ CASES = [
      'diaginstance="\u00fc" variant="\U0001f600"'.encode()),
 ]
 
-failures = 0
-
-
-def check(name, expected, actual):
-    global failures
-    if expected != actual:
-        failures += 1
-        print(f"{name}:\n  expected {expected!r}\n  actual   {actual!r}")
-
 
 def check_document(name, part, document):
     check(name + ": document", (True, True), (part in document, document.endswith(b"</TAMRISKIMPORT>\r\n")))
-
-
-@contextlib.contextmanager
-def folder(table):
-    with tempfile.TemporaryDirectory() as path:
-        os.chdir(path)
-        os.mkdir("tmp")
-        Path("in.csv").write_bytes(table)
-        Path("out.xml").write_bytes(OLD)
-        yield dict(os.environ, TMPDIR=os.path.join(path, "tmp"))
-        os.chdir("/")
-
-
-def files():
-    return sorted(os.path.join(parent, name) for parent, _, names in os.walk(".") for name in names)
 
 
 def run(arguments, environment, **options):
@@ -238,9 +212,9 @@ def test_tables():
 
 
 def test_installed_excels():
-    for excel, listing, note, sheet in [("10", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
+    for excel, listing, note, sheet in [("10", (0, NAMES, ""), "", "j1939"),
                                         ("11", (1, b"", NO_LIST), NOT_NAMED, "powertrain"),
-                                        ("15", (0, b"Powertrain\nJ1939\nBody\n", ""), "", "j1939"),
+                                        ("15", (0, NAMES, ""), "", "j1939"),
                                         ("", (1, b"", NO_EXCEL % "registry"), NO_EXCEL % "registry", None)]:
         with folder(WORKBOOK) as environment:
             key = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n"
@@ -548,6 +522,4 @@ def test_installing_twice_and_removing():
 with tempfile.TemporaryDirectory() as system:
     os.environ.update(ODBCSYSINI=system, ODBCINI="/dev/null")
     install_driver(ODBC_DRIVER, "is installed.")
-    for test in [test for name, test in list(globals().items()) if name.startswith("test_")]:
-        test()
-sys.exit(failures > 0)
+    run_tests(globals())

@@ -19,6 +19,4 @@ Registry::~Registry() {
     folder.reset();
 }
 
-bool Registry::CanHave(std::string_view) { return true; }
-
 }  // namespace NTest

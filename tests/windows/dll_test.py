@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Usage: dll_test.py FOLDER VERSION
-Checks the library as it is handed out: what it exports, what it needs, and the version that Windows shows of it."""
+Checks the files as they are handed out: what the library exports, what each needs, and the version that Windows shows of
+it."""
 
 import collections
 import pathlib
@@ -12,7 +13,9 @@ FOLDER = pathlib.Path(sys.argv[1])
 VERSION = sys.argv[2]
 HEADERS = pathlib.Path(__file__).resolve().parents[2] / "api"
 TOOLS = "x86_64-w64-mingw32-"
-SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "odbc32.dll", "ole32.dll", "oleaut32.dll", "user32.dll"}
+SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "odbc32.dll", "ole32.dll", "oleaut32.dll", "shell32.dll", "user32.dll"}
+# What each needs besides.
+OURS = {"xls2tki.dll": {"zologging.dll"}, "xls2tki.exe": {"xls2tki.dll", "zologging.dll"}, "ZoLogging.dll": set()}
 
 
 def run(*command, **options):
@@ -25,20 +28,23 @@ def declared():
     return collections.Counter(re.findall(r"^XLS2TKI_\w*EXPORT [^(;]*?(\w+)\(", text, re.MULTILINE))
 
 
-def main():
-    details = run(TOOLS + "objdump", "-p", FOLDER / "xls2tki.dll")
+def check_exports(details):
     decorated = re.findall(r"^\s*\[ *\d+\] (\w+)$", details[details.index("[Ordinal/Name Pointer] Table"):], re.MULTILINE)
     plain = run(TOOLS + "c++filt", input="\n".join(decorated)).split("\n")
     exported = collections.Counter(re.sub(r"\(.*|.*::(?=\w+\()", "", name) for name in plain if name)
     assert exported == declared(), f"exported: {exported}, declared: {declared()}"
 
-    needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", details)}
-    assert needed - SYSTEM == {"zologging.dll"}, f"needed: {needed}"
 
-    for name in ("xls2tki.dll", "xls2tki.exe"):
-        shown = (FOLDER / name).read_bytes()
+def main():
+    for name, ours in OURS.items():
+        details = run(TOOLS + "objdump", "-p", FOLDER / name)
+        needed = {needed.lower() for needed in re.findall(r"DLL Name: (\S+)", details)}
+        assert needed - SYSTEM == ours, f"{name} needs {needed}"
+        shown = (FOLDER / name).read_bytes().replace(b"\0\0\0\0", b"\0\0")
         for entry in (("FileVersion", VERSION), ("OriginalFilename", name)):
-            assert "\0".join(entry).encode("utf-16-le") in shown.replace(b"\0\0\0\0", b"\0\0"), (name, entry)
+            assert "\0".join(entry).encode("utf-16-le") in shown, (name, entry)
+        if name == "xls2tki.dll":
+            check_exports(details)
 
 
 main()

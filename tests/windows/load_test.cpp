@@ -1,7 +1,11 @@
-// A host that loads the library when it needs it.
+// A host that loads the library when it needs it. The system has an Excel to start.
 #include <gtest/gtest.h>
 #include <windows.h>
+// Behind it:
+#include <algorithm>
 
+#include "api/xls2tki.h"
+#include "api/xls2tki_c.h"
 #include "tests/host.h"
 #include "tests/library.h"
 
@@ -17,36 +21,116 @@ class LoadedLibrary {
     ~LoadedLibrary() { FreeLibrary(module_); }
 
     template <typename Function>
-    Function* Find(const char* decoratedName) const {
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, decoratedName)));
+    Function* Find(const char* exportedName) const {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, exportedName)));
     }
 
   private:
     HMODULE module_;
 };
 
-DWORD OpenHandles() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
+using Text = const WideChar*;
+using Names = const WideStringSet&;
+using Full = bool(Text, Text, Text, VImportType, bool, WideChar, Names, Names, Names, Text, Text, bool);
+
+#define CONVERT "_ZN8NXls2Tki14Xls2TkiConvertEPKwS1_"
+#define SET "RKSt3setINSt7__cxx1112basic_stringIwSt11char_traitsIwESaIwEEESt4lessIS9_ESaIS9_EE"
+
+// The lists of worksheets are for a workbook alone: each starts an Excel.
+void CallForCpp(const LoadedLibrary& library, Text input, VImportType type, Text output) {
+    const WideStringSet set = {L"Text"};
+    const auto loggedMessages = library.Find<Text()>("_ZN8NXls2Tki17GetLoggedMessagesEv");
+    EXPECT_STREQ(loggedMessages(), L"");
+    EXPECT_TRUE(library.Find<bool(bool)>("_ZN8NXls2Tki10XlsInitOleEb")(true));
+    const auto convert =
+        library.Find<bool(Text, Text, VImportType, bool, WideChar, bool)>(CONVERT "NS_11VImportTypeEbwb");
+    EXPECT_TRUE(convert(input, output, type, false, L';', false));
+    EXPECT_FALSE(convert(input, output, ImportTypeODBC, false, L';', false));
+    const auto withTwo = library.Find<bool(Text, Text, VImportType, bool, WideChar, Names, Names, bool)>(
+        CONVERT "NS_11VImportTypeEbw" SET "SF_b");
+    EXPECT_TRUE(withTwo(input, output, type, false, L';', set, set, false));
+    const auto withThree =
+        library.Find<bool(Text, Text, VImportType, bool, WideChar, Names, Names, Names, Text, Text, bool)>(
+            CONVERT "NS_11VImportTypeEbw" SET "SF_SF_S1_S1_b");
+    EXPECT_TRUE(withThree(input, output, type, false, L';', set, set, set, L"V", L"D", true));
+    const auto full = library.Find<Full>(CONVERT "S1_NS_11VImportTypeEbw" SET "SF_SF_S1_S1_b");
+    EXPECT_TRUE(full(input, L"J1939", output, type, false, L';', set, set, set, L"", L"", true));
+    std::vector<WideString> worksheets;
+    const auto list = library.Find<bool(Text, std::vector<WideString>&)>(
+        "_ZN8NXls2Tki18GetExcelWorksheetsEPKwRSt6vectorINSt7__cxx1112basic_stringIwSt11char_traitsIwESaIwEEE"
+        "SaIS8_EE");
+    EXPECT_TRUE(type != ImportTypeExcel || (list(input, worksheets) && worksheets.size() == 3));
+}
+
+void CallForC(const LoadedLibrary& library, Text input, VImportType type, Text output) {
+    EXPECT_TRUE(library.Find<decltype(xls2tki_init_ole)>("xls2tki_init_ole")(true));
+    const Xls2TkiConversion conversion = {
+        sizeof conversion, input, nullptr, output, type, L';', false, false, {}, {}, {}, nullptr, nullptr};
+    EXPECT_TRUE(library.Find<decltype(xls2tki_convert)>("xls2tki_convert")(&conversion));
+    Xls2TkiFacts facts{};
+    facts.size = sizeof facts;
+    EXPECT_TRUE(library.Find<decltype(xls2tki_facts)>("xls2tki_facts")(&facts) && facts.rows > 0);
+    EXPECT_STRNE(library.Find<decltype(xls2tki_message)>("xls2tki_message")(), L"");
+    Xls2TkiNames names{};
+    const auto list = library.Find<decltype(xls2tki_list_worksheets)>("xls2tki_list_worksheets");
+    EXPECT_TRUE(type != ImportTypeExcel || (list(input, &names) && names.count == 3));
+}
+
+std::size_t CountHandles() {
+    struct Entry {
+        ULONG process;
+        UCHAR rest[20];
+    };
+    static_assert(sizeof(Entry) == 24);
+    constexpr int kAllHandles = 16;
+    static ULONG list[1 << 18];
+    const auto query = reinterpret_cast<LONG(WINAPI*)(int, void*, ULONG, ULONG*)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+    EXPECT_EQ(query(kAllHandles, list, sizeof list, nullptr), 0);
+    const auto* const first = reinterpret_cast<const Entry*>(list + 2);
+    const auto isOurs = [](const Entry& entry) { return entry.process == GetCurrentProcessId(); };
+    return static_cast<std::size_t>(std::count_if(first, first + list[0], isOurs));
+}
+
+std::size_t CountBytes() {
+    HANDLE heaps[64];
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(std::size(heaps)), heaps);
+    std::size_t bytes = 0;
+    for (DWORD index = 0; index < count; ++index) {
+        PROCESS_HEAP_ENTRY block{};
+        while (HeapWalk(heaps[index], &block) != 0) {
+            if ((block.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += block.cbData;
+        }
+    }
+    return bytes;
 }
 
 TEST(Windows, LoadsAndFreesTheLibraryAgainAndAgain) {
-    using Convert = bool(const WideChar*, const WideChar*, VImportType, bool, WideChar, bool);
+    constexpr int kRounds = 100;
+    constexpr int kExcelEach = 40;  // as it takes seconds to start
     const NTest::TempFolder folder;
-    const WideString input = Wide(folder.Put("input", "DTC;Text\nP0123;x\n"));
     const WideString output = Wide(folder.Path("output"));
-    DWORD handles = 0;
-    for (int round = 0; round < 100; ++round) {
-        if (round == 10) handles = OpenHandles();  // by then the system has what it keeps
+    const WideString table = Wide(folder.Put("input.csv", "DTC;Text\nP0123;x\n"));
+    const WideString workbook =
+        Wide(folder.Put("input.xlsx", NTest::ReadBytes(XLS2TKI_TEST_DATA "/../../examples/powertrain.xlsx")));
+    std::size_t handles = 0;
+    std::size_t bytes = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        if (round == kExcelEach + 1) {  // by then the system has what it keeps
+            handles = CountHandles();
+            bytes = CountBytes();
+        }
         const LoadedLibrary library;
-        EXPECT_STREQ(library.Find<const WideChar*()>("_ZN8NXls2Tki17GetLoggedMessagesEv")(), L"");
-        EXPECT_TRUE(library.Find<bool(bool)>("_ZN8NXls2Tki10XlsInitOleEb")(true));
-        const auto convert = library.Find<Convert>("_ZN8NXls2Tki14Xls2TkiConvertEPKwS1_NS_11VImportTypeEbwb");
-        EXPECT_TRUE(convert(input.c_str(), output.c_str(), ImportTypeCSV, false, L';', false));
-        EXPECT_FALSE(convert(input.c_str(), output.c_str(), ImportTypeODBC, false, L';', false));
+        const bool usesExcel = round % kExcelEach == 0;
+        const WideString& input = usesExcel ? workbook : table;
+        for (const auto call : {CallForCpp, CallForC}) {
+            call(library, input.c_str(), usesExcel ? ImportTypeExcel : ImportTypeCSV, output.c_str());
+        }
     }
-    EXPECT_EQ(OpenHandles(), handles);
+    EXPECT_GT(handles, 0U);
+    EXPECT_EQ(CountHandles(), handles);
+    constexpr std::size_t kMostForARound = 20;
+    EXPECT_LT(CountBytes(), bytes + kMostForARound * kRounds);
     EXPECT_EQ(GetModuleHandleW(L"xls2tki.dll"), nullptr);
     EXPECT_TRUE(folder.Read("output").ends_with("</TAMRISKIMPORT>\r\n"));
 }

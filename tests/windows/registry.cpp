@@ -21,6 +21,17 @@ std::optional<NPlatform::FoundRegistryKey> Find(std::string_view file) {
                                     u"HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer", u"");
 }
 
+bool deniesValues = false;
+
+// The system has rights for keys alone. That one for the value is missing is played in front of it.
+LSTATUS WINAPI ReadUnlessDenied(HKEY key, LPCWSTR name, DWORD* reserved, DWORD* type, BYTE* data,
+                                DWORD* size) {
+    if (deniesValues) return ERROR_ACCESS_DENIED;
+    static const auto read = reinterpret_cast<decltype(&RegQueryValueExW)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"advapi32.dll"), "RegQueryValueExW")));
+    return read(key, name, reserved, type, data, size);
+}
+
 // Nobody may read the key, its owner included, who can still delete it.
 void Deny(HKEY key) {
     EXPLICIT_ACCESSW everybody{};
@@ -34,6 +45,11 @@ void Deny(HKEY key) {
 
 }  // namespace
 
+// Where calls look up the system's function; the linker takes it in the place of the one that it would make.
+extern "C" {
+constinit decltype(&RegQueryValueExW) __imp_RegQueryValueExW = ReadUnlessDenied;
+}
+
 Registry::Registry(std::string_view file) {
     const auto found = Find(file);
     if (!found) return;
@@ -43,19 +59,16 @@ Registry::Registry(std::string_view file) {
         const auto& [type, data, isDenied] = *found->value;
         RegSetValueExW(key, nullptr, 0, type, reinterpret_cast<const BYTE*>(data.data()),
                        static_cast<DWORD>(data.size()));
+        deniesValues = isDenied;
     }
     if (found->isDenied) Deny(key);
     RegCloseKey(key);
 }
 
 Registry::~Registry() {
+    deniesValues = false;
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, kKey);
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, kProgram);
-}
-
-bool Registry::CanHave(std::string_view file) {
-    const auto found = Find(file);
-    return !found || !found->value || !found->value->isDenied;
 }
 
 }  // namespace NTest

@@ -10,26 +10,29 @@
 
 namespace {
 
-using namespace std::string_view_literals;
+using namespace std::string_literals;
 using NPlatform::TextEncoding;
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// Line by line, each with a line feed.
+// Character by character; behind the last line, too, is a line feed.
 std::u16string ReadByRuntime(const std::filesystem::path& path, TextEncoding encoding) {
-    const bool isUtf8 = encoding == TextEncoding::Utf8;
     const std::unique_ptr<std::FILE, CloseFile> file(
-        _wfopen(path.c_str(), isUtf8 ? L"r,   ccs=UTF-8 " : L"rt"));
+        _wfopen(path.c_str(), encoding == TextEncoding::Utf8 ? L"r,   ccs=UTF-8 " : L"rt"));
     std::u16string text;
-    while (true) {
-        const int unit = isUtf8 ? std::fgetwc(file.get()) : std::fgetc(file.get());
-        if (unit == (isUtf8 ? WEOF : EOF)) break;
+    for (std::wint_t unit = 0; (unit = std::fgetwc(file.get())) != WEOF;) {
         text.push_back(static_cast<char16_t>(unit));
     }
     if (!text.empty() && text.back() != u'\n') text.push_back(u'\n');
     return text;
+}
+
+std::u16string ReadByLibrary(const std::u16string& path, TextEncoding encoding) {
+    NPlatform::TextBuffer text;
+    NPlatform::ReadTextFile(path, encoding, text);
+    return std::u16string(text.View());
 }
 
 TEST(Windows, ReadsTextsAsTheRuntimeDoes) {
@@ -47,25 +50,37 @@ TEST(Windows, ReadsTextsAsTheRuntimeDoes) {
         {TextEncoding::Utf8, "\xC3\xA4\xE2\x82\xAC\r\n\xE4\xB8\xAD"},
         {TextEncoding::Utf8, "\xEF\xBB\xBF\xC3\xA4\n"},
         {TextEncoding::Utf8, "\xF0\x9F\x98\x80"},
+        {TextEncoding::Utf8, "\x80-\xC0\xAF-\xFE-\xFF\xC3\xA4"},
+        {TextEncoding::Utf8, "\xC3-\xC3\xC3\xA4\xE2\x82-\xF0\x9F\x98-\xC3\r\n"},
+        {TextEncoding::Utf8, "a\xE2\x82"},
+        {TextEncoding::Utf8, "\xFF\xFE\xE4\0\r\0\n\0\x3D\xD8\0\xDE"s},
+        {TextEncoding::Utf8, "\xFE\xFF\0x"s},
     };
     const NTest::TempFolder folder;
     for (const auto& [encoding, bytes] : rows) {
         const std::u16string path = folder.Put("file", bytes);
-        NPlatform::TextBuffer text;
-        NPlatform::ReadTextFile(path, encoding, text);
-        EXPECT_EQ(std::u16string(text.View()), ReadByRuntime(path, encoding))
+        EXPECT_EQ(ReadByLibrary(path, encoding), ReadByRuntime(path, encoding))
             << testing::PrintToString(bytes);
     }
 }
 
-// Where the runtime ends a text or stumbles, the library goes on.
+// Where the runtime ends a text, or leaves out a last byte that is the first of a character, the library goes
+// on. (Of a sequence that would be too long, a surrogate or beyond U+10FFFF, systems differ in how many
+// U+FFFD it becomes.)
 TEST(Windows, LosesNothingThatTheRuntimeLoses) {
+    const std::tuple<TextEncoding, std::string, std::u16string, std::u16string> rows[] = {
+        {TextEncoding::EightBit, "a\x1A\0z"s, u"a\x1A\0z\n"s, u"a\n"},
+        {TextEncoding::Utf8, "a\x1Az\n", u"a\x1Az\n", u"a\n"},
+        {TextEncoding::Utf8, "\xFF\xFEx\0\x1A\0z\0"s, u"x\x1Az\n", u"x\n"},
+        {TextEncoding::Utf8, "a\xC3", u"a\xFFFD\n", u"a\n"},
+        {TextEncoding::Utf8, "\xFF\xFEx\0y"s, u"x\xFFFD\n", u"x\n"},
+    };
     const NTest::TempFolder folder;
-    NPlatform::TextBuffer text;
-    const std::u16string path = folder.Put("file", "a\x1A\0z"sv);
-    NPlatform::ReadTextFile(path, TextEncoding::EightBit, text);
-    EXPECT_EQ(std::u16string(text.View()), u"a\x1A\0z\n"sv);
-    EXPECT_EQ(ReadByRuntime(path, TextEncoding::EightBit), u"a\n");
+    for (const auto& [encoding, bytes, ours, ofRuntime] : rows) {
+        const std::u16string path = folder.Put("file", bytes);
+        EXPECT_EQ(ReadByLibrary(path, encoding), ours) << testing::PrintToString(bytes);
+        EXPECT_EQ(ReadByRuntime(path, encoding), ofRuntime) << testing::PrintToString(bytes);
+    }
 }
 
 }  // namespace

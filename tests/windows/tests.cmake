@@ -13,7 +13,6 @@ target_compile_options(gtest_main PRIVATE -w)
 
 target_sources(rooms_test PRIVATE
     ../platform/linux/reg_file.cpp
-    windows/load_test.cpp
     windows/platform_test.cpp
     windows/registry.cpp
     windows/runtime_test.cpp
@@ -26,6 +25,11 @@ target_compile_definitions(rooms_test PRIVATE NOMINMAX)
 target_compile_definitions(host_test PRIVATE NOMINMAX)
 target_link_libraries(host_test PRIVATE xls2tki_platform)
 
+# A host that is not linked with the library. The tests of the command run it.
+add_executable(load_test windows/load_test.cpp)
+target_link_libraries(load_test PRIVATE GTest::gtest_main)
+target_compile_definitions(load_test PRIVATE XLS2TKI_TEST_DATA="${drive}${CMAKE_CURRENT_SOURCE_DIR}/data")
+
 add_test(NAME rooms COMMAND rooms_test)
 add_test(NAME host COMMAND host_test)
 add_test(NAME c_host
@@ -35,7 +39,7 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(XLS2TKI_LINUX_BUILD "${PROJECT_SOURCE_DIR}/build/release" CACHE PATH "Has what the tests of the command talk to")
 add_test(NAME command
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/command_test.py
-        $<TARGET_FILE:xls2tki_command> ${XLS2TKI_LINUX_BUILD})
+        $<TARGET_FILE:xls2tki_command> $<TARGET_FILE:load_test> ${XLS2TKI_LINUX_BUILD})
 add_test(NAME dll
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_test.py
         ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} ${PROJECT_VERSION})

@@ -1,0 +1,18 @@
+// The owner of what the system closes by CloseHandle.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+namespace NCli {
+
+struct CloseObject {
+    void operator()(void* object) const { CloseHandle(object); }
+};
+using Handle = std::unique_ptr<void, CloseObject>;
+
+// Of what CreateFile returns; empty where it failed.
+inline Handle OwnFile(HANDLE file) { return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file); }
+
+}  // namespace NCli
