@@ -192,8 +192,10 @@ std::optional<Table> ParseCsv(std::u16string_view text, char16_t separator) {
             if (where == Where::AfterQuote) cell += unit;
             where = Where::Quoted;
         } else if (unit == separator || unit == u'\n') {
+            // Should the separator be a line feed, it ends a row behind quotes, and a cell elsewhere.
+            const bool endsRow = unit != separator || (unit == u'\n' && where == Where::AfterQuote);
             row.push_back(std::exchange(cell, {}));
-            if (unit != separator) table.push_back(std::exchange(row, {}));
+            if (endsRow) table.push_back(std::exchange(row, {}));
             where = Where::Start;
         } else if (where == Where::AfterQuote) {
             return std::nullopt;
