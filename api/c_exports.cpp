@@ -132,5 +132,9 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
 }
 
 const Xls2TkiChar* xls2tki_message() {
-    return thrownReason != nullptr ? thrownReason : NXls2Tki::GetLoggedMessages();
+    try {
+        return thrownReason != nullptr ? thrownReason : NXls2Tki::GetLoggedMessages();
+    } catch (const std::bad_alloc&) {
+        return noMemory.c_str();
+    }
 }

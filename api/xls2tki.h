@@ -126,7 +126,7 @@ XLS2TKI_EXPORT bool GetExcelWorksheets(const WideChar* path, std::vector<WideStr
 // time stamp and a line feed; after one that returned false the reason. Empty before the first and after a
 // conversion that ended with an exception, a warning about Excel's version apart. A NUL of a cell is shown in
 // it as U+FFFD. The text belongs to the library and stays valid until the next call of Xls2TkiConvert or
-// GetExcelWorksheets.
+// GetExcelWorksheets. Throws std::bad_alloc when there is no memory to show it.
 XLS2TKI_EXPORT const WideChar* GetLoggedMessages();
 
 }  // namespace NXls2Tki

@@ -303,6 +303,15 @@ class Faults : public Conversions, public testing::WithParamInterface<Kind> {
     std::u16string input_ = (kExamples / GetParam().input).u16string();
 };
 
+TEST_F(Conversions, ExplainALackOfMemoryThatKeepsTheMessage) {
+    EXPECT_FALSE(Convert(XLS2TKI_CSV, folder_.Path(std::string(250, 'x'))));
+    allocation.Begin(1, true);
+    const char16_t* const message = xls2tki_message();
+    EXPECT_TRUE(allocation.End());
+    EXPECT_EQ(std::u16string(message), u"There is not enough memory.");
+    EXPECT_TRUE(std::u16string(xls2tki_message()).starts_with(u"Error opening inputfile:"));
+}
+
 TEST_P(Faults, OfMemoryLeaveTheOutputWhole) {
     FailEach(allocation, false);
     if (GetParam().importType != XLS2TKI_ODBC) FailEach(allocation, true);  // there it takes too long
