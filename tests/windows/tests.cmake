@@ -35,11 +35,12 @@ add_test(NAME host COMMAND host_test)
 add_test(NAME c_host
     COMMAND c_host_test ${drive}${CMAKE_CURRENT_SOURCE_DIR}/data ${drive}${CMAKE_CURRENT_BINARY_DIR} 0)
 
+# Not the target Python3::Interpreter: that would be run in Wine, too, which cannot and does not say so.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(XLS2TKI_LINUX_BUILD "${PROJECT_SOURCE_DIR}/build/release" CACHE PATH "Has what the tests of the command talk to")
 add_test(NAME command
-    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/command_test.py
+    COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/windows/command_test.py
         $<TARGET_FILE:xls2tki_command> $<TARGET_FILE:load_test> ${XLS2TKI_LINUX_BUILD})
 add_test(NAME dll
-    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_test.py
+    COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_test.py
         ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} ${PROJECT_VERSION})
