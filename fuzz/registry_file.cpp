@@ -1,4 +1,5 @@
 // Registry files to the version of the installed Excel. The input is the file.
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -24,16 +25,24 @@ void Detect() {
     Require(isReadable || !message.empty(), "a version that reads nothing is reported");
 }
 
-// Whatever stands before it, a key that is well written is found, with its value.
+bool HasHeader(std::u16string_view text) {
+    constexpr std::u16string_view kBlanks = u" \t";
+    std::u16string_view line = text.substr(0, text.find(u'\n'));
+    line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+    line = line.substr(0, line.find_last_not_of(kBlanks) + 1);
+    return line == u"Windows Registry Editor Version 5.00" || line == u"REGEDIT4";
+}
+
+// Whatever stands between the header and it, a key that is well written is found, with its value; without a
+// header nothing is.
 void CheckIsFoundBehind(std::u16string_view text) {
-    const std::u16string name = u"v";
     std::u16string file(text);
     file.append(u"\n\n[").append(kKey).append(u"]\n\"v\"=dword:1234abcd\n");
-    const auto found = FindInRegFile(file, kKey, name);
-    if (!found || found->isDenied) {
-        Require(!FindInRegFile(text, u"", u"") || found, "a key that is well written is found");
-        return;
-    }
+    const auto found = FindInRegFile(file, kKey, u"v");
+    Require(found.has_value() == HasHeader(text), "a key that is well written is found in a registry file");
+    if (!found) return;
+    Require(!found->isDenied || text.find(u";deny") != std::u16string_view::npos,
+            "a key is denied where the file says so");
     Require(found->value && found->value->type == NPlatform::kRegistryNumber && !found->value->isDenied &&
                 found->value->data.size() == 4 && found->value->data[0] == std::byte{0xCD},
             "a value that is well written is found");
