@@ -100,16 +100,24 @@ def write_csv(rows, separator, encoding):
     Path("in.csv").write_bytes(table.getvalue().encode(encoding))
 
 
+def workbook_cell(text):
+    """A whole number that every source writes alike is now and then a number in the workbook."""
+    if not text:
+        return "<c/>"
+    if re.fullmatch("0|[1-9][0-9]{0,5}", text) and random.choice([True, False]):
+        return f"<c><v>{text}</v></c>"
+    escaped = escape(text, {"\r": "&#13;"})
+    return f'<c t="inlineStr"><is><t xml:space="preserve">{escaped}</t></is></c>'
+
+
 def write_workbook(rows):
     with zipfile.ZipFile("in.xlsx", "w") as parts:
         parts.writestr("_rels/.rels", RELATIONSHIPS % ("officeDocument", "w.xml"))
         parts.writestr("_rels/w.xml.rels", RELATIONSHIPS % ("worksheet", "s.xml"))
         parts.writestr("w.xml", f'<workbook {MAIN} xmlns:r="{OFFICE}"><sheets><sheet name="DTC" sheetId="1" r:id="a"/>'
                        "</sheets></workbook>")
-        cell = '<c t="inlineStr"><is><t xml:space="preserve">%s</t></is></c>'
-        parts.writestr("s.xml", f"<worksheet {MAIN}><sheetData>" + "".join("<row>" + "".join(
-            cell % escape(text, {"\r": "&#13;"}) if text else "<c/>" for text in row) + "</row>" for row in rows)
-            + "</sheetData></worksheet>")
+        parts.writestr("s.xml", f"<worksheet {MAIN}><sheetData>" + "".join(
+            "<row>" + "".join(map(workbook_cell, row)) + "</row>" for row in rows) + "</sheetData></worksheet>")
 
 
 def convert(*arguments):
