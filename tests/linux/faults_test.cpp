@@ -454,6 +454,11 @@ class LongRun : public Conversions {
         bool isGood;
     };
 
+    static std::size_t MemoryInUse() {
+        const struct mallinfo2 memory = mallinfo2();
+        return memory.uordblks + memory.hblkhd;  // large blocks are mapped on their own
+    }
+
     // Converts the inputs again and again. Once it has settled, no conversion may leave more memory behind
     // than so many bytes. XLS2TKI_TEST_CONVERSIONS sets how many there are; the default is for every day.
     void Repeat(const std::vector<Input>& inputs, double mostBytes) {
@@ -462,10 +467,10 @@ class LongRun : public Conversions {
         const std::size_t settling = rounds / 4;
         std::size_t before = 0;
         for (std::size_t round = 0; round < rounds && !HasFailure(); ++round) {
-            if (round == settling) before = mallinfo2().uordblks;
+            if (round == settling) before = MemoryInUse();
             for (const Input& input : inputs) EXPECT_EQ(Convert(input.importType, input.path), input.isGood);
         }
-        const std::size_t after = mallinfo2().uordblks;
+        const std::size_t after = MemoryInUse();
         std::printf("Memory in use: %zu bytes, at the end %zu.\n", before, after);
         const auto count = static_cast<double>((rounds - settling) * inputs.size());
         constexpr double kAtHand = 4000;  // what was freed and the allocator keeps to use again
