@@ -12,7 +12,8 @@
 
 namespace NCli {
 
-// The arguments behind the command's name, as UTF-8 where the system says what their characters are.
+// The arguments behind the command's name, as UTF-8 where the system says what their characters are. Throws
+// WrongUsage for one with a surrogate that has no partner.
 std::vector<std::string> ReadArguments(int count, const char* const* values);
 
 // Between paths and the command line's bytes; nothing is lost.

@@ -12,6 +12,7 @@
 #include <iterator>
 #include <system_error>
 
+#include "cli/failure.h"
 #include "cli/text.h"
 #include "cli/windows/handle.h"
 
@@ -45,7 +46,14 @@ std::vector<std::string> ReadArguments(int, const char* const*) {
     int count = 0;
     const std::unique_ptr<LPWSTR, FreeLocal> values(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> arguments;
-    for (int index = 1; index < count; ++index) arguments.push_back(EncodeUtf8(values.get()[index]));
+    for (int index = 1; index < count; ++index) {
+        const std::wstring given = values.get()[index];
+        arguments.push_back(EncodeUtf8(given));
+        // A file with half a character in its name would become another one.
+        if (DecodeUtf8(arguments.back()).text != given) {
+            throw WrongUsage("The argument \"" + arguments.back() + "\" holds half a character.");
+        }
+    }
     return arguments;
 }
 
