@@ -20,8 +20,8 @@ target_compile_definitions(rooms_test PRIVATE
     XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
 add_dependencies(rooms_test xls2tki-odbc)
 
-# The ODBC driver, from the inside and, as the driver manager loads it, from the outside.
-add_executable(odbc_driver_test odbc_driver_test.cpp odbc_program_test.cpp)
+# The ODBC driver, from the inside and from the outside, as the driver manager loads it and alone.
+add_executable(odbc_driver_test odbc_alone_test.cpp odbc_driver_test.cpp odbc_program_test.cpp)
 target_link_libraries(odbc_driver_test PRIVATE xls2tki_odbc_room xls2tki_workbook GTest::gtest_main)
 target_compile_definitions(odbc_driver_test PRIVATE XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
 add_dependencies(odbc_driver_test xls2tki-odbc)
