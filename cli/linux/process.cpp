@@ -13,7 +13,6 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 #include <thread>
 #include <utility>
