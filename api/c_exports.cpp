@@ -1,3 +1,5 @@
+#include <cstddef>
+#include <cstring>
 #include <exception>
 #include <new>
 #include <string>
@@ -6,6 +8,7 @@
 
 #include "api/conversion.h"
 #include "api/outcome.h"
+#include "api/structure_size.h"
 #include "api/xls2tki.h"
 #include "api/xls2tki_c.h"
 #include "platform/automation.h"
@@ -13,8 +16,15 @@
 
 namespace {
 
+using NXls2Tki::HasKnownSize;
 using NXls2Tki::WideString;
 using NXls2Tki::WideStringSet;
+
+// Of the first version. New members go to the end and begin behind any padding, which an older host leaves as
+// it is.
+constexpr std::size_t kFirstConversionSize =
+    offsetof(Xls2TkiConversion, diagnosticInstance) + sizeof(Xls2TkiConversion::diagnosticInstance);
+constexpr std::size_t kFirstFactsSize = offsetof(Xls2TkiFacts, items) + sizeof(Xls2TkiFacts::items);
 
 WideString Wide(std::u16string_view text) { return {text.begin(), text.end()}; }
 
@@ -75,6 +85,28 @@ WideStringSet SetOf(const Xls2TkiNames& names) {
     return set;
 }
 
+Xls2TkiConversion WithAllMembers(const Xls2TkiConversion* conversion) {
+    if (!HasKnownSize(conversion, kFirstConversionSize)) {
+        throw VCSVReader::VParserException(u"The conversion was made for another version of the library.");
+    }
+    Xls2TkiConversion whole{};
+    std::memcpy(&whole, conversion, conversion->size);
+    return whole;
+}
+
+bool Convert(const Xls2TkiConversion& conversion) {
+    const WideString variant = Wide(NXls2Tki::kDefaultVariant);
+    const WideString instance = Wide(NXls2Tki::kDefaultDiagnosticInstance);
+    const auto importType = static_cast<NXls2Tki::VImportType>(conversion.importType);
+    return NXls2Tki::Xls2TkiConvert(
+        conversion.inputPath, conversion.worksheetName, conversion.outputPath, importType,
+        conversion.forwardMessages, conversion.separator, SetOf(conversion.vsgNames),
+        SetOf(conversion.secondNames), SetOf(conversion.thirdNames),
+        conversion.variant == nullptr ? variant.c_str() : conversion.variant,
+        conversion.diagnosticInstance == nullptr ? instance.c_str() : conversion.diagnosticInstance,
+        conversion.utf8);
+}
+
 }  // namespace
 
 bool xls2tki_init_ole(bool silent) {
@@ -82,22 +114,7 @@ bool xls2tki_init_ole(bool silent) {
 }
 
 bool xls2tki_convert(const Xls2TkiConversion* conversion) {
-    return Run([conversion] {
-        if (conversion == nullptr || conversion->size != sizeof(Xls2TkiConversion)) {
-            throw VCSVReader::VParserException(
-                u"The conversion was made for another version of the library.");
-        }
-        const WideString variant = Wide(NXls2Tki::kDefaultVariant);
-        const WideString instance = Wide(NXls2Tki::kDefaultDiagnosticInstance);
-        const auto importType = static_cast<NXls2Tki::VImportType>(conversion->importType);
-        return NXls2Tki::Xls2TkiConvert(
-            conversion->inputPath, conversion->worksheetName, conversion->outputPath, importType,
-            conversion->forwardMessages, conversion->separator, SetOf(conversion->vsgNames),
-            SetOf(conversion->secondNames), SetOf(conversion->thirdNames),
-            conversion->variant == nullptr ? variant.c_str() : conversion->variant,
-            conversion->diagnosticInstance == nullptr ? instance.c_str() : conversion->diagnosticInstance,
-            conversion->utf8);
-    });
+    return Run([conversion] { return Convert(WithAllMembers(conversion)); });
 }
 
 bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
@@ -116,18 +133,19 @@ bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
 
 bool xls2tki_facts(Xls2TkiFacts* facts) {
     const auto& found = NXls2Tki::LastOutcome().facts;
-    if (!found || facts == nullptr || facts->size != sizeof(Xls2TkiFacts)) return false;
-    *facts = {.size = sizeof(Xls2TkiFacts),
-              .layout = static_cast<std::int32_t>(found->layout),
-              .hexDigits = found->notation.hexDigits,
-              .saeCodes = found->notation.saeCodes,
-              .rows = found->rows,
-              .columns = found->columns,
-              .endColumn = found->endColumn,
-              .columnsWithoutHeader = found->columnsWithoutHeader.data(),
-              .columnsWithoutHeaderCount = found->columnsWithoutHeader.size(),
-              .itemColumns = found->itemColumns,
-              .items = found->items};
+    if (!found || !HasKnownSize(facts, kFirstFactsSize)) return false;
+    const Xls2TkiFacts whole = {.size = facts->size,
+                                .layout = static_cast<std::int32_t>(found->layout),
+                                .hexDigits = found->notation.hexDigits,
+                                .saeCodes = found->notation.saeCodes,
+                                .rows = found->rows,
+                                .columns = found->columns,
+                                .endColumn = found->endColumn,
+                                .columnsWithoutHeader = found->columnsWithoutHeader.data(),
+                                .columnsWithoutHeaderCount = found->columnsWithoutHeader.size(),
+                                .itemColumns = found->itemColumns,
+                                .items = found->items};
+    std::memcpy(facts, &whole, whole.size);
     return true;
 }
 

@@ -6,6 +6,10 @@
  * with a zero; a null pointer is the empty text. What is passed in is only read, and needs to stay valid no
  * longer than the call. What is handed out belongs to the library.
  *
+ * Some structures begin with their size, which the caller sets. Later versions add members at their end, so
+ * that a host that was built with an older header keeps working: members that its structure lacks count as
+ * zero, or are not filled in. A structure that is larger than the library's own is refused.
+ *
  * A function that returns false has not done its work, and xls2tki_message() tells the user why; that
  * includes failures in the midst of Excel's work and exhausted memory. Nothing is thrown. */
 #ifndef XLS2TKI_C_H
@@ -54,7 +58,7 @@ enum {
 /* One conversion; members that are not set are to be zero. Each is the parameter of the same name in
  * xls2tki.h, but a null variant or diagnosticInstance is the one that the short forms there have. */
 typedef struct {
-    size_t size; /* sizeof(Xls2TkiConversion): a later version may have more members */
+    size_t size; /* sizeof(Xls2TkiConversion) */
     const Xls2TkiChar* inputPath;
     const Xls2TkiChar* worksheetName;
     const Xls2TkiChar* outputPath;
@@ -78,7 +82,7 @@ enum {
 
 /* What a document was made of, to be compared with what was expected. Columns count from 0. */
 typedef struct {
-    size_t size; /* sizeof(Xls2TkiFacts), set by the caller: a later version may have more members */
+    size_t size; /* sizeof(Xls2TkiFacts), set by the caller */
     int32_t layout;
     /* A letter A to F in the first column made numbers without 0x hexadecimal; with XLS2TKI_SINGLE_NUMBER
      * only. */
@@ -105,7 +109,7 @@ XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 
 /* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next
  * conversion. False, with `facts` as they were: the conversion failed, there was none, or `facts->size` is
- * that of another version. The message of the conversion stays. */
+ * refused. The message of the conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
 /* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they

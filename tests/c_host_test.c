@@ -75,9 +75,12 @@ static void Convert(const char* data, const char* folder) {
     conversion.importType = 3;
     EXPECT(!xls2tki_convert(&conversion));
     EXPECT(MessageIs("Import type not supported"));
-    conversion.size = 1;
-    EXPECT(!xls2tki_convert(&conversion));
-    EXPECT(MessageIs("The conversion was made for another version of the library."));
+    for (int unknown = -1; unknown <= 1; unknown += 2) {
+        conversion.size = sizeof conversion + (size_t)unknown;
+        EXPECT(!xls2tki_convert(&conversion));
+        EXPECT(MessageIs("The conversion was made for another version of the library."));
+    }
+    EXPECT(!xls2tki_convert(NULL));
 }
 
 /* What became of the table, which is put into the folder; nothing is written. */
@@ -112,8 +115,10 @@ static void TellFacts(const char* folder) {
 
     EXPECT(FindFacts(folder, "DTC;T\nP0123;t\n", &facts));
     EXPECT(facts.layout == XLS2TKI_SINGLE_NUMBER && facts.saeCodes && !facts.hexDigits);
-    facts.size = 1;
+    facts.size = sizeof facts + 1;
     EXPECT(!xls2tki_facts(&facts));
+    facts.size = 1;
+    EXPECT(!xls2tki_facts(&facts) && !xls2tki_facts(NULL));
     EXPECT(!FindFacts(folder, "DTC;T\nP4123;t\n", &facts) && facts.columns == 0);
 }
 
