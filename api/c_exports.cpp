@@ -114,6 +114,7 @@ bool xls2tki_init_ole(bool silent) {
 }
 
 bool xls2tki_convert(const Xls2TkiConversion* conversion) {
+    NXls2Tki::EmptyLastOutcome();
     return Run([conversion] { return Convert(WithAllMembers(conversion)); });
 }
 

@@ -119,8 +119,6 @@ bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
 
 bool Convert(const ConversionRequest& request, Outcome& outcome) {
     VLogObject log(request.forwardMessages);
-    outcome.messageText.clear();
-    outcome.facts.reset();
     LogUser(log);
     try {
         return Run(request, log, outcome);

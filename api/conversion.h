@@ -31,7 +31,7 @@ struct ConversionRequest {
     bool utf8;
 };
 
-// Empties the outcome and puts the facts there, and as its message text the last progress line with its
+// Puts the facts into the outcome, which is empty, and as its message text the last progress line with its
 // stamp, or the reason when it returns false. Where Excel's version is not known, a warning stands there in
 // between, and remains when an exception passes out. The output file is opened only when the document is
 // complete and the memory to write it is there. Whether it can be written is not checked.

@@ -34,7 +34,7 @@ const std::set<std::u16string>& Inside(const Set& names, std::set<std::u16string
 
 }  // namespace
 
-Outcome& LastOutcome() { return lastOutcome; }
+Outcome& LastOutcome() noexcept { return lastOutcome; }
 
 bool XlsInitOle(bool silent) {
     const NPlatform::ModuleState moduleState;
@@ -53,6 +53,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, co
                     const WideStringSet& vsgNames, const WideStringSet& secondNames,
                     const WideStringSet& thirdNames, const WideChar* variant,
                     const WideChar* diagnosticInstance, bool utf8) {
+    EmptyLastOutcome();
     const NPlatform::ModuleState moduleState;
     const std::u16string input = Inside(inputPath);
     const std::u16string worksheet = Inside(worksheetName);
@@ -77,6 +78,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImpo
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,
                     bool forwardMessages, WideChar separator, const WideStringSet& vsgNames,
                     const WideStringSet& secondNames, bool utf8) {
+    EmptyLastOutcome();
     const WideString variant = Outside(kDefaultVariant);
     const WideString instance = Outside(kDefaultDiagnosticInstance);
     return Xls2TkiConvert(inputPath, outputPath, importType, forwardMessages, separator, vsgNames,

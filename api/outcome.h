@@ -13,6 +13,9 @@ struct Outcome {
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
 };
 
-Outcome& LastOutcome();
+Outcome& LastOutcome() noexcept;
+
+// The first step of each operation that converts, before anything can fail.
+inline void EmptyLastOutcome() noexcept { LastOutcome() = {}; }
 
 }  // namespace NXls2Tki

@@ -80,7 +80,11 @@ static void Convert(const char* data, const char* folder) {
         EXPECT(!xls2tki_convert(&conversion));
         EXPECT(MessageIs("The conversion was made for another version of the library."));
     }
-    EXPECT(!xls2tki_convert(NULL));
+    Xls2TkiFacts none = {.size = sizeof none};
+    conversion.size = sizeof conversion;
+    conversion.importType = XLS2TKI_CSV;
+    EXPECT(xls2tki_convert(&conversion) && xls2tki_facts(&none));
+    EXPECT(!xls2tki_convert(NULL) && !xls2tki_facts(&none));
 }
 
 /* What became of the table, which is put into the folder; nothing is written. */

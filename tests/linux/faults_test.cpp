@@ -18,6 +18,7 @@
 #include <functional>
 #include <new>
 
+#include "api/xls2tki.h"
 #include "api/xls2tki_c.h"
 #include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
@@ -285,6 +286,9 @@ class Faults : public Conversions, public testing::WithParamInterface<Kind> {
             isReached = fault.End();
             EXPECT_TRUE(isDone || isReached);
             EXPECT_NE(*xls2tki_message(), 0);
+            Xls2TkiFacts facts{};
+            facts.size = sizeof facts;
+            EXPECT_EQ(xls2tki_facts(&facts), isDone);
             check(isDone);
             ExpectConversion();
         }
@@ -320,6 +324,21 @@ TEST_F(Conversions, ExplainALackOfMemoryThatKeepsTheMessage) {
     EXPECT_TRUE(allocation.End());
     EXPECT_EQ(std::u16string(message), u"There is not enough memory.");
     EXPECT_TRUE(std::u16string(xls2tki_message()).starts_with(u"Error opening inputfile:"));
+}
+
+TEST_F(Conversions, LeaveNothingOfTheOneBeforeWhereMemoryEndsAtOnce) {
+    const std::u16string input = folder_.Put("table", "DTC;Text\n1;a\n");
+    const auto convert = [&] {
+        return NXls2Tki::Xls2TkiConvert(input.c_str(), output_.c_str(), NXls2Tki::ImportTypeCSV, false, u';',
+                                        false);
+    };
+    for (int number = 1; number < 10; ++number) {
+        EXPECT_TRUE(convert());
+        allocation.Begin(number, true);
+        EXPECT_THROW(convert(), std::bad_alloc);
+        EXPECT_TRUE(allocation.End());
+        EXPECT_EQ(*NXls2Tki::GetLoggedMessages(), 0) << number;
+    }
 }
 
 TEST_P(Faults, OfMemoryLeaveTheOutputWhole) {
