@@ -8,11 +8,10 @@
 namespace VSimpleXMLCreation {
 
 // The 32-bit number of one DTC text. Three notations are understood:
-//   SAE J2012   a system letter (P, C, B or U) and 2, 4, 6 or 8 hexadecimal digits, as in P0123. The letter
-//   becomes
-//               the two top bits of the number; the first digit, at most 3, the next two.
-//   hexadecimal with or without a leading 0x
-//   decimal     as DecimalValue reads it
+//   SAE J2012    a system letter (P, C, B or U) and 2, 4, 6 or 8 hexadecimal digits, as in P0123; the letter
+//                becomes the two top bits of the number, the first digit, at most 3, the next two
+//   hexadecimal  with or without a leading 0x
+//   decimal      as DecimalValue reads it
 // Of hexadecimal digits lower-case letters are taken like upper-case ones. No other character is rejected: it
 // adds its code less 48 (up to U+0040) or less 55 to the number's bits. Digits beyond the eighth from the
 // right are lost.

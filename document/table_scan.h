@@ -11,9 +11,10 @@ namespace VSimpleXMLCreation {
 
 // How the first column writes its numbers.
 struct NumberNotation {
-    bool hexDigits = false;  // some data cell holds a letter from A to F, in either case
-    bool saeCodes =
-        false;  // some data cell has 5 or 7 characters and begins with P, B, C or U, in either case
+    // Some data cell holds a letter from A to F, in either case.
+    bool hexDigits = false;
+    // Some data cell has 5 or 7 characters and begins with P, B, C or U, in either case.
+    bool saeCodes = false;
 };
 
 // Looks at the first cell of each data row, from the iterator's position on.
@@ -26,10 +27,12 @@ std::vector<bool> FindSkippedColumns(VCSVReader::VHeapIterator& iterator, VCSVRe
 
 // What the first columns mean, told by the first two header cells. Their case does not matter, blanks do.
 enum class TableLayout {
-    SingleNumber,        // DTC number, description
-    J1939,               // SPN, FMI, description: "SPN" and "FMI"
-    BaseAndFailureType,  // base DTC, failure type byte, description: "BASEDTC" and "FTB", or "DTC" and
-                         // "FAILURE TYPE"
+    // DTC number, description.
+    SingleNumber,
+    // SPN, FMI, description: "SPN" and "FMI".
+    J1939,
+    // Base DTC, failure type byte, description: "BASEDTC" and "FTB", or "DTC" and "FAILURE TYPE".
+    BaseAndFailureType,
 };
 
 TableLayout DetectLayout(const VCSVReader::VTableRow& header);

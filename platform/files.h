@@ -20,10 +20,12 @@ extern Replaceable<bool(std::u16string_view path, std::u16string& fullPath)> Fin
 extern Replaceable<void(std::u16string_view path)> RemoveFile;
 
 enum class TextEncoding {
-    EightBit,  // each byte is the character of the same value
-    Utf8,  // a byte-order mark at the start is left out; a malformed sequence becomes one U+FFFD, divided as
-           // the Unicode standard recommends. A file that begins with the UTF-16 little-endian mark is
-           // read as that, as the Windows runtime does; no other mark is special.
+    // Each byte is the character of the same value.
+    EightBit,
+    // A byte-order mark at the start is left out; a malformed sequence becomes one U+FFFD, divided as the
+    // Unicode standard recommends. A file that begins with the UTF-16 little-endian mark is read as that, as
+    // the Windows runtime does; no other mark is special.
+    Utf8,
 };
 
 enum class TextFileResult {

@@ -17,9 +17,9 @@ enum class ExcelGeneration { Excel2000, Excel2007, Excel2010 };
 // that keep Excel quiet (see the table in excel_heap.cpp).
 //
 // The input file is checked before Excel is started, except with Excel 2010, which gets the name as it was
-// given. Excel runs hidden, without alerts and events, from 2007 on without macros. No message
-// about a failure has more than 2047 characters; where Excel does not start, or Excel 2000 refuses the file,
-// it shows at most 1023 of the description.
+// given. Excel runs hidden, without alerts and events, from 2007 on without macros. No message about
+// a failure has more than 2047 characters; where Excel does not start, or Excel 2000 refuses the file, it
+// shows at most 1023 of the description.
 //
 // A worksheet whose data is the one cell A1 is a table of one row and one column.
 template <ExcelGeneration kGeneration>

@@ -13,8 +13,8 @@ namespace VCSVReader {
 //
 // Errors: VParserException holds a sentence for the user. NPlatform::DispatchException is a failure that
 // Excel reports for a call, NPlatform::OleException a call that did not reach it; both pass out of every
-// operation, the failures apart that OpenWorkbook logs. Where there is no workbook, those that
-// read, add, select or delete a worksheet or save throw VParserException "No Workbook".
+// operation, the failures apart that OpenWorkbook logs. Where there is no workbook, those that read, add,
+// select or delete a worksheet or save throw VParserException "No Workbook".
 class IExcelHeap : public V2DVectorHeap {
   public:
     using V2DVectorHeap::V2DVectorHeap;

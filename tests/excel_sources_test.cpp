@@ -131,8 +131,7 @@ std::unique_ptr<IExcelHeap> MakeSource(char generation, std::u16string_view path
 }
 
 // A section of excel_calls.txt for one generation: "07X|line" is for those whose letter stands before the
-// bar,
-// "@name" another section.
+// bar, "@name" another section.
 std::string CallsOf(const std::string& name, char generation) {
     static const std::string all = NTest::ReadBytes(XLS2TKI_TEST_DATA "/excel_calls.txt");
     const std::size_t begin = all.find("[" + name + "]\n") + name.size() + 3;
