@@ -15,8 +15,8 @@
 // thread at a time, and convert Excel workbooks on the thread that called XlsInitOle. Every call returns only
 // when its work is done; no threads are started.
 //
-// Between calls it holds one buffer, of three bytes for each character of the largest document so far at
-// most; it is for the next conversion to use again.
+// Between calls it keeps one buffer for the next conversion. The buffer is smaller than six bytes for each
+// character of the largest document so far, of which a conversion uses at most three.
 //
 // Excel workbooks are read by driving the Excel that the system's registry names as the current one. A system
 // without Excel has one inside the library, of which it says by default that it is Excel 2010; there, the
@@ -74,8 +74,10 @@ XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 //   inputPath           the workbook or CSV file; with ODBC a name without ';' that does not begin with '{':
 //                       it becomes part of a connect string as it is, where such a name could stand for
 //                       another file, and even for another driver to load
-//   worksheetName       the worksheet of an Excel workbook, as GetExcelWorksheets lists it; empty: the first;
-//                       CSV, ODBC and Excel 2003 ignore it
+//   worksheetName       the worksheet of an Excel workbook, exactly as GetExcelWorksheets lists it; empty:
+//                       the first. A name that the workbook does not have is no failure: the last worksheet
+//                       is read. So list the names first and refuse any other. CSV, ODBC and Excel 2003
+//                       ignore the name
 //   outputPath          the import document: UTF-8, lines ended by CR LF; created, or emptied if it exists
 //   importType          what reads the input; any other value is refused
 //   forwardMessages     also pass each progress message to the host's logging library

@@ -103,8 +103,9 @@ typedef struct {
 /* As XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 
-/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. With
- * an empty output path all is done but nothing is written. */
+/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. A
+ * worksheetName that the workbook does not have is no failure: the last worksheet is read. Pass only names
+ * that xls2tki_list_worksheets gives. With an empty output path all is done but nothing is written. */
 XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 
 /* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next
