@@ -145,7 +145,8 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
                                 .columnsWithoutHeader = found->columnsWithoutHeader.data(),
                                 .columnsWithoutHeaderCount = found->columnsWithoutHeader.size(),
                                 .itemColumns = found->itemColumns,
-                                .items = found->items};
+                                .items = found->items,
+                                .written = NXls2Tki::LastOutcome().isWritten};
     std::memcpy(facts, &whole, whole.size);
     return true;
 }

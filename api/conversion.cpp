@@ -99,6 +99,14 @@ void TellEnd(VLogObject& log, std::u16string& messageText) {
     }
 }
 
+// Whether the whole document is in the output, as far as the system says.
+bool WriteDocument(const TextBuffer& document, std::u16string_view path) {
+    NPlatform::TextOutputStream stream(path);
+    NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
+    serializer.Write(document.View());
+    return stream.Close() && NTamriskUtil::LastConversionStatus() == NTamriskUtil::ConversionStatus::Done;
+}
+
 bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
     const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, outcome.messageText);
     if (source == nullptr) return false;
@@ -107,9 +115,7 @@ bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
     outcome.messageText = log.LastLine();
-    NPlatform::TextOutputStream stream(request.outputPath);
-    NTamriskUtil::NXml::VUTF8Serializer serializer(stream, kPrecision);
-    serializer.Write(document.View());
+    outcome.isWritten = WriteDocument(document, request.outputPath);
     TellEnd(log, outcome.messageText);
     outcome.facts = std::move(facts);
     return true;

@@ -34,7 +34,8 @@ struct ConversionRequest {
 // Puts the facts into the outcome, which is empty, and as its message text the last progress line with its
 // stamp, or the reason when it returns false. Where Excel's version is not known, a warning stands there in
 // between, and remains when an exception passes out. The output file is opened only when the document is
-// complete and the memory to write it is there. Whether it can be written is not checked.
+// complete and the memory to write it is there. Whether it could be written stands in the outcome; the return
+// value does not depend on it.
 //
 // Throws what reading throws: NPlatform::DispatchException and NPlatform::OleException where Excel fails.
 bool Convert(const ConversionRequest& request, Outcome& outcome);

@@ -98,14 +98,20 @@ typedef struct {
     size_t columnsWithoutHeaderCount;
     size_t itemColumns; /* columns that became record items */
     size_t items;       /* record items of all DTCs; an empty cell is none */
+    /* The output was opened, the whole document was written to it, and the system reported no failure at
+     * closing either. False where the output path is empty. What a later failure of the disk may take is not
+     * known here: a host that needs to be sure flushes the file (fsync, FlushFileBuffers) before it relies on
+     * it. */
+    bool written;
 } Xls2TkiFacts;
 
 /* As XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 
-/* As Xls2TkiConvert: false leaves the output as it was, true does not tell whether it could be written. A
- * worksheetName that the workbook does not have is no failure: the last worksheet is read. Pass only names
- * that xls2tki_list_worksheets gives. With an empty output path all is done but nothing is written. */
+/* As Xls2TkiConvert: false leaves the output as it was; true does not say whether it could be written, which
+ * xls2tki_facts() does. A worksheetName that the workbook does not have is no failure: the last worksheet is
+ * read. Pass only names that xls2tki_list_worksheets gives. With an empty output path all is done but nothing
+ * is written. */
 XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 
 /* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next

@@ -76,6 +76,10 @@ class TextOutputStream : public std::ostream {
     explicit TextOutputStream(std::u16string_view path);
     ~TextOutputStream() override;
 
+    // Writes what is left and closes the file. Call it last, at most once. True: the file was opened, all
+    // that went into the stream was written, and the system reported no failure at closing either.
+    bool Close();
+
   private:
     class Buffer;
     std::unique_ptr<Buffer> buffer_;

@@ -17,6 +17,10 @@ class TextOutputStream::Buffer : public std::streambuf {
     Buffer& operator=(const Buffer&) = delete;
 
     [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+    bool Close() {
+        const bool isWritten = Flush();
+        return file_.IsOpen() && file_.Close() && isWritten;
+    }
 
   protected:
     int_type overflow(int_type character) override {
@@ -81,5 +85,10 @@ TextOutputStream::TextOutputStream(std::u16string_view path)
 }
 
 TextOutputStream::~TextOutputStream() = default;
+
+bool TextOutputStream::Close() {
+    if (!buffer_->Close()) setstate(badbit);
+    return good();
+}
 
 }  // namespace NPlatform

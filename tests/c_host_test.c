@@ -111,7 +111,7 @@ static void TellFacts(const char* folder) {
     EXPECT(facts.layout == XLS2TKI_BASE_AND_FAILURE_TYPE && facts.hexDigits && !facts.saeCodes);
     EXPECT(facts.rows == 2 && facts.columns == 8 && facts.endColumn == 6);
     EXPECT(facts.columnsWithoutHeaderCount == 1 && facts.columnsWithoutHeader[0] == 3);
-    EXPECT(facts.itemColumns == 2 && facts.items == 3);
+    EXPECT(facts.itemColumns == 2 && facts.items == 3 && !facts.written);
 
     EXPECT(FindFacts(folder, "SPN;FMI;T\n", &facts));
     EXPECT(facts.layout == XLS2TKI_SPN_FMI && facts.rows == 0 && facts.items == 0);

@@ -17,9 +17,9 @@ class FileDescriptor {
 
     [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
     [[nodiscard]] int Get() const { return descriptor_; }
-    void Close() {
-        if (IsOpen()) close(std::exchange(descriptor_, -1));
-    }
+    // Some file systems report only here that they could not write. False: so did this one, or nothing is
+    // open. Closed it is in any case.
+    bool Close() { return IsOpen() && close(std::exchange(descriptor_, -1)) == 0; }
 
   private:
     int descriptor_;

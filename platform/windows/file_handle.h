@@ -19,9 +19,8 @@ class FileHandle {
 
     [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
     [[nodiscard]] HANDLE Get() const { return handle_; }
-    void Close() {
-        if (IsOpen()) CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE));
-    }
+    // False: the system reported a failure, or nothing is open. Closed it is in any case.
+    bool Close() { return IsOpen() && CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE)) != 0; }
 
   private:
     HANDLE handle_;

@@ -82,6 +82,8 @@ OutputFile::OutputFile(std::u16string_view path) : system_(std::make_unique<Syst
 
 OutputFile::~OutputFile() = default;
 
+bool OutputFile::Close() { return system_->file.Close(); }
+
 bool OutputFile::Write(const char* bytes, std::size_t count) const {
     while (count > 0) {
         DWORD written = 0;

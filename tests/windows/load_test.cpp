@@ -77,7 +77,7 @@ void CallForC(const LoadedLibrary& library, Text input, VImportType type, Text o
     EXPECT_TRUE(library.Find<decltype(xls2tki_convert)>("xls2tki_convert")(&conversion));
     Xls2TkiFacts facts{};
     facts.size = sizeof facts;
-    EXPECT_TRUE(library.Find<decltype(xls2tki_facts)>("xls2tki_facts")(&facts) && facts.rows > 0);
+    EXPECT_TRUE(library.Find<decltype(xls2tki_facts)>("xls2tki_facts")(&facts) && facts.written);
     EXPECT_STRNE(library.Find<decltype(xls2tki_message)>("xls2tki_message")(), L"");
     Xls2TkiNames names{};
     const auto list = library.Find<decltype(xls2tki_list_worksheets)>("xls2tki_list_worksheets");
