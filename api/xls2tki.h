@@ -69,7 +69,8 @@ XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 
 // Converts one table. The input is read completely and the document is complete before the output is opened:
 // a conversion that returns false leaves the output as it was. Whether the output could be created and
-// written is not part of the result: look at the file.
+// written is not part of the result: `written` of xls2tki_facts() in xls2tki_c.h tells it, after this
+// function, too.
 //
 //   inputPath           the workbook or CSV file; with ODBC a name without ';' that does not begin with '{':
 //                       it becomes part of a connect string as it is, where such a name could stand for

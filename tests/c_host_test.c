@@ -119,6 +119,8 @@ static void TellFacts(const char* folder) {
 
     EXPECT(FindFacts(folder, "DTC;T\nP0123;t\n", &facts));
     EXPECT(facts.layout == XLS2TKI_SINGLE_NUMBER && facts.saeCodes && !facts.hexDigits);
+    facts = (Xls2TkiFacts){.size = offsetof(Xls2TkiFacts, written), .written = true}; /* as first released */
+    EXPECT(xls2tki_facts(&facts) && facts.rows == 1 && facts.items == 0 && facts.written);
     facts.size = sizeof facts + 1;
     EXPECT(!xls2tki_facts(&facts));
     facts.size = 1;

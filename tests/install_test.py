@@ -87,9 +87,12 @@ class Installed:
         """The hosts in the folder convert and list, and tell why they cannot."""
         self.run(folder / "cpp_host", EXAMPLES / "powertrain.csv", "cpp.xml", **environment)
         check_same(self.work / "cpp.xml", "powertrain.xml")
-        failed = subprocess.run([folder / "cpp_host", "none.csv", "cpp.xml"], cwd=self.work, capture_output=True,
-                                env=dict(self.environment, **environment), check=False)
-        assert failed.returncode == 1 and b"none.csv" in failed.stderr, failed
+        for host, *arguments in [("cpp_host", "none.csv", "cpp.xml"),
+                                 ("cpp_host", EXAMPLES / "powertrain.csv", "none/cpp.xml"),
+                                 ("c_host", EXAMPLES / "powertrain.xlsx", "none/c.xml")]:
+            failed = subprocess.run([folder / host, *arguments], cwd=self.work, capture_output=True,
+                                    env=dict(self.environment, **environment), check=False)
+            assert failed.returncode == 1 and b"none" in failed.stderr, failed
         check_same(self.work / "cpp.xml", "powertrain.xml")
         names = self.run(folder / "c_host", EXAMPLES / "powertrain.xlsx", "c.xml", **environment)
         assert names == ["Powertrain", "J1939", "Body"], names

@@ -42,12 +42,19 @@ int main(int count, char** arguments) {
                                     .outputPath = from_bytes(arguments[2], output),
                                     .importType = XLS2TKI_EXCEL};
     Xls2TkiNames worksheets = {0};
+    Xls2TkiFacts facts = {.size = sizeof facts};
     if (!xls2tki_init_ole(true)) return 1;
     if (xls2tki_list_worksheets(conversion.inputPath, &worksheets) && worksheets.count > 0) {
         for (size_t index = 0; index < worksheets.count; ++index) show(stdout, worksheets.texts[index]);
         conversion.worksheetName = worksheets.texts[worksheets.count - 1];
     }
-    if (xls2tki_convert(&conversion)) return 0;
-    show(stderr, xls2tki_message());
-    return 1;
+    if (!xls2tki_convert(&conversion)) {
+        show(stderr, xls2tki_message());
+        return 1;
+    }
+    if (!xls2tki_facts(&facts) || !facts.written) {
+        fprintf(stderr, "%s could not be written.\n", arguments[2]);
+        return 1;
+    }
+    return 0;
 }

@@ -1,33 +1,40 @@
 // A host in C++: converts a CSV table in UTF-8. Usage: host INPUT OUTPUT
 #include <xls2tki.h>
+#include <xls2tki_c.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
+#include <stdexcept>
 
 using namespace NXls2Tki;
 using std::filesystem::path;
 
-// The result of a conversion does not tell whether the document could be written: look for its last line.
-static bool IsComplete(const path& document) {
-    const std::string end = "</TAMRISKIMPORT>\r\n";
-    std::string found(end.size(), ' ');
-    std::ifstream file(document, std::ios::binary);
-    return file.seekg(-18, std::ios::end).read(found.data(), 18) && found == end;
+// The result of a conversion does not tell whether the document was written.
+static bool IsWritten() {
+    Xls2TkiFacts facts = {};
+    facts.size = sizeof facts;
+    return xls2tki_facts(&facts) && facts.written;
 }
 
-int main(int count, char** arguments) {
+int main(int count, char** arguments) try {
     if (count != 3) return 2;
     const path input = arguments[1], output = arguments[2], fresh = output.string() + ".new";
-    const WideString from = input.string<WideChar>(), to = fresh.string<WideChar>();
+    const auto older = symlink_status(output);
+    if (exists(older) && !is_regular_file(older))
+        throw std::runtime_error(output.string() + " is not a regular file.");
     remove(fresh);
+    const WideString from = input.string<WideChar>(), to = fresh.string<WideChar>();
     if (!Xls2TkiConvert(from.c_str(), to.c_str(), ImportTypeCSV, false, ';', true)) {
-        std::cerr << path(GetLoggedMessages()).string() << '\n';  // a path converts any text
-        return 1;
+        throw std::runtime_error(path(GetLoggedMessages()).string());  // a path converts any text
     }
-    if (!IsComplete(fresh)) {
-        std::cerr << arguments[2] << ": could not be written\n";
-        return 1;
+    if (!IsWritten()) {
+        remove(fresh);
+        throw std::runtime_error(output.string() + " could not be written.");
     }
+    if (exists(older)) permissions(fresh, older.permissions());
     rename(fresh, output);
+    return 0;
+} catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
 }

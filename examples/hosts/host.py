@@ -6,7 +6,7 @@ import os
 import sys
 
 library = ctypes.CDLL("xls2tki.dll" if os.name == "nt" else "libxls2tki.so.0")
-library.xls2tki_convert.restype = ctypes.c_bool
+library.xls2tki_convert.restype = library.xls2tki_facts.restype = ctypes.c_bool
 library.xls2tki_message.restype = ctypes.POINTER(ctypes.c_uint16)
 
 EXCEL, CSV = 1, 2
@@ -24,6 +24,14 @@ class Conversion(ctypes.Structure):
                 ("diagnostic_instance", ctypes.c_char_p)]
 
 
+class Facts(ctypes.Structure):
+    _fields_ = [("size", ctypes.c_size_t), ("layout", ctypes.c_int32), ("hex_digits", ctypes.c_bool),
+                ("sae_codes", ctypes.c_bool), ("rows", ctypes.c_size_t), ("columns", ctypes.c_size_t),
+                ("end_column", ctypes.c_size_t), ("columns_without_header", ctypes.POINTER(ctypes.c_size_t)),
+                ("columns_without_header_count", ctypes.c_size_t), ("item_columns", ctypes.c_size_t),
+                ("items", ctypes.c_size_t), ("written", ctypes.c_bool)]
+
+
 def utf16(text):
     return (text + "\0").encode("utf-16-le", "surrogatepass")
 
@@ -39,9 +47,16 @@ def convert(table, document):
     """None, or why it could not be done."""
     conversion = Conversion(size=ctypes.sizeof(Conversion), input_path=utf16(table), output_path=utf16(document),
                             import_type=CSV if table.endswith(".csv") else EXCEL, separator=ord(";"), utf8=True)
-    return None if library.xls2tki_convert(ctypes.byref(conversion)) else message()
+    if not library.xls2tki_convert(ctypes.byref(conversion)):
+        return message()
+    facts = Facts(size=ctypes.sizeof(Facts))
+    written = library.xls2tki_facts(ctypes.byref(facts)) and facts.written
+    return None if written else f"{document} could not be written."
 
 
+if len(sys.argv) < 3 or len(sys.argv) % 2 == 0:
+    sys.exit(__doc__)
+sys.stdout.reconfigure(errors="backslashreplace")  # for names that are no text
 library.xls2tki_init_ole(True)
 failed = False
 for table, document in zip(sys.argv[1::2], sys.argv[2::2]):
