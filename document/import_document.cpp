@@ -24,6 +24,8 @@ namespace {
 
 using NameSet = std::set<std::u16string>;
 
+constexpr std::size_t kMostOfUnit = 5;  // what a unit becomes when it is escaped
+
 struct ItemTypes {
     const NameSet& vsgNames;
     const NameSet& secondNames;
@@ -71,9 +73,9 @@ class DocumentBuilder {
     void AddModels();
     void AddItemColumn(std::size_t column, std::u16string_view header);
     void SetCellText(VXmlTag& tag, std::u16string_view cell);
-    void RequireRoom(std::size_t size) const;
-    [[nodiscard]] bool FitsSurely(const VTableRow& row) const;
-    [[nodiscard]] std::size_t PrintedSize() const;
+    void TakeRoom(std::size_t size);
+    void RequireFit();
+    [[noreturn]] void RefuseRow() const;
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
     std::uint32_t BaseDtc(std::u16string_view cell);
     std::uint32_t Convert(std::u16string_view cell, NumberNotation notation);
@@ -91,7 +93,8 @@ class DocumentBuilder {
     ItemTypes types_;
     VLogObject& log_;
     std::u16string numberText_;
-    bool fits_ = false;  // whether the current row fits surely
+    std::size_t room_ = NPlatform::kMostUnitsToUtf8;  // for the texts of the current row
+    bool fits_ = false;                               // whether they fit surely
     std::optional<VXmlPrinter> printer_;
 };
 
@@ -143,6 +146,7 @@ void DocumentBuilder::AddHeader(const VTableRow& row) {
     facts_.itemColumns = itemColumns_.size();
     dtcs_->DropChildren();
     printer_.emplace(root_, *dtcs_);
+    RequireFit();
 }
 
 void DocumentBuilder::AddModels() {
@@ -166,7 +170,7 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
     ++facts_.rows;
-    fits_ = FitsSurely(row);
+    fits_ = kMostOfUnit * row.TextSize() <= room_;
     VXmlTag* const dtc = dtcs_->AddChildLike(*dtcModel_);
     VXmlTag* const errorText = dtc->AddChildLike(*errorTextModel_);
     VXmlTag* const record = dtc->AddChildLike(*recordModel_);
@@ -179,34 +183,33 @@ void DocumentBuilder::AddDtc(const VTableRow& row) {
         SetCellText(*record->AddChildLike(*column.model), cell);
         ++facts_.items;
     }
-    if (!fits_) RequireRoom(0);
     printer_->PrintChildren();
+    RequireFit();
 }
 
-// What does not fit is found before its memory is taken. Rows that fit whatever is in their cells, and that
-// is nearly all, are not looked at cell by cell.
+// A text that does not fit is found before its memory is taken. Rows that fit whatever is in their cells, and
+// that is nearly all, are not looked at cell by cell.
 void DocumentBuilder::SetCellText(VXmlTag& tag, std::u16string_view cell) {
-    if (!fits_) RequireRoom(EscapedSize(cell));
+    if (!fits_) TakeRoom(EscapedSize(cell));
     tag.ReferToText(cell);
 }
 
-void DocumentBuilder::RequireRoom(std::size_t size) const {
-    if (PrintedSize() + size <= NPlatform::kMostUnitsToUtf8) return;
+void DocumentBuilder::TakeRoom(std::size_t size) {
+    if (size > room_) RefuseRow();
+    room_ -= size;
+}
+
+// With its markup, after the row was printed.
+void DocumentBuilder::RequireFit() {
+    if (printer_->PrintedSize() > NPlatform::kMostUnitsToUtf8) RefuseRow();
+    room_ = NPlatform::kMostUnitsToUtf8 - printer_->PrintedSize();
+}
+
+void DocumentBuilder::RefuseRow() const {
     throw VSimpleXMLException(NPlatform::Format(
         256,
         u"The import document is too large, at most %d characters can be written. Row [%d] does not fit.",
         {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), static_cast<std::int32_t>(facts_.rows)}));
-}
-
-bool DocumentBuilder::FitsSurely(const VTableRow& row) const {
-    constexpr std::size_t kMostOfUnit = 5;
-    constexpr std::size_t kMostMarkup = 256;  // of a cell, and of the row itself
-    const std::size_t most = kMostOfUnit * row.TextSize() + kMostMarkup * (row.size() + 1);
-    return PrintedSize() + most <= NPlatform::kMostUnitsToUtf8;
-}
-
-std::size_t DocumentBuilder::PrintedSize() const {
-    return printer_ ? printer_->PrintedSize() : root_.PrintedSize();
 }
 
 // With two number columns the second one completes the number, so without it there is none.

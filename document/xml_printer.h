@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
 #include "document/xml_tag.h"
 #include "platform/text_buffer.h"
@@ -25,7 +26,7 @@ class VXmlPrinter {
     // Prints the children that the growing element has now and drops them, with all that was added to the
     // tree since the printer was made.
     void PrintChildren();
-    // How long the text gets with the children so far, printed or not.
+    // How long the text gets with the children that are printed.
     [[nodiscard]] std::size_t PrintedSize() const;
     // The whole text. The printer is of no more use.
     NPlatform::TextBuffer Finish();
@@ -33,10 +34,9 @@ class VXmlPrinter {
   private:
     VXmlTag& growing_;
     std::unique_ptr<VXmlTag::Mark> mark_;  // the tree without the children
-    NPlatform::TextBuffer skeleton_;       // printed without the children
-    std::size_t offset_;                   // of the growing element in it
-    std::size_t emptySize_;                // of that element there, without children
-    NPlatform::TextBuffer text_;
+    NPlatform::TextBuffer text_;           // from the beginning on
+    std::u16string end_;                   // what comes behind the text
+    std::size_t emptySize_ = 0;            // of the growing element in it, while that has no children
     bool hasChildren_ = false;
 };
 

@@ -14,7 +14,7 @@ using NPlatform::TextBuffer;
 VXmlTag::VXmlTag(std::u16string_view name) {
     auto tree = std::make_unique<Tree>(this);
     shape_ = tree->ShapeOf(name);
-    tree.release()->printedSize = OwnSize();
+    tree.release();
 }
 
 VXmlTag::~VXmlTag() {
@@ -23,53 +23,16 @@ VXmlTag::~VXmlTag() {
 
 VXmlTag::Tree& VXmlTag::OwnTree() const { return *shape_->name->tree; }
 
-// What the element itself adds to the printed text.
-std::size_t VXmlTag::OwnSize() const {
-    return shape_->start.size() - 1 + kEmptyEnd.size() + (IsEmpty() ? 0 : ContentCost() + text_.size());
-}
-
-// What an element that is not empty prints more than an empty one, besides its content.
-std::size_t VXmlTag::ContentCost() const { return 1 + shape_->name->close.size() - kEmptyEnd.size(); }
-
-std::size_t VXmlTag::PrintedSize() const {
-    if (OwnTree().owner == this) return OwnTree().printedSize;
-    return OwnSize() + ChildrenSize();
-}
-
-std::size_t VXmlTag::ChildrenSize() const {
-    std::size_t size = 0;
-    if (lastChild_ == nullptr) return size;
-    const VXmlTag* child = lastChild_;
-    do {
-        child = child->next_;
-        size += child->PrintedSize();
-    } while (child != lastChild_);
-    return size;
-}
-
-void VXmlTag::DropChildren() {
-    std::size_t& size = OwnTree().printedSize;
-    size -= OwnSize() + ChildrenSize();
-    lastChild_ = nullptr;
-    size += OwnSize();
-}
+void VXmlTag::DropChildren() { lastChild_ = nullptr; }
 
 VXmlTag* VXmlTag::Adopt(const Shape* shape) {
     Tree& tree = OwnTree();
     tree.nodes.Extend(sizeof(VXmlTag) / sizeof(std::uint64_t));
     auto* const child = new (tree.nodes.Close()) VXmlTag(shape);
-    tree.printedSize += child->OwnSize() + (IsEmpty() ? ContentCost() : 0);
     child->next_ = lastChild_ == nullptr ? child : lastChild_->next_;
     if (lastChild_ != nullptr) lastChild_->next_ = child;
     lastChild_ = child;
     return child;
-}
-
-void VXmlTag::ReplaceText(std::u16string_view text) {
-    std::size_t& size = OwnTree().printedSize;
-    if (!IsEmpty()) size -= ContentCost() + text_.size();
-    text_ = text;
-    if (!IsEmpty()) size += ContentCost() + text_.size();
 }
 
 VXmlTag* VXmlTag::AddChild(std::u16string_view name) { return Adopt(OwnTree().ShapeOf(name)); }
@@ -78,9 +41,7 @@ VXmlTag* VXmlTag::AddChildLike(const VXmlTag& model) { return Adopt(model.shape_
 
 bool VXmlTag::SetAttribute(std::u16string_view name, std::u16string_view value, bool escape) {
     bool isNew = false;
-    OwnTree().printedSize -= OwnSize();
     shape_ = OwnTree().WithAttribute(*shape_, name, value, escape, isNew);
-    OwnTree().printedSize += OwnSize();
     return isNew;
 }
 
@@ -92,60 +53,49 @@ bool VXmlTag::SetNumberAttribute(std::u16string_view name, std::int32_t value) {
     return SetAttribute(name, {units, unitsEnd}, false);
 }
 
-void VXmlTag::SetText(std::u16string_view text, bool escape) { ReplaceText(OwnTree().Store(text, escape)); }
+void VXmlTag::SetText(std::u16string_view text, bool escape) { text_ = OwnTree().Store(text, escape); }
 
 void VXmlTag::ReferToText(std::u16string_view text) {
-    ReplaceText(HasEscaped(text) ? OwnTree().Store(text, true) : text);
+    text_ = HasEscaped(text) ? OwnTree().Store(text, true) : text;
 }
 
 TextBuffer VXmlTag::Print() const {
     TextBuffer text;
-    PrintTo(text.Extend(PrintedSize()));
+    PrintTo(text);
     return text;
 }
 
-char16_t* VXmlTag::PrintTo(char16_t* out) const {
-    if (IsEmpty()) {
-        out = CopyUnits(shape_->start, out) - 1;
-        return CopyUnits(kEmptyEnd, out);
+void VXmlTag::PrintTo(TextBuffer& text, Place* place) const {
+    if (place != nullptr && place->element == this) place->offset = text.Size();
+    text.Append(shape_->start);
+    if (lastChild_ == nullptr && text_.empty()) {
+        text.Truncate(text.Size() - 1);
+        text.Append(kEmptyEnd);
+        return;
     }
-    out = PrintChildrenTo(CopyUnits(shape_->start, out));
-    out = CopyUnits(text_, out);
-    return CopyUnits(shape_->name->close, out);
+    PrintChildrenTo(text, place);
+    text.Append(text_);
+    text.Append(shape_->name->close);
 }
 
-char16_t* VXmlTag::PrintChildrenTo(char16_t* out) const {
-    if (lastChild_ == nullptr) return out;
+void VXmlTag::PrintChildrenTo(TextBuffer& text, Place* place) const {
+    if (lastChild_ == nullptr) return;
     const VXmlTag* child = lastChild_;
     do {
         child = child->next_;
-        out = child->PrintTo(out);
+        child->PrintTo(text, place);
     } while (child != lastChild_);
-    return out;
-}
-
-// Adds what this element prints before `element`, or all that it prints if that is not in it. Tells whether
-// it is.
-bool VXmlTag::AddOffsetOf(const VXmlTag& element, std::size_t& offset) const {
-    if (this == &element) return true;
-    const std::size_t begin = offset;
-    offset += shape_->start.size();
-    const VXmlTag* child = lastChild_;
-    while (child != nullptr) {
-        child = child->next_;
-        if (child->AddOffsetOf(element, offset)) return true;
-        if (child == lastChild_) break;
-    }
-    offset = begin + OwnSize() + ChildrenSize();
-    return false;
 }
 
 TextBuffer VXmlTagRoot::Print() const {
     TextBuffer text;
-    PrintTo(CopyUnits(kDeclaration, text.Extend(PrintedSize())));
+    PrintTo(text);
     return text;
 }
 
-std::size_t VXmlTagRoot::PrintedSize() const { return kDeclaration.size() + VXmlTag::PrintedSize(); }
+void VXmlTagRoot::PrintTo(TextBuffer& text, Place* place) const {
+    text.Append(kDeclaration);
+    VXmlTag::PrintTo(text, place);
+}
 
 }  // namespace VSimpleXMLCreation

@@ -45,12 +45,15 @@ class VXmlTag {
     // The same, escaped. Where nothing has to be escaped the text is not copied: it has to outlive the tree.
     void ReferToText(std::u16string_view text);
 
-    // How many units Print returns.
-    [[nodiscard]] std::size_t PrintedSize() const;
-
   protected:
-    // Writes PrintedSize() units and returns the place behind them.
-    char16_t* PrintTo(char16_t* out) const;
+    // Where in the text an element begins.
+    struct Place {
+        const VXmlTag* element;
+        std::size_t offset = 0;
+    };
+
+    // Appends the element and all below it. Fills in the place of an element among them, unless it is null.
+    void PrintTo(NPlatform::TextBuffer& text, Place* place = nullptr) const;
 
   private:
     friend class VXmlPrinter;
@@ -64,14 +67,8 @@ class VXmlTag {
     explicit VXmlTag(const Shape* shape) : shape_(shape) {}
 
     VXmlTag* Adopt(const Shape* shape);
-    void ReplaceText(std::u16string_view text);
     [[nodiscard]] Tree& OwnTree() const;
-    [[nodiscard]] bool IsEmpty() const { return lastChild_ == nullptr && text_.empty(); }
-    [[nodiscard]] std::size_t OwnSize() const;
-    [[nodiscard]] std::size_t ContentCost() const;
-    [[nodiscard]] std::size_t ChildrenSize() const;
-    char16_t* PrintChildrenTo(char16_t* out) const;
-    bool AddOffsetOf(const VXmlTag& element, std::size_t& offset) const;
+    void PrintChildrenTo(NPlatform::TextBuffer& text, Place* place = nullptr) const;
 
     const Shape* shape_;  // the name and the attributes
     VXmlTag* lastChild_ = nullptr;
@@ -85,8 +82,11 @@ class VXmlTagRoot : public VXmlTag {
     using VXmlTag::VXmlTag;
     ~VXmlTagRoot() override = default;
     [[nodiscard]] NPlatform::TextBuffer Print() const override;
-    // As above; for an element that owns its tree it is known at any time.
-    [[nodiscard]] std::size_t PrintedSize() const;
+
+  private:
+    friend class VXmlPrinter;
+
+    void PrintTo(NPlatform::TextBuffer& text, Place* place = nullptr) const;
 };
 
 }  // namespace VSimpleXMLCreation

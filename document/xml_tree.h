@@ -53,7 +53,6 @@ struct VXmlTag::Tree {
     explicit Tree(const VXmlTag* root) : owner(root) {}
 
     const VXmlTag* const owner;
-    std::size_t printedSize = 0;
     std::forward_list<Name> names;
     NPlatform::RunStore<char16_t> units;
     NPlatform::RunStore<std::uint64_t> nodes;
@@ -81,10 +80,8 @@ struct VXmlTag::Tree {
 
 // A state of the tree that it can come back to.
 struct VXmlTag::Mark {
-    explicit Mark(const Tree& tree)
-        : printedSize(tree.printedSize), units(tree.units.MarkHere()), nodes(tree.nodes.MarkHere()) {}
+    explicit Mark(const Tree& tree) : units(tree.units.MarkHere()), nodes(tree.nodes.MarkHere()) {}
 
-    std::size_t printedSize;
     NPlatform::RunStore<char16_t>::Mark units;
     NPlatform::RunStore<std::uint64_t>::Mark nodes;
 };

@@ -89,11 +89,7 @@ TEST(Document, ParsesSaeCodesOfAnyLetter) {
 
 // ---- Element tree ----
 
-std::u16string Printed(const VXmlTag& element) {
-    std::u16string printed(element.Print().View());
-    EXPECT_EQ(element.PrintedSize(), printed.size());
-    return printed;
-}
+std::u16string Printed(const VXmlTag& element) { return std::u16string(element.Print().View()); }
 
 TEST(Document, PrintsAttributes) {
     VXmlTag element(u"A");
@@ -179,9 +175,9 @@ TEST(Document, PrintsAGrowingElementInParts) {
         for (std::size_t index = 0; index < 100; ++index) {
             whole.AddChild(index);
             parts.AddChild(index);
-            EXPECT_EQ(printer.PrintedSize(), whole.root.PrintedSize());
-            if (index % together == 0) printer.PrintChildren();
-            EXPECT_EQ(printer.PrintedSize(), whole.root.PrintedSize());
+            if (index % together != 0) continue;
+            printer.PrintChildren();
+            EXPECT_EQ(printer.PrintedSize(), whole.root.Print().Size());
         }
         EXPECT_TRUE(printer.Finish().View() == whole.root.Print().View()) << together;
     }
