@@ -4,8 +4,15 @@
 
 namespace VSimpleXMLCreation {
 
+namespace {
+
+constexpr std::size_t kFirstCapacity = 4096;
+
+}  // namespace
+
 VXmlPrinter::VXmlPrinter(const VXmlTagRoot& root, VXmlTag& growing)
     : growing_(growing), mark_(std::make_unique<VXmlTag::Mark>(root.OwnTree())) {
+    text_.Reserve(kFirstCapacity);
     VXmlTag::Place place{&growing};
     root.PrintTo(text_, &place);
     end_ = text_.View().substr(place.offset);
