@@ -1,7 +1,8 @@
 #include "platform/registry.h"
 
+#include <stdlib.h>
+
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -31,7 +32,7 @@ constexpr std::u16string_view kOwnRegistry =
 
 TextBuffer ReadRegistry() {
     TextBuffer text;
-    const char* const path = std::getenv("XLS2TKI_REGISTRY");
+    const char* const path = secure_getenv("XLS2TKI_REGISTRY");
     if (path == nullptr || *path == '\0') {
         text.Append(kOwnRegistry);
         return text;
