@@ -14,7 +14,7 @@ using NPlatform::TextBuffer;
 VXmlTag::VXmlTag(std::u16string_view name) {
     auto tree = std::make_unique<Tree>(this);
     shape_ = tree->ShapeOf(name);
-    tree.release();
+    static_cast<void>(tree.release());  // the element's own now
 }
 
 VXmlTag::~VXmlTag() {

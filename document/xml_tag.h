@@ -48,7 +48,7 @@ class VXmlTag {
   protected:
     // Where in the text an element begins.
     struct Place {
-        const VXmlTag* element;
+        const VXmlTag* element = nullptr;
         std::size_t offset = 0;
     };
 
