@@ -44,14 +44,19 @@ def message():
 
 
 def convert(table, document):
-    """None, or why it could not be done."""
-    conversion = Conversion(size=ctypes.sizeof(Conversion), input_path=utf16(table), output_path=utf16(document),
+    """None, or why it could not be done. An older document stays until the new one is complete."""
+    if os.path.lexists(document) and (os.path.islink(document) or not os.path.isfile(document)):
+        return f"{document} is not a regular file."
+    fresh = document + ".new"
+    conversion = Conversion(size=ctypes.sizeof(Conversion), input_path=utf16(table), output_path=utf16(fresh),
                             import_type=CSV if table.endswith(".csv") else EXCEL, separator=ord(";"), utf8=True)
     if not library.xls2tki_convert(ctypes.byref(conversion)):
         return message()
     facts = Facts(size=ctypes.sizeof(Facts))
-    written = library.xls2tki_facts(ctypes.byref(facts)) and facts.written
-    return None if written else f"{document} could not be written."
+    if not (library.xls2tki_facts(ctypes.byref(facts)) and facts.written):
+        return f"{document} could not be written."
+    os.replace(fresh, document)
+    return None
 
 
 if len(sys.argv) < 3 or len(sys.argv) % 2 == 0:
