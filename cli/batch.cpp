@@ -156,7 +156,7 @@ std::size_t Batch::Failures() const {
 
 void MakeFolder(const std::filesystem::path& folder) {
     std::error_code error;
-    if (StateOf(folder, error).type == std::filesystem::file_type::directory) return;
+    if (TypeOf(folder, error) == std::filesystem::file_type::directory) return;
     std::filesystem::create_directory(ToSystemPath(folder), error);
     if (error) throw Failure("Could not create the folder " + NameOf(folder) + ": " + error.message());
 }

@@ -77,11 +77,12 @@ void ConvertTable(const Options& options) {
     const Input input(options.input, options.kind);
     if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
     RunConversion(options, input.Path(), output ? output->Path() : kNoOutput);
-    if (output) output->Publish();
+    if (output) output->Publish(FindFacts()->written);
 }
 
+// All that the command prints.
 void Print(const std::string& text, const std::string& name) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && CloseStandardOutput()) return;
     throw Failure("Could not write the " + name + ": " + SystemText(errno));
 }
 

@@ -23,7 +23,7 @@ std::string NameOf(const fs::path& path) {
 
 bool IsRegularFile(const fs::path& path) {
     std::error_code ignored;
-    return StateOf(path, ignored).type == fs::file_type::regular;
+    return TypeOf(path, ignored) == fs::file_type::regular;
 }
 
 CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit) {
@@ -45,7 +45,7 @@ struct Slot {
     volatile std::sig_atomic_t isUsed;
     fs::path::value_type path[32768];  // no system takes a longer one
 };
-constinit Slot slots[2]{};
+constinit Slot slots[3]{};
 
 void RemoveFilesAndDie(int number) {
     EndProcesses();
@@ -57,7 +57,8 @@ void RemoveFilesAndDie(int number) {
 }
 
 std::size_t TakeSlot(const fs::path::string_type& path) {
-    const std::size_t index = slots[0].isUsed == 0 ? 0 : 1;
+    std::size_t index = 0;
+    while (slots[index].isUsed != 0) ++index;
     Slot& slot = slots[index];
     slot.path[path.copy(slot.path, std::size(slot.path) - 1)] = 0;
     std::atomic_signal_fence(std::memory_order_release);
@@ -79,34 +80,32 @@ std::string UniqueName(const std::string& name) {
 
 fs::path SystemFolder() {
     std::error_code error;
-    fs::path folder = fs::temp_directory_path(error);
+    fs::path folder = TemporaryFolder(error);
     if (!error) return folder;
     throw Failure("The folder for temporary files cannot be used: " + error.message());
 }
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(const fs::path& folder, const std::string& name)
-    : path_(folder / ToPath(UniqueName(name))), slot_(TakeSlot(path_.native())) {
-    if (CreateNewFile(path_)) return;
+TemporaryFile::TemporaryFile(const fs::path& folder, const std::string& name, Readers readers)
+    : path_(folder / ToPath(UniqueName(name))),
+      slot_(TakeSlot(path_.native())),
+      file_(CreateNewFile(path_, readers)) {
+    if (file_) return;
     const int error = errno;
     slots[slot_].isUsed = 0;
     throw Failure("Could not create a file in the folder " + NameOf(folder) + ": " + SystemText(error));
 }
 
-TemporaryFile::TemporaryFile(const std::string& name) : TemporaryFile(SystemFolder(), name) {
-    RestrictToOwner();
-}
-
-void TemporaryFile::RestrictToOwner() const {
-    std::error_code ignored;
-    fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write, ignored);
-}
+TemporaryFile::TemporaryFile(const std::string& name) : TemporaryFile(SystemFolder(), name) {}
 
 TemporaryFile::~TemporaryFile() {
+    file_.reset();  // so that there it is removed at once
     RemoveFile(path_.c_str());
     slots[slot_].isUsed = 0;
 }
+
+bool CloseStandardOutput() { return std::fclose(stdout) == 0; }
 
 void CleanUpOnSignals() {
     for (const int number : EndingSignals()) {

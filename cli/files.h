@@ -29,24 +29,34 @@ inline constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::ma
 CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit);
 
 // An empty file that nobody else has, removed at the end of its life, or when the user interrupts the
-// command. There may be two at a time.
+// command. There may be three at a time.
 class TemporaryFile {
   public:
     // Creates it in the folder under a hidden name that begins with `name`. Throws Failure.
-    TemporaryFile(const std::filesystem::path& folder, const std::string& name);
-    // Creates it where the system keeps temporary files, for nobody but its owner. Throws Failure.
+    TemporaryFile(const std::filesystem::path& folder, const std::string& name,
+                  Readers readers = Readers::Owner);
+    // Creates it where the system keeps temporary files. Throws Failure.
     explicit TemporaryFile(const std::string& name);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
-    void RestrictToOwner() const;
+    // To write and to read, open since the file was created: so the system tells it of every failure to write
+    // the file, whoever wrote.
+    [[nodiscard]] std::FILE* Stream() const { return file_.get(); }
+    // Ends the use of the stream. False: not all of it could be written, and errno has the reason.
+    [[nodiscard]] bool Close() { return std::fclose(file_.release()) == 0; }
 
   private:
     std::filesystem::path path_;
     std::size_t slot_;  // where the handler of signals finds the path
+    File file_;
 };
+
+// What the command printed is complete. False: it could not be written, and errno has the reason. Nothing can
+// be printed any more.
+[[nodiscard]] bool CloseStandardOutput();
 
 // From now on the signals that end the command first end its processes and remove its temporary files.
 void CleanUpOnSignals();

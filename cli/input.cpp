@@ -19,9 +19,9 @@ constexpr std::uint64_t kLargestInput = std::uint64_t{1} << 31;
     throw Failure("Could not read " + NameOf(origin) + ": " + reason);
 }
 
-void Store(std::FILE* source, const fs::path& origin, const fs::path& path) {
-    const File copy = OpenFile(path, "wb");
-    const CopyResult result = copy ? Copy(source, copy.get(), kLargestInput) : CopyResult::NotWritten;
+void Store(std::FILE* source, const fs::path& origin, TemporaryFile& copy) {
+    CopyResult result = Copy(source, copy.Stream(), kLargestInput);
+    if (result == CopyResult::Done && !copy.Close()) result = CopyResult::NotWritten;
     const std::string reason = SystemText(errno);
     switch (result) {
         case CopyResult::Done:
@@ -31,19 +31,19 @@ void Store(std::FILE* source, const fs::path& origin, const fs::path& path) {
         case CopyResult::NotRead:
             RefuseToRead(origin, reason);
         case CopyResult::NotWritten:
-            RefuseToRead(origin, "its copy in " + NameOf(path.parent_path()) + " failed: " + reason);
+            RefuseToRead(origin, "its copy in " + NameOf(copy.Path().parent_path()) + " failed: " + reason);
     }
 }
 
-void StorePipe(const fs::path& pipe, const fs::path& path) {
+void StorePipe(const fs::path& pipe, TemporaryFile& copy) {
     const File source = OpenFile(pipe, "rb");
     if (!source) RefuseToRead(pipe, SystemText(errno));
-    Store(source.get(), pipe, path);
+    Store(source.get(), pipe, copy);
 }
 
 bool IsPipe(const fs::path& path) {
     std::error_code ignored;
-    return StateOf(path, ignored).type == fs::file_type::fifo;
+    return TypeOf(path, ignored) == fs::file_type::fifo;
 }
 
 }  // namespace
@@ -51,10 +51,10 @@ bool IsPipe(const fs::path& path) {
 Input::Input(const fs::path& path, NXls2Tki::VImportType kind) : path_(path) {
     if (path == kStandardInput) {
         copy_.emplace("xls2tki-standard-input");
-        Store(stdin, path, copy_->Path());
+        Store(stdin, path, *copy_);
     } else if (kind == NXls2Tki::ImportTypeCSV && IsPipe(path)) {
         copy_.emplace("xls2tki-pipe");
-        StorePipe(path, copy_->Path());
+        StorePipe(path, *copy_);
     }
 }
 

@@ -77,6 +77,13 @@ void RunConversion(const Options& options, const fs::path& input, const fs::path
     Fail(options.input, message);
 }
 
+std::optional<Xls2TkiFacts> FindFacts() {
+    Xls2TkiFacts facts{};
+    facts.size = sizeof facts;
+    if (!xls2tki_facts(&facts)) return std::nullopt;
+    return facts;
+}
+
 std::vector<WideString> FindWorksheets(const Options& options) {
     std::vector<WideString> names;
     bool isListed = true;

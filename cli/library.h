@@ -2,9 +2,11 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "api/xls2tki.h"
+#include "api/xls2tki_c.h"
 #include "cli/options.h"
 
 namespace NCli {
@@ -15,10 +17,13 @@ void PrepareLibrary();
 // The library writes nothing to a path without a name.
 inline const std::filesystem::path kNoOutput;
 
-// Converts the input, which may be a copy of what the options name. That the document could be written is not
-// checked.
+// Converts the input, which may be a copy of what the options name. Whether the document could be written is
+// among the facts.
 void RunConversion(const Options& options, const std::filesystem::path& input,
                    const std::filesystem::path& output);
+
+// Of the last conversion, unless it failed.
+std::optional<Xls2TkiFacts> FindFacts();
 
 // The names of the workbook's worksheets in their order, at least one. None where the installed Excel cannot
 // list them; the library's message has the reason.

@@ -325,7 +325,8 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
         app.parse(PrepareArguments(given));
     } catch (const CLI::Success& shown) {
         app.exit(shown);
-        if (!std::cout.flush()) throw Failure("Could not write to standard output.");
+        if (!std::cout.flush() || !CloseStandardOutput())
+            throw Failure("Could not write to standard output.");
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         RefuseUsage(std::string(error.what()) + ".");

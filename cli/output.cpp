@@ -1,8 +1,6 @@
 #include "cli/output.h"
 
 #include <cerrno>
-#include <string>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -14,76 +12,70 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void RefuseToWrite(const fs::path& path, const std::string& reason) {
-    throw Failure("Could not write " + NameOf(path) + ": " + reason);
-}
-
 fs::path Folder(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : "."; }
 
-// Follows symbolic links to the file that is there or would be created. Devices and pipes stay as they are:
-// what their links say need not be a path.
+// Where the system would create the file if it were asked for one at the path.
 fs::path FollowLinks(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code ignored;
-    const fs::file_type type = StateOf(path, ignored).type;
-    if (fs::exists(fs::file_status(type)) && type != fs::file_type::regular) return path;
     for (int links = 0; links < kMostLinks && fs::is_symlink(path, ignored); ++links) {
+        if (!MayFollow(path)) throw Failure("Could not write " + NameOf(path) + ": " + SystemText(EACCES));
         path = path.parent_path() / fs::read_symlink(path, ignored);
     }
     return path;
 }
 
-bool IsComplete(const fs::path& document) {
-    constexpr std::string_view kEnd = "</TAMRISKIMPORT>\r\n";
-    char bytes[kEnd.size()] = {};
-    const File file = OpenFile(document, "rb");
-    return file && std::fseek(file.get(), -static_cast<long>(kEnd.size()), SEEK_END) == 0 &&
-           std::fread(bytes, 1, sizeof bytes, file.get()) == sizeof bytes &&
-           kEnd == std::string_view(bytes, sizeof bytes);
-}
-
-// Asks the system why a file could not be written completely, by writing on.
-std::string FindReason(const fs::path& document) {
+// Asks the system why a file could not be written completely, by writing on and closing it.
+std::string FindReason(TemporaryFile& document) {
     const char bytes[4096] = {};
-    const File file = OpenFile(document, "ab");
-    const bool isWritten = file && std::fwrite(bytes, 1, sizeof bytes, file.get()) == sizeof bytes &&
-                           std::fflush(file.get()) == 0;
+    const bool isWritten = std::fseek(document.Stream(), 0, SEEK_END) == 0 &&
+                           std::fwrite(bytes, 1, sizeof bytes, document.Stream()) == sizeof bytes &&
+                           FlushToDisk(document.Stream()) && document.Close();
     return isWritten ? "the system gave no reason" : SystemText(errno);
 }
 
 }  // namespace
 
-Output::Output(const fs::path& path) : destination_(path == kStandardOutput ? path : FollowLinks(path)) {
+Output::Output(const fs::path& path) : path_(path), destination_(path) {
     std::error_code error;
-    const FileState state = StateOf(destination_, error);
+    const fs::file_type type = TypeOf(path, error);
     if (path == kStandardOutput) {
         OpenDevice(File(stdout));
-    } else if (state.type == fs::file_type::regular) {
-        PrepareReplacement(state.attributes);
-    } else if (fs::exists(fs::file_status(state.type))) {
-        OpenDevice(OpenFile(destination_, "wb"));
-    } else if (state.type == fs::file_type::not_found) {
-        document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
+    } else if (type == fs::file_type::regular) {
+        FindReplaced();
+    } else if (fs::exists(fs::file_status(type))) {
+        OpenDevice(OpenFile(path, "wb"));
+    } else if (type == fs::file_type::not_found) {
+        destination_ = FollowLinks(path);
     } else {
-        RefuseToWrite(path, error.message());
+        Refuse(error.message());
     }
+    if (!device_) document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
+}
+
+void Output::Refuse(const std::string& reason) const {
+    throw Failure("Could not write " + NameOf(path_) + ": " + reason);
 }
 
 void Output::OpenDevice(File device) {
-    if (!device) RefuseToWrite(destination_, SystemText(errno));
+    if (!device) Refuse(SystemText(errno));
     device_ = std::move(device);
     document_.emplace("xls2tki-document");
 }
 
-void Output::PrepareReplacement(unsigned attributes) {
-    if (!OpenFile(destination_, "r+b")) RefuseToWrite(destination_, SystemText(errno));
-    document_.emplace(Folder(destination_), ToBytes(destination_.filename()));
-    document_->RestrictToOwner();
-    attributes_ = attributes;
+// The system follows the links, as far as it lets this user follow them.
+void Output::FindReplaced() {
+    replaced_ = OpenToReplace(path_);
+    if (!replaced_) Refuse(SystemText(errno));
+    destination_ = PathOf(replaced_.get(), path_);
+    if (destination_.empty()) Refuse("what its link leads to has changed");
 }
 
-void Output::Publish() {
-    if (!IsComplete(Path())) RefuseToWrite(device_ ? Path().parent_path() : destination_, FindReason(Path()));
+void Output::Publish(bool isWritten) {
+    if (!isWritten) {
+        if (device_) path_ = Path().parent_path();  // the document is there, and not yet on the device
+        Refuse(FindReason(*document_));
+    }
     if (device_) {
         CopyToDevice();
     } else {
@@ -92,17 +84,26 @@ void Output::Publish() {
 }
 
 void Output::CopyToDevice() {
-    const File document = OpenFile(Path(), "rb");
-    const bool isCopied = document && Copy(document.get(), device_.get(), kNoLimit) == CopyResult::Done;
+    const bool isCopied = Copy(document_->Stream(), device_.get(), kNoLimit) == CopyResult::Done;
     // The last failure may show only when the device is closed.
-    if (!isCopied || std::fclose(device_.release()) != 0) RefuseToWrite(destination_, SystemText(errno));
+    if (!isCopied || std::fclose(device_.release()) != 0) Refuse(SystemText(errno));
 }
 
+// What was written may not be on the disk yet, and some file systems find out only now that it does not fit.
 void Output::MoveIntoPlace() {
+    std::FILE* const document = document_->Stream();
+    if (!FlushToDisk(document) || !SetRights() || !document_->Close()) Refuse(SystemText(errno));
+    replaced_.reset();
     std::error_code error;
-    if (attributes_) SetAttributes(Path(), *attributes_, error);
-    if (!error) fs::rename(ToSystemPath(Path()), ToSystemPath(destination_), error);
-    if (error) RefuseToWrite(destination_, error.message());
+    fs::rename(ToSystemPath(Path()), ToSystemPath(destination_), error);
+    if (error) Refuse(error.message());
+}
+
+// A new document gets the rights of any new file, as an empty one shows them.
+bool Output::SetRights() {
+    if (replaced_) return CopyRights(replaced_.get(), document_->Stream());
+    const TemporaryFile model(Folder(destination_), ToBytes(destination_.filename()), Readers::AsUsual);
+    return CopyRights(model.Stream(), document_->Stream());
 }
 
 }  // namespace NCli

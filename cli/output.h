@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "cli/files.h"
 
@@ -18,19 +19,23 @@ class Output {
     // Where the library shall write the document.
     [[nodiscard]] const std::filesystem::path& Path() const { return document_->Path(); }
 
-    // Puts the document in its place. Throws Failure, also when the document is not complete.
-    void Publish();
+    // Puts the document in its place, where the older one stays until the new one is whole and on the disk.
+    // `isWritten` is what the library says of it. Throws Failure.
+    void Publish(bool isWritten);
 
   private:
     void OpenDevice(File device);
-    void PrepareReplacement(unsigned attributes);
+    void FindReplaced();
     void CopyToDevice();
     void MoveIntoPlace();
+    bool SetRights();
+    [[noreturn]] void Refuse(const std::string& reason) const;
 
-    std::filesystem::path destination_;  // no symbolic link
+    std::filesystem::path path_;         // as the user knows it
+    std::filesystem::path destination_;  // behind all symbolic links
     File device_;                        // open where the output is no regular file
+    File replaced_;                      // open where there is a regular file
     std::optional<TemporaryFile> document_;
-    std::optional<unsigned> attributes_;  // of the file that is replaced
 };
 
 }  // namespace NCli

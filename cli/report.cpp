@@ -2,11 +2,10 @@
 
 #include <cstddef>
 #include <iterator>
-#include <optional>
 #include <vector>
 
-#include "api/xls2tki_c.h"
 #include "cli/files.h"
+#include "cli/library.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -52,13 +51,6 @@ std::string MakeList(std::size_t count, Append append) {
         append(list, index);
     }
     return list + ']';
-}
-
-std::optional<Xls2TkiFacts> FindFacts() {
-    Xls2TkiFacts facts{};
-    facts.size = sizeof facts;
-    if (!xls2tki_facts(&facts)) return std::nullopt;
-    return facts;
 }
 
 void AppendSkipped(std::string& list, std::size_t column, std::string_view reason) {

@@ -32,18 +32,40 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// As std::fopen: empty when it fails, and errno has the reason. The second fails where there is such a file.
-File OpenFile(const std::filesystem::path& path, const char* mode);
-File CreateNewFile(const std::filesystem::path& path);
+// These are empty when they fail, and errno has the reason.
 
-// What is at the path, links followed, and what the system lets its owner say of it: rights, or that it is
-// hidden.
-struct FileState {
-    std::filesystem::file_type type = std::filesystem::file_type::none;
-    unsigned attributes = 0;
-};
-FileState StateOf(const std::filesystem::path& path, std::error_code& error);
-void SetAttributes(const std::filesystem::path& path, unsigned attributes, std::error_code& error);
+// As std::fopen.
+File OpenFile(const std::filesystem::path& path, const char* mode);
+
+// To be read and written. Others may open, replace and delete the file meanwhile.
+File OpenToReplace(const std::filesystem::path& path);
+
+// Who may read a new file from its first moment on.
+enum class Readers { Owner, AsUsual };
+
+// As above, but fails where anything has this name, be it a link.
+File CreateNewFile(const std::filesystem::path& path, Readers readers);
+
+// Gives the file `to` what the system lets the owner say of the file `from`: who may use it, or that it is
+// hidden. Where the two belong to different groups, nobody may do more than before. False: it could not, and
+// errno has the reason.
+bool CopyRights(std::FILE* from, std::FILE* to);
+
+// Waits until what anybody wrote into the file is on the disk. False: it is not, and errno has the reason.
+bool FlushToDisk(std::FILE* file);
+
+// What is at the path, links followed.
+std::filesystem::file_type TypeOf(const std::filesystem::path& path, std::error_code& error);
+
+// The path, behind all links, of the file that was opened by `path`; empty where that leads elsewhere by now.
+std::filesystem::path PathOf(std::FILE* file, const std::filesystem::path& path);
+
+// Whether a link leads where this user means to go: in a folder in which everybody may put links, others' do
+// not.
+bool MayFollow(const std::filesystem::path& link);
+
+// Where temporary files go by the user's or the system's settings.
+std::filesystem::path TemporaryFolder(std::error_code& error);
 
 // False also where one of them is missing.
 bool AreSameFile(const std::filesystem::path& one, const std::filesystem::path& other);

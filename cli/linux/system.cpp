@@ -1,8 +1,12 @@
 #include "cli/system.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 namespace NCli {
 
@@ -23,15 +27,54 @@ fs::path ToExcelPath(const fs::path& path) { return path; }
 
 File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(path.c_str(), mode)); }
 
-File CreateNewFile(const fs::path& path) { return OpenFile(path, "wbx"); }
+File OpenToReplace(const fs::path& path) { return OpenFile(path, "r+b"); }
 
-FileState StateOf(const fs::path& path, std::error_code& error) {
-    const fs::file_status status = fs::status(path, error);
-    return {status.type(), static_cast<unsigned>(status.permissions())};
+File CreateNewFile(const fs::path& path, Readers readers) {
+    constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    const int descriptor = open(path.c_str(), kFlags, readers == Readers::Owner ? 0600 : 0666);
+    if (descriptor < 0) return nullptr;
+    File file(fdopen(descriptor, "w+b"));
+    if (!file) {
+        close(descriptor);
+        RemoveFile(path.c_str());
+        errno = ENOMEM;
+    }
+    return file;
 }
 
-void SetAttributes(const fs::path& path, unsigned attributes, std::error_code& error) {
-    fs::permissions(path, static_cast<fs::perms>(attributes), error);
+bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
+
+fs::file_type TypeOf(const fs::path& path, std::error_code& error) { return fs::status(path, error).type(); }
+
+fs::path PathOf(std::FILE* file, const fs::path& path) {
+    std::error_code error;
+    if (!fs::is_symlink(path, error)) return path;
+    const fs::path found = fs::canonical(path, error);
+    struct stat opened {};
+    struct stat there {};
+    const bool isThere = !error && fstat(fileno(file), &opened) == 0 && lstat(found.c_str(), &there) == 0 &&
+                         opened.st_dev == there.st_dev && opened.st_ino == there.st_ino;
+    return isThere ? found : fs::path();
+}
+
+// The rule of Linux itself (fs.protected_symlinks).
+bool MayFollow(const fs::path& link) {
+    constexpr mode_t kShared = S_ISVTX | S_IWOTH;
+    const fs::path parent = link.has_parent_path() ? link.parent_path() : ".";
+    struct stat folder {};
+    struct stat status {};
+    if (stat(parent.c_str(), &folder) != 0 || lstat(link.c_str(), &status) != 0) return false;
+    const bool isShared = (folder.st_mode & kShared) == kShared;
+    return !isShared || status.st_uid == geteuid() || status.st_uid == folder.st_uid;
+}
+
+// An empty variable counts as none; the standard library takes it for a folder without a name.
+fs::path TemporaryFolder(std::error_code& error) {
+    for (const char* const name : {"TMPDIR", "TMP", "TEMP", "TEMPDIR"}) {
+        const char* const value = std::getenv(name);
+        if (value != nullptr && *value == '\0') unsetenv(name);
+    }
+    return fs::temp_directory_path(error);
 }
 
 bool AreSameFile(const fs::path& one, const fs::path& other) {

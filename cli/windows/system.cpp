@@ -5,10 +5,11 @@
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
-#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <iterator>
 #include <system_error>
 
@@ -24,9 +25,30 @@ namespace {
 
 std::error_code LastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
 
+void SetErrno() {
+    const std::error_condition reason = LastError().default_error_condition();
+    errno = reason.category() == std::generic_category() ? reason.value() : EIO;
+}
+
+constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// What the runtime opens, nobody can delete meanwhile, not even the handler of signals.
+File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
+    Handle file =
+        OwnFile(CreateFileW(ToSystemPath(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareWithEverybody,
+                            nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
+        SetErrno();
+        return nullptr;
+    }
+    const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file.release()), _O_BINARY);
+    return File(descriptor < 0 ? nullptr : _fdopen(descriptor, mode));
+}
+
+HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
+
 // Opens whatever it is, to ask for what is known of it.
 Handle OpenToAsk(const fs::path& path) {
-    constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     return OwnFile(CreateFileW(ToSystemPath(path).c_str(), FILE_READ_ATTRIBUTES, kShareWithEverybody, nullptr,
                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
@@ -84,32 +106,46 @@ File OpenFile(const fs::path& path, const char* mode) {
     return File(_wfopen(ToSystemPath(path).c_str(), wideMode.c_str()));
 }
 
-File CreateNewFile(const fs::path& path) {
-    const int descriptor =
-        _wopen(ToSystemPath(path).c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
-    return File(descriptor < 0 ? nullptr : _fdopen(descriptor, "wb"));
-}
+File OpenToReplace(const fs::path& path) { return OpenShared(path, OPEN_EXISTING, "r+b"); }
 
-// The runtime's own way knows no path of the long form.
-FileState StateOf(const fs::path& path, std::error_code& error) {
+// Who may read it follows from its folder.
+File CreateNewFile(const fs::path& path, Readers) { return OpenShared(path, CREATE_NEW, "w+b"); }
+
+bool CopyRights(std::FILE* from, std::FILE* to) {
     constexpr DWORD kOwners =
         FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+    FILE_BASIC_INFO known{};
+    FILE_BASIC_INFO wanted{};  // a time of 0 stays as it is
+    bool isDone = GetFileInformationByHandleEx(HandleOf(from), FileBasicInfo, &known, sizeof known) != 0;
+    const DWORD attributes = known.FileAttributes & kOwners;
+    wanted.FileAttributes = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
+    isDone = isDone && SetFileInformationByHandle(HandleOf(to), FileBasicInfo, &wanted, sizeof wanted) != 0;
+    if (!isDone) SetErrno();
+    return isDone;
+}
+
+bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
+
+// The runtime's own way knows no path of the long form.
+fs::file_type TypeOf(const fs::path& path, std::error_code& error) {
     error.clear();
     const Handle file = OpenToAsk(path);
-    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) return {fs::file_type::character, 0};
+    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) return fs::file_type::character;
     BY_HANDLE_FILE_INFORMATION known{};
     if (!file || GetFileInformationByHandle(file.get(), &known) == 0) {
         error = LastError();
-        return {IsMissing(error) ? fs::file_type::not_found : fs::file_type::none, 0};
+        return IsMissing(error) ? fs::file_type::not_found : fs::file_type::none;
     }
     const bool isFolder = (known.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return {isFolder ? fs::file_type::directory : fs::file_type::regular, known.dwFileAttributes & kOwners};
+    return isFolder ? fs::file_type::directory : fs::file_type::regular;
 }
 
-void SetAttributes(const fs::path& path, unsigned attributes, std::error_code& error) {
-    error.clear();
-    if (SetFileAttributesW(ToSystemPath(path).c_str(), attributes) == 0) error = LastError();
-}
+// A link is replaced itself.
+fs::path PathOf(std::FILE*, const fs::path& path) { return path; }
+
+bool MayFollow(const fs::path&) { return true; }
+
+fs::path TemporaryFolder(std::error_code& error) { return fs::temp_directory_path(error); }
 
 bool AreSameFile(const fs::path& one, const fs::path& other) {
     const Handle files[] = {OpenToAsk(one), OpenToAsk(other)};

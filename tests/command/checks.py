@@ -10,7 +10,7 @@ SOURCES = Path(__file__).resolve().parents[2]
 EXAMPLES = SOURCES / "examples"
 WORKBOOK = (EXAMPLES / "powertrain.xlsx").read_bytes()
 DOCUMENT, J1939 = ((EXAMPLES / f"{name}.xml").read_bytes() for name in ("powertrain", "j1939"))
-OLD = b"an older document"
+OLD = b'<?xml version="1.0"?>\n<TAMRISKIMPORT>an older document</TAMRISKIMPORT>\n'
 NAMES = b"Powertrain\nJ1939\nBody\n"
 HINT = " (xls2tki --help shows the options.)\n"
 

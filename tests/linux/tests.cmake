@@ -35,7 +35,7 @@ target_link_libraries(faults_test PRIVATE xls2tki_rooms xls2tki_workbook ZoLoggi
 target_compile_definitions(faults_test PRIVATE
     XLS2TKI_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
-foreach(name open close fstat pread ftruncate write fopen fread fwrite fflush fclose fchmodat rename)
+foreach(name open close fstat pread ftruncate write fopen fread fwrite fflush fclose fsync fchmod rename)
     target_link_options(faults_test PRIVATE -Wl,--export-dynamic-symbol=${name})
 endforeach()
 foreach(name AllocHandle SetEnvAttr DriverConnectW Disconnect ExecDirectW NumResultCols DescribeColW GetData Fetch
