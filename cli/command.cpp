@@ -28,6 +28,11 @@ void RefuseInputAsOutput(const Options& options) {
     }
 }
 
+void RefuseToReplaceOthers(const Options& options) {
+    if (options.checks || options.force) return;
+    if (const std::string reason = ReasonToKeep(options.output); !reason.empty()) throw WrongUsage(reason);
+}
+
 // The library puts the name among the settings for the driver manager as it is: it could be read as another
 // file, and even as another driver to load.
 void RefuseNameAmongSettings(const Options& options) {
@@ -69,6 +74,7 @@ void CheckWorksheet(const Options& options) {
 
 void ConvertTable(const Options& options) {
     RefuseInputAsOutput(options);
+    RefuseToReplaceOthers(options);
     if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
     PrepareLibrary();
     CheckWorksheet(options);

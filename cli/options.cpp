@@ -11,6 +11,7 @@
 
 #include "cli/failure.h"
 #include "cli/files.h"
+#include "cli/output.h"
 #include "cli/process.h"
 #include "cli/text.h"
 
@@ -37,6 +38,7 @@ struct Arguments {
     std::string outputFolder;
     std::string jobs = "1";
     bool check = false;
+    bool force = false;
     bool json = false;
     bool verbose = false;
 };
@@ -64,9 +66,7 @@ class HelpFormatter : public CLI::Formatter {
     }
 };
 
-constexpr char kExamples[] =
-    "Examples: xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
-    "          xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
+constexpr char kExamples[] = "Example: xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
 
 // CLI11 takes "[a,b]" for a list of two. Behind a zero, which no argument holds, it does not.
 constexpr char kMark = '\0';
@@ -105,6 +105,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
     add("--jobs", arguments.jobs, "N", "Convert so many at a time (1).");
     addFlag("--check", arguments.check, "Convert, but write nothing.");
+    addFlag("--force", arguments.force, "Replace also what is no import document.");
     addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
@@ -209,6 +210,7 @@ Options CheckSettings(const Arguments& arguments) {
     options.separator = ReadSeparator(arguments.separator);
     options.utf8 = arguments.utf8;
     options.checks = arguments.check;
+    options.force = arguments.force;
     options.reports = arguments.json;
     options.verbose = arguments.verbose;
     options.worksheet = DecodeArgument("--worksheet", arguments.worksheet);
@@ -252,6 +254,10 @@ void RefuseLosses(const std::vector<Options>& tasks) {
     for (const Options& task : tasks) {
         const auto [other, isNew] = places.emplace(PlaceOf(task.output), &task);
         if (isNew) continue;
+        const std::filesystem::path& input = task.input;
+        if (other->second->input.lexically_normal() == input.lexically_normal()) {
+            RefuseUsage(NameOf(input) + " is given twice.");
+        }
         RefuseUsage(NameOf(other->second->input) + " and " + NameOf(task.input) + " would both become " +
                     NameOf(task.output) + ".");
     }
@@ -260,6 +266,12 @@ void RefuseLosses(const std::vector<Options>& tasks) {
         if (other == places.end() || other->second == &task) continue;
         RefuseUsage("The document of " + NameOf(other->second->input) + " would take the place of " +
                     NameOf(task.input) + ".");
+    }
+}
+
+void RefuseToReplaceOthers(const std::vector<Options>& tasks) {
+    for (const Options& task : tasks) {
+        if (const std::string reason = ReasonToKeep(task.output); !reason.empty()) RefuseUsage(reason);
     }
 }
 
@@ -284,6 +296,7 @@ CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
     if (!arguments.check) line.outputFolder = ToPath(arguments.outputFolder);
     line.tasks = CheckTasks(arguments, line.outputFolder);
     if (!arguments.check) RefuseLosses(line.tasks);
+    if (!arguments.check && !arguments.force) RefuseToReplaceOthers(line.tasks);
     return line;
 }
 
@@ -350,6 +363,7 @@ std::vector<std::string> ArgumentsOf(const Options& options) {
     add("--separator", {options.separator});
     if (options.utf8) arguments.emplace_back("--utf8");
     if (options.checks) arguments.emplace_back("--check");
+    if (options.force) arguments.emplace_back("--force");
     if (options.reports) arguments.emplace_back("--json");
     add("--worksheet", options.worksheet);
     for (const WideString& name : options.vsgNames) add("--vsg", name);

@@ -25,6 +25,7 @@ struct Options {
     bool utf8 = false;
     bool verbose = false;
     bool checks = false;   // nothing is written, so there is no output
+    bool force = false;    // the output may be replaced whatever it is
     bool reports = false;  // as JSON
     NXls2Tki::WideString worksheet;
     NXls2Tki::WideStringSet vsgNames;

@@ -1,6 +1,8 @@
 #include "cli/output.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -25,6 +27,26 @@ fs::path FollowLinks(fs::path path) {
     return path;
 }
 
+bool Skip(std::string_view& text, std::string_view beginning) {
+    if (!text.starts_with(beginning)) return false;
+    text.remove_prefix(beginning.size());
+    return true;
+}
+
+// Documents that were edited or come from elsewhere count, too.
+bool IsBeginningOfDocument(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    constexpr std::string_view kEndOfDeclaration = "?>";
+    Skip(text, "\xEF\xBB\xBF");
+    if (text.starts_with("<?xml")) {
+        const std::size_t end = text.find(kEndOfDeclaration);
+        if (end == std::string_view::npos) return false;
+        text.remove_prefix(end + kEndOfDeclaration.size());
+    }
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return Skip(text, "<TAMRISKIMPORT") && text.find_first_of(" \t\r\n/>") == 0;
+}
+
 // Asks the system why a file could not be written completely, by writing on and closing it.
 std::string FindReason(TemporaryFile& document) {
     const char bytes[4096] = {};
@@ -35,6 +57,19 @@ std::string FindReason(TemporaryFile& document) {
 }
 
 }  // namespace
+
+std::string ReasonToKeep(const fs::path& output) {
+    if (output == kStandardOutput || !IsRegularFile(output)) return {};
+    const std::string begin = "The output " + NameOf(output) + " exists and ";
+    char bytes[4096];
+    const File file = OpenFile(output, "rb");
+    const std::size_t size = file ? std::fread(bytes, 1, sizeof bytes, file.get()) : 0;
+    if (!file || std::ferror(file.get()) != 0) {
+        return begin + "cannot be read to see whether it is an import document: " + SystemText(errno) + ".";
+    }
+    if (size == 0 || IsBeginningOfDocument({bytes, size})) return {};
+    return begin + "is not an import document; give --force to replace it.";
+}
 
 Output::Output(const fs::path& path) : path_(path), destination_(path) {
     std::error_code error;

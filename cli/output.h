@@ -9,6 +9,10 @@
 
 namespace NCli {
 
+// Why a document must not replace what is at the path, as a sentence for the user: a file that holds
+// something, but no import document. Empty where there is no reason.
+std::string ReasonToKeep(const std::filesystem::path& output);
+
 // The document is first written into a temporary file. When it is complete, the file takes the place of the
 // output; where the output is no regular file but a device or a pipe, the document is copied there.
 class Output {

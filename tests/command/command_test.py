@@ -30,6 +30,7 @@ TABLE = HEAD + b"P0123;Stuck;red\n"
 ONE_COLUMN = ("xls2tki: The Header (first row in excel sheet) does not define enough columns. It should define at "
               "least two columns containing DTC and Description. (Data-Area in Excel is assumed as 'Z1S1:%s')\n")
 MARK = 'xls2tki: "in.csv" begins with the byte order mark of %s\n'
+KEPT = 'xls2tki: The output "%s" exists and is not an import document; give --force to replace it.\n'
 NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
 UTF16 = TABLE.decode().encode("utf-16")
 EVERY_BYTE = b'P0123;"' + bytes(set(range(256)) - {ord('"')}) + b'";red\n'
@@ -117,6 +118,7 @@ CASES = [
      'xls2tki: Could not write "/dev/full": No space left on device\n', None),
     ("output is the input", TABLE, "in.csv ./in.csv", 2,
      'xls2tki: The output "./in.csv" is the input itself.\n', None),
+    ("output is another table", TABLE, "-c out.xml in.csv", 2, KEPT % "in.csv", None),
     ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, None),
     ("three files", TABLE, "in.csv out.xml b", 2, "xls2tki: More than two files need --output-dir or --check." + HINT,
      None),
@@ -127,6 +129,7 @@ CASES = [
      "extension; give --csv, --excel or --odbc." + HINT, None),
     ("one document of two tables", TABLE, "--output-dir tmp in.csv tmp/in.xlsx", 2,
      'xls2tki: "in.csv" and "tmp/in.xlsx" would both become "tmp/in.xml".' + HINT, None),
+    ("one table twice", TABLE, "--output-dir tmp in.csv ./in.csv", 2, 'xls2tki: "./in.csv" is given twice.' + HINT, None),
     ("no folder", TABLE, "--output-dir= in.csv", 2, "xls2tki: --output-dir needs a folder." + HINT, None),
     ("nothing into a folder", TABLE, "--output-dir tmp", 2, "xls2tki: INPUT is needed." + HINT, None),
     ("missing folder's folder", TABLE, "--output-dir none/new in.csv", 1,
@@ -269,6 +272,7 @@ REPORTS = [
      "Note: --worksheet is for --excel only and has no effect here."),
     (TABLE, "--output-dir none/x in.csv", 1, {"output": "none/x/in.xml", "failure":
      'Could not create the folder "none/x": No such file or directory'}, None),
+    (TABLE, "-c out.xml in.csv", 2, {"input": "out.xml", "output": "in.csv", "failure": KEPT[9:-1] % "in.csv"}, None),
     (TABLE, "in.csv in.csv", 2, {"output": "in.csv", "failure": 'The output "in.csv" is the input itself.'}, None),
 ]
 
@@ -414,6 +418,27 @@ def test_no_room():
             message = f"xls2tki: Could not write {name}: File too large\n".replace("%s", environment["TMPDIR"])
             check(arguments, (1, message, b""), (result.returncode, result.stderr.decode(), result.stdout))
             check(arguments, (BEFORE, OLD), (files(), Path("out.xml").read_bytes()))
+
+
+# What an output begins with, and whether it is replaced.
+OUTPUTS = [(b"", True), (b"<TAMRISKIMPORT>", True), (b"\xef\xbb\xbf<?xml version='1.0'?>\n\r\n <TAMRISKIMPORT\nx", True),
+           (b"<TAMRISKIMPORTS>", False), (b"<?xml version='1.0'?><dtcs>", False), (b"<?xml", False), (TABLE, False)]
+
+
+def test_outputs_that_are_kept():
+    with folder(TABLE) as environment:
+        Path("b.csv").write_bytes(TABLE)
+        for content, is_replaced in OUTPUTS:
+            for arguments in "in.csv in.xml", "--output-dir . b.csv in.csv":
+                Path("in.xml").write_bytes(content)
+                result = run(arguments, environment)
+                changed, refused = Path("in.xml").read_bytes() != content, b'in.xml" exists and is not' in result.stderr
+                check(f"{content} {arguments}", (0, True, False) if is_replaced else (2, False, True),
+                      (result.returncode, changed, refused))
+                check(f"{content}: nothing converted", is_replaced and "b.csv" in arguments, os.path.exists("b.xml"))
+                result = run("--force " + arguments, environment)
+                check("with --force", (0, True), (result.returncode, b"Stuck" in Path("in.xml").read_bytes()))
+                Path("b.xml").unlink(missing_ok=True)
 
 
 def test_replacing():
