@@ -1,13 +1,12 @@
 #include "cli/batch.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <mutex>
+#include <new>
 #include <string>
 #include <system_error>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include "cli/failure.h"
@@ -51,17 +50,15 @@ Outcome MakeFailure(const Options& task, std::string_view failure) {
     return {true, false, task.reports ? MakeReport(task, failure) : MakeLine(task, "failed", failure)};
 }
 
-Outcome CarryOut(const Options& task) {
+Outcome OutcomeOf(const Options& task, FinishedProcess& process) {
     constexpr int kHighestStatus = 2;
-    const Stream stream = task.reports ? Stream::Output : Stream::Errors;
-    const FinishedProcess process = RunCommand(ArgumentsOf(task), stream);
     const bool isReported = !task.reports || process.text.ends_with('\n');
     if (process.status < 0 || process.status > kHighestStatus || !isReported) {
         return MakeFailure(task,
                            "The process ended unexpectedly, with status " + std::to_string(process.status));
     }
     const bool isDone = process.status == 0;
-    if (task.reports) return {true, isDone, process.text};
+    if (task.reports) return {true, isDone, std::move(process.text)};
     return {true, isDone, MakeLine(task, isDone ? "done" : "failed", process.text)};
 }
 
@@ -74,7 +71,8 @@ class Batch {
     [[nodiscard]] std::size_t Failures() const;
 
   private:
-    void Work();
+    void Start(std::size_t index);
+    void WaitForOne();
     void Tell(std::size_t index, Outcome outcome);
     void PrintKnownLines();
     [[nodiscard]] std::string Progress() const;
@@ -83,8 +81,6 @@ class Batch {
 
     const CommandLine& line_;
     const bool showsProgress_ = IsTerminal(stderr);
-    std::atomic<std::size_t> next_ = 0;  // task to carry out
-    std::mutex telling_;                 // guards all that follows
     std::vector<Outcome> outcomes_;
     std::size_t known_ = 0;
     std::size_t printed_ = 0;
@@ -93,32 +89,35 @@ class Batch {
 
 void Batch::Run() {
     ShowProgress();
-    {
-        std::vector<std::jthread> others;
-        try {
-            while (others.size() + 1 < std::min(line_.jobs, outcomes_.size())) {
-                others.emplace_back([this] { Work(); });
-            }
-        } catch (const std::system_error&) {  // there cannot be more
-        }
-        Work();
+    for (std::size_t index = 0; index < outcomes_.size(); ++index) {
+        if (RunningProcesses() == line_.jobs) WaitForOne();
+        Start(index);
     }
+    while (RunningProcesses() > 0) WaitForOne();
     HideProgress();
     if (printError_ != 0) throw Failure("Could not write the outcome: " + SystemText(printError_));
 }
 
-void Batch::Work() {
-    for (std::size_t index = next_++; index < outcomes_.size(); index = next_++) {
-        try {
-            Tell(index, CarryOut(line_.tasks[index]));
-        } catch (const std::exception& error) {
-            Tell(index, MakeFailure(line_.tasks[index], SentenceOf(error)));
-        }
+void Batch::Start(std::size_t index) {
+    const Options& task = line_.tasks[index];
+    try {
+        while (!StartProcess(index, task)) WaitForOne();
+    } catch (const Failure& failure) {
+        Tell(index, MakeFailure(task, failure.what()));
+    }
+}
+
+void Batch::WaitForOne() {
+    FinishedProcess process = WaitForProcess();
+    const Options& task = line_.tasks[process.index];
+    try {
+        Tell(process.index, OutcomeOf(task, process));
+    } catch (const std::bad_alloc& error) {  // for what it wrote
+        Tell(process.index, MakeFailure(task, SentenceOf(error)));
     }
 }
 
 void Batch::Tell(std::size_t index, Outcome outcome) {
-    const std::scoped_lock lock(telling_);
     outcomes_[index] = std::move(outcome);
     ++known_;
     HideProgress();

@@ -14,6 +14,24 @@ std::string_view SentenceOf(const std::exception& error) {
     return isOutOfMemory ? "Not enough memory to convert this table." : error.what();
 }
 
+int ExitStatusOf(const std::function<void()>& run) {
+    constexpr int kDone = 0;
+    constexpr int kFailed = 1;
+    constexpr int kWrongUsage = 2;
+    try {
+        run();
+        return kDone;
+    } catch (const WrongUsage& wrong) {
+        Tell(wrong.what());
+        return kWrongUsage;
+    } catch (const std::exception& error) {
+        Tell(SentenceOf(error));
+    } catch (...) {
+        Tell("The conversion ended with an unknown error.");
+    }
+    return kFailed;
+}
+
 void Tell(std::string_view text) {
     std::fputs("xls2tki: ", stderr);
     Show(text, stderr);

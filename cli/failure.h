@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,6 +23,9 @@ class WrongUsage : public Failure {
 
 // What the user is told about any error that ends the command.
 std::string_view SentenceOf(const std::exception& error);
+
+// Calls `run`, tells the user how it failed, and returns the exit status that says so.
+int ExitStatusOf(const std::function<void()>& run);
 
 // Shows "xls2tki: " and the UTF-8 text as a line on standard error. Allocates nothing.
 void Tell(std::string_view text);

@@ -48,7 +48,7 @@ struct Slot {
 constinit Slot slots[3]{};
 
 void RemoveFilesAndDie(int number) {
-    EndProcesses();
+    EndProcesses(number);
     for (const Slot& slot : slots) {
         if (slot.isUsed != 0) RemoveFile(slot.path);
     }

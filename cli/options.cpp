@@ -355,26 +355,6 @@ const char* NameOfKind(VImportType kind) {
     return kNames[kind];
 }
 
-std::vector<std::string> ArgumentsOf(const Options& options) {
-    std::vector<std::string> arguments = {std::string("--") + NameOfKind(options.kind)};
-    const auto add = [&arguments](const char* name, const WideString& value) {
-        arguments.push_back(std::string(name).append("=").append(EncodeUtf8(value)));
-    };
-    add("--separator", {options.separator});
-    if (options.utf8) arguments.emplace_back("--utf8");
-    if (options.checks) arguments.emplace_back("--check");
-    if (options.force) arguments.emplace_back("--force");
-    if (options.reports) arguments.emplace_back("--json");
-    add("--worksheet", options.worksheet);
-    for (const WideString& name : options.vsgNames) add("--vsg", name);
-    for (const WideString& name : options.typeANames) add("--type-a", name);
-    add("--variant", options.variant);
-    add("--diag-instance", options.diagnosticInstance);
-    arguments.insert(arguments.end(), {"--", ToBytes(options.input)});
-    if (!options.checks) arguments.push_back(ToBytes(options.output));
-    return arguments;
-}
-
 void ReadOptionTable(const std::function<void(const CLI::App&)>& reader) {
     CLI::App app;
     Arguments arguments;

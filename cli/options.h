@@ -47,9 +47,6 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
 // Of its long option, without the dashes.
 const char* NameOfKind(NXls2Tki::VImportType kind);
 
-// A command line for the conversion.
-std::vector<std::string> ArgumentsOf(const Options& options);
-
 // Lends the table of options that the command line is read by. The help is made of it, and so is whatever
 // else tells what the options are.
 void ReadOptionTable(const std::function<void(const CLI::App&)>& reader);

@@ -1,28 +1,34 @@
-// This command once more, in processes of their own.
+// Tasks that are carried out in processes of their own.
 #pragma once
 
 #include <cstddef>
 #include <string>
-#include <vector>
+
+#include "cli/options.h"
 
 namespace NCli {
 
 inline constexpr std::size_t kMostProcesses = 64;
 
-enum class Stream { Output, Errors };
-
 struct FinishedProcess {
-    int status;        // what it ended with; where the system ended it, none of the command's own
-    std::string text;  // what it wrote to the stream, all of it
+    std::size_t index;  // as it was started with
+    int status;         // what it ended with; where the system ended it, none of the command's own
+    std::string text;   // what it wrote: to standard output where the task reports, else to standard error
 };
 
-// Runs the command with these arguments until it ends. It reads nothing from standard input, and what it
-// writes to the other stream is lost. May be called by several threads at a time, at most kMostProcesses.
-// Throws Failure when there cannot be another process.
-FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream);
+// Starts a process that converts as the command does for one file. It reads nothing from standard input, and
+// what it writes to the other stream is lost. There may be kMostProcesses at a time. Returns false where the
+// system has too little for one more beside those that run: try again when one has ended. Throws Failure when
+// there cannot be a process at all.
+bool StartProcess(std::size_t index, const Options& task);
 
-// For a handler of signals that goes on to end this process: ends all such processes, which remove their
-// temporary files. No call of RunCommand returns any more.
-void EndProcesses();
+std::size_t RunningProcesses();
+
+// Waits until one of them has ended; at least one has to run.
+FinishedProcess WaitForProcess();
+
+// For a handler of signals, which ends this process by the same signal afterwards: ends all such processes,
+// which remove their temporary files, and waits for them.
+void EndProcesses(int signal);
 
 }  // namespace NCli

@@ -1,51 +1,36 @@
 #include "cli/process.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <spawn.h>
-#include <sys/auxv.h>
+#include <poll.h>
+#include <stdio_ext.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <system_error>
+#include <new>
 #include <thread>
 #include <utility>
+#include <vector>
 
+#include "cli/command.h"
 #include "cli/failure.h"
-#include "cli/process_slots.h"
 
 namespace NCli {
 
 namespace {
 
-constexpr pid_t kStarting = -1;
-
-// For the handler of signals: 0, a process that was not waited for yet, or one about to be started.
-ProcessSlots<pid_t> processes;
-std::atomic<bool> isEnding;
-
-// Processes that end give back what there was too little of.
-bool IsShortage(int error) {
-    return error == EAGAIN || error == EMFILE || error == ENFILE || error == ENOMEM;
-}
-
-// The handler in another thread is about to end this process; nothing is to be told of what it ended.
-void StopIfEnding() {
-    while (isEnding) pause();
-}
-
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
     ~Descriptor() { Close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
 
     [[nodiscard]] int Number() const { return number_; }
     void Close() {
@@ -56,172 +41,148 @@ class Descriptor {
     int number_;
 };
 
-// What becomes of the standard streams.
-class Redirection {
-  public:
-    Redirection(Stream stream, const Descriptor& destination) {
-        const int number = stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO;
-        const int other = stream == Stream::Output ? STDERR_FILENO : STDOUT_FILENO;
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions_, destination.Number(), number);
-        posix_spawn_file_actions_addopen(&actions_, other, "/dev/null", O_WRONLY, 0);
-    }
-    ~Redirection() { posix_spawn_file_actions_destroy(&actions_); }
-    Redirection(const Redirection&) = delete;
-    Redirection& operator=(const Redirection&) = delete;
-
-    [[nodiscard]] const posix_spawn_file_actions_t* Actions() const { return &actions_; }
-
-  private:
-    posix_spawn_file_actions_t actions_{};
-};
-
 class BlockedSignals {
   public:
     BlockedSignals() {
         sigset_t all;
         sigfillset(&all);
-        pthread_sigmask(SIG_BLOCK, &all, &before_);
+        sigprocmask(SIG_BLOCK, &all, &before_);
     }
-    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    ~BlockedSignals() { Unblock(); }
     BlockedSignals(const BlockedSignals&) = delete;
     BlockedSignals& operator=(const BlockedSignals&) = delete;
 
-    [[nodiscard]] const sigset_t& Before() const { return before_; }
+    void Unblock() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
 
   private:
     sigset_t before_{};
 };
 
-// What signals the process has blocked.
-class Attributes {
-  public:
-    explicit Attributes(const sigset_t& blocked) {
-        posix_spawnattr_init(&attributes_);
-        posix_spawnattr_setsigmask(&attributes_, &blocked);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
-    }
-    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
-
-    [[nodiscard]] const posix_spawnattr_t* Get() const { return &attributes_; }
-
-  private:
-    posix_spawnattr_t attributes_{};
+struct Child {
+    std::size_t index;
+    pid_t process;
+    Descriptor source;  // what it writes
+    std::string text;   // so far
 };
 
-// Found once: when the command is replaced by a later one meanwhile, this is its place. Where there is no
-// /proc, such as in a bare chroot, the path by which the command was started has to do.
-const std::string& Program() {
-    static const std::string program = [] {
-        std::error_code error;
-        const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): the system hands it out as a number
-        return error ? std::string(reinterpret_cast<const char*>(getauxval(AT_EXECFN))) : path.string();
-    }();
-    return program;
+// All that were not waited for yet. The handler of signals reads it, so it changes while they are blocked.
+std::vector<Child> children;
+
+// In the new process. What the parent has open for its other children, and has not written yet, is not to be
+// kept or written here.
+[[noreturn]] void CarryOut(const Options& task, pid_t parent, BlockedSignals& signals, Descriptor& nothing,
+                           Descriptor& destination) {
+    children.clear();
+    __fpurge(stdout);
+    dup2(nothing.Number(), STDIN_FILENO);
+    dup2(task.reports ? destination.Number() : nothing.Number(), STDOUT_FILENO);
+    dup2(task.reports ? nothing.Number() : destination.Number(), STDERR_FILENO);
+    nothing.Close();
+    destination.Close();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);   // where the parent cannot end its children itself
+    if (getppid() != parent) _exit(1);  // before the system was told so
+    signals.Unblock();
+    _exit(ExitStatusOf([&task] { Convert(task); }));
 }
 
-struct Started {
-    std::atomic<pid_t>& slot;
-    int error;  // 0, or why there is no process, as errno has it
-};
-
-// Signals are blocked until the process is known: the handler, which waits for that, must not interrupt this
-// thread.
-Started Start(std::vector<std::string> arguments, const Redirection& redirection) {
-    const std::string& program = Program();
-    std::string name = "xls2tki";
-    std::vector<char*> values = {name.data()};
-    for (std::string& argument : arguments) values.push_back(argument.data());
-    values.push_back(nullptr);
-    const BlockedSignals blocked;
-    const Attributes attributes(blocked.Before());
-    std::atomic<pid_t>& slot = processes.Take(kStarting);
-    if (isEnding) {
-        slot = 0;
-        StopIfEnding();
+// Returns 0, or why there is no new process, as errno has it.
+int TryToStart(std::size_t index, const Options& task) {
+    Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
+    int ends[2] = {};
+    if (nothing.Number() < 0 || pipe2(ends, O_CLOEXEC) != 0) return errno;
+    Descriptor source(ends[0]);
+    Descriptor destination(ends[1]);
+    std::signal(SIGCHLD, SIG_DFL);  // ignored, as it may be since the start, no child could be waited for
+    const pid_t parent = getpid();
+    BlockedSignals signals;
+    children.push_back({index, 0, std::move(source), {}});
+    const pid_t process = fork();
+    if (process == 0) CarryOut(task, parent, signals, nothing, destination);
+    const int error = errno;
+    if (process < 0) {
+        children.pop_back();
+        return error;
     }
-    pid_t process = 0;
-    const int error = posix_spawn(&process, program.c_str(), redirection.Actions(), attributes.Get(),
-                                  values.data(), environ);
-    slot = error == 0 ? process : 0;
-    return {slot, error};
+    children.back().process = process;
+    return 0;
 }
 
-std::string ReadAll(const Descriptor& source) {
-    std::string text;
+// Processes that end give back what there was too little of.
+bool IsShortage(int error) {
+    return error == EAGAIN || error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+// Returns false at the end. A child that writes more than there is memory for is not heard any longer; it
+// ends by writing on.
+bool ReadPiece(Child& child) {
     char piece[4096];
-    for (ssize_t count = 1; count != 0;) {
-        count = read(source.Number(), piece, sizeof piece);
-        if (count > 0) text.append(piece, static_cast<std::size_t>(count));
-        if (count < 0 && errno != EINTR) break;
+    const ssize_t count = read(child.source.Number(), piece, sizeof piece);
+    if (count <= 0) return count < 0 && errno == EINTR;
+    try {
+        child.text.append(piece, static_cast<std::size_t>(count));
+    } catch (const std::bad_alloc&) {
+        child.text = {};
+        child.source.Close();
     }
-    return text;
+    return child.source.Number() >= 0;
 }
 
-// As shells have it.
-int StatusOf(const siginfo_t& end) { return end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status; }
-
-// The handler knows the process until it has ended, and no other one has its number meanwhile.
-int WaitFor(std::atomic<pid_t>& slot) {
-    const pid_t process = slot;
+// Its number is not given to another process until the handler of signals does not know it any more.
+int WaitFor(pid_t process) {
     siginfo_t end{};
     while (waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
     }
-    slot = 0;
-    waitpid(process, nullptr, 0);
-    StopIfEnding();
-    return StatusOf(end);
+    return end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status;  // as shells have it
 }
 
-bool IsAnyRunning() {
-    return std::any_of(processes.begin(), processes.end(),
-                       [](const std::atomic<pid_t>& process) { return process > 0; });
-}
-
-// Returns 0, or why there cannot be a process, as errno has it.
-int RunOnce(const std::vector<std::string>& arguments, Stream stream, FinishedProcess& finished) {
-    int ends[2] = {};
-    if (pipe2(ends, O_CLOEXEC) != 0) return errno;
-    const Descriptor source(ends[0]);
-    Descriptor destination(ends[1]);
-    const Started started = Start(arguments, Redirection(stream, destination));
-    if (started.error != 0) return started.error;
-    destination.Close();
-    finished.text = ReadAll(source);
-    finished.status = WaitFor(started.slot);
-    return 0;
+FinishedProcess Finish(std::vector<Child>::iterator child) {
+    const int status = WaitFor(child->process);
+    FinishedProcess finished = {child->index, status, std::move(child->text)};
+    const BlockedSignals signals;
+    waitpid(child->process, nullptr, 0);
+    children.erase(child);
+    return finished;
 }
 
 }  // namespace
 
-FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
+bool StartProcess(std::size_t index, const Options& task) {
     constexpr int kTriesAlone = 10;
-    FinishedProcess finished{};
     for (int tries = 1;; ++tries) {
-        const int error = RunOnce(arguments, stream, finished);
-        if (error == 0) return finished;
-        if (!IsShortage(error) || (tries >= kTriesAlone && !IsAnyRunning())) {
+        const int error = TryToStart(index, task);
+        if (error == 0) return true;
+        if (IsShortage(error) && !children.empty()) return false;
+        if (!IsShortage(error) || tries == kTriesAlone) {
             throw Failure("Could not start a process: " + SystemText(error));
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
 }
 
-void EndProcesses() {
-    isEnding = true;
-    for (const auto& process : processes) {
-        while (process == kStarting) sched_yield();
-        if (const pid_t number = process; number != 0) kill(number, SIGTERM);
-    }
-    for (const auto& process : processes) {
-        const pid_t number = process;
-        while (number != 0 && waitpid(number, nullptr, 0) < 0 && errno == EINTR) {
+std::size_t RunningProcesses() { return children.size(); }
+
+FinishedProcess WaitForProcess() {
+    for (;;) {
+        pollfd sources[kMostProcesses] = {};
+        for (std::size_t index = 0; index < children.size(); ++index) {
+            sources[index] = {children[index].source.Number(), POLLIN, 0};
+        }
+        poll(sources, children.size(), -1);
+        for (std::size_t index = 0; index < children.size(); ++index) {
+            if (sources[index].revents != 0 && !ReadPiece(children[index])) {
+                return Finish(children.begin() + static_cast<std::ptrdiff_t>(index));
+            }
         }
     }
+}
+
+// A child that is stopped has to go on to end.
+void EndProcesses(int signal) {
+    for (const Child& child : children) {
+        kill(child.process, signal);
+        kill(child.process, SIGCONT);
+    }
+    for (const Child& child : children) waitpid(child.process, nullptr, 0);
 }
 
 }  // namespace NCli

@@ -2,14 +2,13 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <mutex>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "cli/failure.h"
-#include "cli/process_slots.h"
 #include "cli/text.h"
 #include "cli/windows/handle.h"
 
@@ -17,26 +16,29 @@ namespace NCli {
 
 namespace {
 
-// For the handler of signals: null, or a process that was not waited for yet.
-ProcessSlots<HANDLE> processes;
-std::atomic<bool> isEnding;
+struct Child {
+    std::size_t index;
+    Handle process;
+    Handle source;     // what it writes
+    std::string text;  // so far
+};
+
+// The handler of signals, in a thread of its own, keeps the lock while it ends this process; nothing is to be
+// told of what it ended.
+std::mutex changing;
+std::vector<Child> children;
 
 [[noreturn]] void RefuseToRun() {
     const int error = static_cast<int>(GetLastError());
     throw Failure("Could not start a process: " + std::system_category().message(error));
 }
 
-// The handler in another thread is about to end this process; nothing is to be told of what it ended.
-void StopIfEnding() {
-    while (isEnding) Sleep(INFINITE);
-}
-
 // Between quotation marks as programs read it: a quotation mark has a backslash in front, and all backslashes
 // in front of one are doubled.
-void AppendQuoted(std::wstring& line, std::string_view argument) {
+void AppendQuoted(std::wstring& line, std::wstring_view argument) {
     line += L" \"";
     std::size_t backslashes = 0;
-    for (const wchar_t unit : DecodeUtf8(argument).text) {
+    for (const wchar_t unit : argument) {
         if (unit == L'"') line.append(backslashes + 1, L'\\');
         backslashes = unit == L'\\' ? backslashes + 1 : 0;
         line += unit;
@@ -44,9 +46,25 @@ void AppendQuoted(std::wstring& line, std::string_view argument) {
     line.append(backslashes, L'\\') += L'"';
 }
 
-std::wstring CommandLineOf(const std::vector<std::string>& arguments) {
+std::wstring CommandLineOf(const Options& task) {
     std::wstring line = L"xls2tki";
-    for (const std::string& argument : arguments) AppendQuoted(line, argument);
+    const auto add = [&line](const wchar_t* name, const std::wstring& value) {
+        AppendQuoted(line, name + value);
+    };
+    add(L"--", DecodeUtf8(NameOfKind(task.kind)).text);
+    add(L"--separator=", {task.separator});
+    if (task.utf8) line += L" --utf8";
+    if (task.checks) line += L" --check";
+    if (task.force) line += L" --force";
+    if (task.reports) line += L" --json";
+    add(L"--worksheet=", task.worksheet);
+    for (const std::wstring& name : task.vsgNames) add(L"--vsg=", name);
+    for (const std::wstring& name : task.typeANames) add(L"--type-a=", name);
+    add(L"--variant=", task.variant);
+    add(L"--diag-instance=", task.diagnosticInstance);
+    line += L" --";
+    AppendQuoted(line, task.input.native());
+    if (!task.checks) AppendQuoted(line, task.output.native());
     return line;
 }
 
@@ -61,16 +79,8 @@ Handle OpenNothing(DWORD access, SECURITY_ATTRIBUTES& inherited) {
                                0, nullptr));
 }
 
-struct Started {
-    Handle process;
-    Handle source;  // what it writes
-};
-
-Started Start(const std::vector<std::string>& arguments, Stream stream) {
+Child Start(std::size_t index, const Options& task) {
     constexpr DWORD kPipeSize = 1 << 20;
-    // Another process is not to inherit what this one writes to.
-    static std::mutex oneAtATime;
-    const std::scoped_lock lock(oneAtATime);
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE ends[2] = {};
     if (CreatePipe(&ends[0], &ends[1], &inherited, kPipeSize) == 0) RefuseToRun();
@@ -83,61 +93,71 @@ Started Start(const std::vector<std::string>& arguments, Stream stream) {
     streams.cb = sizeof streams;
     streams.dwFlags = STARTF_USESTDHANDLES;
     streams.hStdInput = noInput.get();
-    streams.hStdOutput = stream == Stream::Output ? destination.get() : noOutput.get();
-    streams.hStdError = stream == Stream::Errors ? destination.get() : noOutput.get();
+    streams.hStdOutput = task.reports ? destination.get() : noOutput.get();
+    streams.hStdError = task.reports ? noOutput.get() : destination.get();
     PROCESS_INFORMATION started{};
-    std::wstring line = CommandLineOf(arguments);
+    std::wstring line = CommandLineOf(task);
     if (CreateProcessW(OwnProgram().c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
                        &streams, &started) == 0) {
         RefuseToRun();
     }
     CloseHandle(started.hThread);
-    return {Handle(started.hProcess), std::move(source)};
+    return {index, Handle(started.hProcess), std::move(source), {}};
 }
 
-void ReadAvailable(HANDLE source, std::string& text) {
+void ReadAvailable(Child& child) {
     char piece[4096];
     DWORD count = 0;
-    while (PeekNamedPipe(source, piece, sizeof piece, &count, nullptr, nullptr) != 0 && count > 0) {
-        if (ReadFile(source, piece, count, &count, nullptr) == 0) return;
-        text.append(piece, count);
+    while (PeekNamedPipe(child.source.get(), piece, sizeof piece, &count, nullptr, nullptr) != 0 &&
+           count > 0) {
+        if (ReadFile(child.source.get(), piece, count, &count, nullptr) == 0) return;
+        child.text.append(piece, count);
     }
 }
 
-// The stream's end would not do: what the process started, such as parts of the system, may keep it open.
-std::string ReadUntilEnd(HANDLE process, HANDLE source) {
-    constexpr DWORD kMilliseconds = 10;
-    std::string text;
-    for (bool isRunning = true; isRunning;) {
-        isRunning = WaitForSingleObject(process, kMilliseconds) == WAIT_TIMEOUT;
-        ReadAvailable(source, text);
-    }
-    return text;
+FinishedProcess Finish(std::vector<Child>::iterator child) {
+    DWORD status = 0;
+    GetExitCodeProcess(child->process.get(), &status);
+    FinishedProcess finished = {child->index, static_cast<int>(status), std::move(child->text)};
+    const std::scoped_lock lock(changing);
+    children.erase(child);
+    return finished;
 }
 
 }  // namespace
 
-FinishedProcess RunCommand(const std::vector<std::string>& arguments, Stream stream) {
-    StopIfEnding();
-    const Started started = Start(arguments, stream);
-    std::atomic<HANDLE>& slot = processes.Take(started.process.get());
-    std::string text = ReadUntilEnd(started.process.get(), started.source.get());
-    slot = nullptr;
-    StopIfEnding();
-    DWORD status = 0;
-    GetExitCodeProcess(started.process.get(), &status);
-    return {static_cast<int>(status), std::move(text)};
+bool StartProcess(std::size_t index, const Options& task) {
+    const std::scoped_lock lock(changing);
+    children.push_back(Start(index, task));
+    return true;
+}
+
+std::size_t RunningProcesses() { return children.size(); }
+
+// The end of what it writes would not do: what a process started, such as parts of the system, may keep that
+// open.
+FinishedProcess WaitForProcess() {
+    constexpr DWORD kMilliseconds = 10;
+    static_assert(kMostProcesses <= MAXIMUM_WAIT_OBJECTS);
+    for (;;) {
+        std::vector<HANDLE> processes;
+        for (const Child& child : children) processes.push_back(child.process.get());
+        const auto count = static_cast<DWORD>(processes.size());
+        const DWORD ended = WaitForMultipleObjects(count, processes.data(), FALSE, kMilliseconds);
+        for (Child& child : children) ReadAvailable(child);
+        if (ended < count) return Finish(children.begin() + static_cast<std::ptrdiff_t>(ended));
+    }
 }
 
 // What interrupts this process interrupts those of the same console, too. They get time to remove their
 // files.
-void EndProcesses() {
+void EndProcesses(int) {
     constexpr DWORD kMilliseconds = 10'000;
-    isEnding = true;
-    for (const auto& process : processes) {
-        void* const running = process;
-        if (running == nullptr) continue;
-        if (WaitForSingleObject(running, kMilliseconds) == WAIT_TIMEOUT) TerminateProcess(running, 1);
+    changing.lock();
+    for (const Child& child : children) {
+        if (WaitForSingleObject(child.process.get(), kMilliseconds) == WAIT_TIMEOUT) {
+            TerminateProcess(child.process.get(), 1);
+        }
     }
 }
 

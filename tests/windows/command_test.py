@@ -228,6 +228,16 @@ def test_loading_again_and_again():
     await_servers()
 
 
+def test_options_of_many_files():
+    """There, each process reads them anew."""
+    for options, separator in [('-u --vsg {} --type-a x --type-a [a,b] --variant= --diag-instance \u00fc" -s =', "="),
+                               ("--variant=-- --diag-instance=--json --vsg x --vsg=[a,b] -s -", "-")]:
+        with folder("DTC=Text={}=[a,b]=x\nP0123=\u00e4=1=2=3\n".replace("=", separator).encode()):
+            for rest in "in.csv one.xml", "--output-dir many in.csv":
+                check(options, 0, run("wine", COMMAND, *options.split(), *rest.split())[0])
+            check(options, Path("one.xml").read_bytes(), Path("many/in.xml").read_bytes())
+
+
 def test_long_paths():
     with folder(TABLE):
         os.makedirs(LONG)
