@@ -107,10 +107,6 @@ TemporaryFile::~TemporaryFile() {
 
 bool CloseStandardOutput() { return std::fclose(stdout) == 0; }
 
-void CleanUpOnSignals() {
-    for (const int number : EndingSignals()) {
-        if (std::signal(number, RemoveFilesAndDie) == SIG_IGN) std::signal(number, SIG_IGN);
-    }
-}
+void CleanUpOnSignals() { HandleEndingSignals(RemoveFilesAndDie); }
 
 }  // namespace NCli

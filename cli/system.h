@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -78,8 +77,9 @@ std::string_view DriverAdvice();
 
 bool IsTerminal(std::FILE* stream);
 
-// What ends the command from outside, unless it is handled.
-std::span<const int> EndingSignals();
+// From now on `handler` is called for every signal that would end the command from outside. Those that are
+// ignored stay so.
+void HandleEndingSignals(void (*handler)(int));
 
 // May be called by a handler of signals.
 void RemoveFile(const std::filesystem::path::value_type* path);

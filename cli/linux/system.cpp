@@ -4,9 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
 
 namespace NCli {
 
@@ -88,9 +90,23 @@ std::string_view DriverAdvice() { return "On Linux, scripts/install-odbc-driver 
 
 bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
 
-std::span<const int> EndingSignals() {
-    static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU};
-    return kSignals;
+// The faults are left to the system: after one, nothing that the command does can be relied upon.
+static bool EndsFromOutside(int number) {
+    static constexpr int kOthers[] = {SIGSEGV, SIGBUS,  SIGFPE,  SIGILL,  SIGTRAP, SIGSYS, SIGABRT, SIGSTOP,
+                                      SIGTSTP, SIGTTIN, SIGTTOU, SIGCONT, SIGCHLD, SIGURG, SIGWINCH};
+    return std::find(std::begin(kOthers), std::end(kOthers), number) == std::end(kOthers);
+}
+
+// While one is handled, no other is. SIGKILL and what the C library keeps for itself cannot be.
+void HandleEndingSignals(void (*handler)(int)) {
+    struct sigaction handled = {};
+    handled.sa_handler = handler;
+    sigfillset(&handled.sa_mask);
+    for (int number = 1; number <= SIGRTMAX; ++number) {
+        struct sigaction before = {};
+        if (!EndsFromOutside(number) || sigaction(number, nullptr, &before) != 0) continue;
+        if (before.sa_handler == SIG_DFL) sigaction(number, &handled, nullptr);
+    }
 }
 
 void RemoveFile(const char* path) { std::remove(path); }

@@ -168,9 +168,10 @@ std::string_view DriverAdvice() { return "The Microsoft Access Database Engine, 
 
 bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
-std::span<const int> EndingSignals() {
-    static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGBREAK};  // the last also for a console that closes
-    return kSignals;
+void HandleEndingSignals(void (*handler)(int)) {
+    for (const int number : {SIGINT, SIGTERM, SIGBREAK}) {  // the last also for a console that closes
+        if (std::signal(number, handler) == SIG_IGN) std::signal(number, SIG_IGN);
+    }
 }
 
 void RemoveFile(const wchar_t* path) { _wremove(ToSystemPath(path).c_str()); }

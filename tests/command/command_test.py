@@ -336,12 +336,12 @@ def test_ending_many_files():
             os.mkfifo(pipe)
         arguments = "-c --jobs 2 --output-dir . a.csv b.csv in.csv"
         streams = dict(env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
-        for number in signal.SIGTERM, signal.SIGINT, signal.SIGKILL:
+        for number in signal.SIGTERM, signal.SIGUSR1, signal.SIGKILL:
             command = subprocess.Popen([COMMAND, *arguments.split()], **streams)
             wait_until(lambda: len(files()) == 8)
             children = children_of(command)
             check("processes and their files", (2, 8), (len(children), len(files())))
-            if number == signal.SIGINT:
+            if number == signal.SIGUSR1:
                 os.kill(children[1], signal.SIGSTOP)
             command.send_signal(number)
             check("end of all", (("", ""), -number), (command.communicate(timeout=60), command.returncode))
@@ -479,13 +479,17 @@ def test_other_users():
 
 
 def test_signals():
-    for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
+    for number in signal.SIGINT, signal.SIGTERM, signal.SIGALRM, signal.SIGRTMAX:
         with folder(TABLE) as environment:
+            def choose():
+                signal.signal(number, signal.SIG_DFL)
+                signal.signal(signal.SIGHUP, signal.SIG_IGN)
             command = subprocess.Popen([COMMAND, "-", "new.xml"], env=environment, stdin=subprocess.PIPE, umask=0,
-                                       preexec_fn=lambda: signal.signal(number, signal.SIG_DFL))
+                                       preexec_fn=choose)
             wait_until(lambda: len(files()) == 4)
             check("temporary files", [0o600] * 2,
                   [stat.S_IMODE(os.stat(name).st_mode) for name in files() if name not in BEFORE])
+            command.send_signal(signal.SIGHUP)
             command.send_signal(number)
             check("signal", -number, command.wait())
             check("signal: files", BEFORE, files())
