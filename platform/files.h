@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "platform/replaceable.h"
 #include "platform/text_buffer.h"
@@ -59,9 +60,10 @@ class InputFile {
     [[nodiscard]] bool IsOpen() const { return system_ != nullptr; }
     // In bytes, as it was when the file was opened.
     [[nodiscard]] std::uint64_t Size() const { return size_; }
-    // Reads `count` bytes from `offset` on, all of them. False: the system reported an error, or the file has
-    // become shorter.
-    bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count) const;
+    // Reads `count` bytes from `offset` on, all of them. False: the system reported an error, which `reason`
+    // then has, or the file has become shorter, for which it has none.
+    bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count,
+                std::error_code* reason = nullptr) const;
 
   private:
     struct System;

@@ -182,8 +182,15 @@ TEST(Workbooks, NoticeThatTheFileWasCut) {
     const auto path = Zip(folder, Small({}));
     const auto workbook = OpenWorkbook(path);
     std::filesystem::resize_file(path, 10);
-    EXPECT_THROW(workbook->worksheets[0]->Cells(), WorkbookError);
-    EXPECT_THROW(workbook->worksheets[0]->Cells(), WorkbookError);
+    for (int time = 0; time < 2; ++time) {
+        try {
+            workbook->worksheets[0]->Cells();
+            ADD_FAILURE() << "it was read";
+        } catch (const WorkbookError& error) {
+            EXPECT_TRUE(error.Message().ends_with(
+                u"a.xlsx' cannot be read: it has become shorter since it was opened."));
+        }
+    }
 }
 
 TEST(CellTable, SortsAndKeepsTheLast) {

@@ -20,6 +20,11 @@ constexpr std::size_t kSizeOffset = 64;
 constexpr std::string_view kEncryptedName = "E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0\0\0"sv;
 constexpr std::string_view kEncryptedSize = "\x22\0\2"sv;
 
+void Read(const NPlatform::InputFile& file, std::uint64_t offset, char* bytes, std::size_t count) {
+    std::error_code reason;
+    if (!file.ReadAt(offset, bytes, count, &reason)) throw ReadFailure{reason};
+}
+
 bool IsEncryptedEntry(std::string_view entry) {
     return entry.starts_with(kEncryptedName) && entry.substr(kSizeOffset).starts_with(kEncryptedSize);
 }
@@ -30,7 +35,7 @@ bool HasEncryptedEntry(const NPlatform::InputFile& file) {
     std::vector<char> bytes(kPiece);
     for (std::uint64_t offset = 0; offset < file.Size(); offset += kPiece) {
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, file.Size() - offset));
-        if (!file.ReadAt(offset, bytes.data(), count)) return false;
+        Read(file, offset, bytes.data(), count);
         for (std::size_t at = 0; at + kEntrySize <= count; at += kEntrySize) {
             if (IsEncryptedEntry({bytes.data() + at, kEntrySize})) return true;
         }
@@ -42,7 +47,8 @@ bool HasEncryptedEntry(const NPlatform::InputFile& file) {
 
 FileKind KindOf(const NPlatform::InputFile& file) {
     char bytes[kCompound.size()];
-    if (file.Size() < sizeof bytes || !file.ReadAt(0, bytes, sizeof bytes)) return FileKind::SomethingElse;
+    if (file.Size() < sizeof bytes) return FileKind::SomethingElse;
+    Read(file, 0, bytes, sizeof bytes);
     const std::string_view beginning(bytes, sizeof bytes);
     if (beginning.starts_with(kZip)) return FileKind::Zip;
     if (beginning != kCompound) return FileKind::SomethingElse;

@@ -1,6 +1,8 @@
 // What kind of file somebody takes for a workbook.
 #pragma once
 
+#include <system_error>
+
 #include "platform/files.h"
 
 namespace NWorkbook {
@@ -12,7 +14,12 @@ enum class FileKind {
     SomethingElse,
 };
 
-// Decided by the content, not by the name. A file that cannot be read is something else.
+// Thrown while a file's bytes are read.
+struct ReadFailure {
+    std::error_code reason;  // none: the file has become shorter
+};
+
+// Decided by the content, not by the name. Throws ReadFailure.
 FileKind KindOf(const NPlatform::InputFile& file);
 
 }  // namespace NWorkbook

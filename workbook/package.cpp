@@ -3,10 +3,10 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/files.h"
 #include "platform/format.h"
-#include "workbook/file_kind.h"
 #include "workbook/part_name.h"
 #include "workbook/utf16.h"
 
@@ -36,7 +36,9 @@ struct Package::Archive {
 
     zip_int64_t Read(void* bytes, zip_uint64_t capacity) {
         const zip_uint64_t count = std::min(capacity, file.Size() - offset);
-        if (!file.ReadAt(offset, static_cast<char*>(bytes), count)) {
+        std::error_code reason;
+        if (!file.ReadAt(offset, static_cast<char*>(bytes), count, &reason)) {
+            failure = ReadFailure{reason};
             zip_error_set(&error, ZIP_ER_READ, 0);
             return -1;
         }
@@ -90,6 +92,7 @@ struct Package::Archive {
     }
 
     NPlatform::InputFile file;
+    std::optional<ReadFailure> failure;
     zip_uint64_t offset = 0;
     zip_uint64_t bytesRead = 0;
     zip_error_t error{};
@@ -116,7 +119,15 @@ void Package::OpenFile() {
     if (file.Size() > kMostBytesOfFile) throw Error(u"is too large: it has more than 512 MiB.");
     mostInflated_ =
         std::min(std::max(kMostInflation * file.Size(), kInflatedBytesForAll), kMostInflatedBytes);
-    switch (KindOf(file)) {
+    try {
+        RefuseOtherKind();
+    } catch (const ReadFailure& failure) {
+        throw ReadError(failure);
+    }
+}
+
+void Package::RefuseOtherKind() const {
+    switch (KindOf(archive_->file)) {
         case FileKind::Zip:
             return;
         case FileKind::Encrypted:
@@ -136,6 +147,7 @@ void Package::OpenArchive() {
     archive_->zip = zip_open_from_source(source, ZIP_RDONLY, &error);
     if (archive_->zip != nullptr) return;
     zip_source_free(source);
+    if (archive_->failure) throw ReadError(*archive_->failure);
     if (archive_->bytesRead > kMostBytesOfDirectory) throw Error(u"is too large: it has too many parts.");
     throw Error(std::u16string(u"is damaged: ").append(Show(zip_error_strerror(&error))).append(u"."));
 }
@@ -159,6 +171,16 @@ WorkbookError Package::Error(std::u16string_view what) const {
     return WorkbookError(NPlatform::Format(kMostUnitsOfMessage, u"'%s' %s", {path_, what}));
 }
 
+WorkbookError Package::ReadError(const ReadFailure& failure) const {
+    if (!failure.reason) return Error(u"cannot be read: it has become shorter since it was opened.");
+    return Error(u"cannot be read: " + Show(failure.reason.message()) + u".");
+}
+
+WorkbookError Package::ZipError(std::string_view part, const char* words) const {
+    if (archive_->failure) return ReadError(*archive_->failure);
+    return PartError(part, {Fault::Damaged, Show(words)});
+}
+
 WorkbookError Package::PartError(std::string_view part, const PartFault& fault) const {
     return WorkbookError(NPlatform::Format(kMostUnitsOfMessage, u"'%s' is %s: part '%s': %s.",
                                            {path_, NameOf(fault.fault), Show(part), fault.what}));
@@ -172,9 +194,10 @@ WorkbookError Package::LineError(std::string_view part, std::int32_t line, const
 PartReader::PartReader(Package& package, std::string_view part) : package_(package), part_(part) {
     const auto found = package.parts_.find(PartKey(part));
     if (found == package.parts_.end()) throw package.PartError(part, {Fault::Damaged, u"it is missing"});
+    package.archive_->failure.reset();
     zip_t* const zip = package.archive_->zip;
     file_ = zip_fopen_index(zip, found->second, 0);
-    if (file_ == nullptr) throw package.PartError(part, {Fault::Damaged, Show(zip_strerror(zip))});
+    if (file_ == nullptr) throw package.ZipError(part, zip_strerror(zip));
 }
 
 PartReader::~PartReader() {
@@ -183,7 +206,7 @@ PartReader::~PartReader() {
 
 std::size_t PartReader::Read(char* bytes, std::size_t capacity) {
     const zip_int64_t count = zip_fread(file_, bytes, capacity);
-    if (count < 0) throw package_.PartError(part_, {Fault::Damaged, Show(zip_file_strerror(file_))});
+    if (count < 0) throw package_.ZipError(part_, zip_file_strerror(file_));
     package_.inflated_ += static_cast<std::uint64_t>(count);
     if (package_.inflated_ > package_.mostInflated_) {
         const bool isMost = package_.mostInflated_ == kMostInflatedBytes;

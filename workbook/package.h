@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "workbook/error.h"
+#include "workbook/file_kind.h"
 #include "workbook/part_fault.h"
 
 struct zip_file;
@@ -57,8 +58,12 @@ class Package {
     struct Archive;
 
     void OpenFile();
+    void RefuseOtherKind() const;
     void OpenArchive();
     void ListParts();
+    [[nodiscard]] WorkbookError ReadError(const ReadFailure& failure) const;
+    // Of a part, in the zip library's words unless it failed because the file cannot be read.
+    [[nodiscard]] WorkbookError ZipError(std::string_view part, const char* words) const;
 
     std::u16string path_;
     std::u16string fullPath_;

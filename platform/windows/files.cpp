@@ -55,14 +55,20 @@ InputFile::InputFile(std::u16string_view path) : system_(std::make_unique<System
 
 InputFile::~InputFile() = default;
 
-bool InputFile::ReadAt(std::uint64_t offset, char* bytes, std::size_t count) const {
+bool InputFile::ReadAt(std::uint64_t offset, char* bytes, std::size_t count, std::error_code* reason) const {
     while (count > 0) {
         OVERLAPPED place{};
         place.Offset = static_cast<DWORD>(offset);
         place.OffsetHigh = static_cast<DWORD>(offset >> 32);
         DWORD read = 0;
-        if (ReadFile(system_->file.Get(), bytes, PieceOf(count), &read, &place) == 0 || read == 0)
+        const bool hasRead = ReadFile(system_->file.Get(), bytes, PieceOf(count), &read, &place) != 0;
+        if (!hasRead || read == 0) {
+            const DWORD error = hasRead ? ERROR_HANDLE_EOF : GetLastError();
+            if (reason != nullptr)
+                reason->assign(error == ERROR_HANDLE_EOF ? 0 : static_cast<int>(error),
+                               std::system_category());
             return false;
+        }
         bytes += read;
         offset += read;
         count -= read;

@@ -370,8 +370,13 @@ TEST_P(Faults, OfMemoryLeaveTheOutputWhole) {
 TEST_P(Faults, OfReadingLeaveTheOutputWhole) {
     for (const bool shrinks : {false, true}) {
         isShrunk = shrinks;
-        FailEach(reading, false);
-        FailEach(reading, true);
+        for (const bool lasts : {false, true}) {
+            FailEach(reading, lasts, [this](bool isDone) {
+                EXPECT_EQ(folder_.Read("output"), isDone ? document_ : kBefore);
+                const std::u16string message = xls2tki_message();
+                EXPECT_EQ(message.find(u"damaged"), message.npos) << NTest::Utf8(message);
+            });
+        }
     }
     if (GetParam().importType == XLS2TKI_ODBC) {
         FailEach(asking, false);
