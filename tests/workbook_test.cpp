@@ -121,6 +121,27 @@ TEST(Workbooks, RefuseDamagedParts) {
     for (const auto& row : kRows) EXPECT_EQ(Outcome(folder, Zip(folder, Small(row.changed))), row.outcome);
 }
 
+// As Excel does.
+TEST(Workbooks, TrimTextsUnlessTheyKeepTheirBlanks) {
+    const auto cell = [](const std::string& type, const std::string& text) {
+        return Sheet("<row><c t='" + type + "'>" + text + "</c></row>");
+    };
+    const std::pair<std::string, std::string> kRows[] = {
+        {cell("str", "<v> &#9;&#13;&#10; a b&#xA0;\n </v>"), "t a b\u00A0 "},
+        {cell("str", "<v xml:space='preserve'> a\n</v>"), "t  a\\10 "},
+        {cell("inlineStr", "<v> a </v>"), "t a "},
+        {cell("inlineStr", "<is><t> a</t></is>"), "t a "},
+        {cell("inlineStr", "<is><t>  </t></is>"), "t  "},
+        {cell("inlineStr", "<is><t>_x0020_a_x000D_ </t></is>"), "t  a\\13 "},
+        {cell("inlineStr", "<is><r><t>a </t></r><r><t xml:space='preserve'> b </t></r><r><t> c</t></r></is>"),
+         "t a b c "},
+        {cell("inlineStr", "<is xml:space='preserve'><t> a</t><t xml:space='default'> b</t></is>"), "t  ab "},
+    };
+    const TempFolder folder;
+    for (const auto& [sheet, outcome] : kRows)
+        EXPECT_EQ(Outcome(folder, Zip(folder, Small({{"s.xml", sheet}}))), outcome) << sheet;
+}
+
 // 60 KB that name 1 GB of text.
 TEST(Workbooks, RefuseSharedTextsThatGrowTooLong) {
     const TempFolder folder;

@@ -21,10 +21,12 @@ class SharedStrings::Reader : public XmlReader {
         }
         if (element.depth == kItem) return element.name == "si";
         isText_ = HoldsText(element.name);
+        if (isText_) text_.BeginElement(element.keepsBlanks);
         return IsTextElement(element.depth - kItem, element.name);
     }
 
     void End(int depth) override {
+        if (isText_) text_.EndElement();
         isText_ = false;
         if (depth != kItem) return;
         Spend(budget_.sharedStrings, 1, u"there are too many shared strings");

@@ -30,8 +30,8 @@ class SharedStrings {
 };
 
 // The elements inside a text that cells share or one that a cell holds itself: plain text or runs of it, each
-// with a format; what it sounds like is left out. Blanks are kept as they are, with xml:space or without.
-// `level` is 1 for the elements right in it. Returns whether to go into an element.
+// with a format; what it sounds like is left out. `level` is 1 for the elements right in it. Returns whether
+// to go into an element.
 bool IsTextElement(int level, std::string_view name);
 // Whether the characters in such an element are text: those of a run are not.
 inline bool HoldsText(std::string_view name) { return name == "t"; }

@@ -6,7 +6,7 @@
 #include "workbook/date_serial.h"
 #include "workbook/range_address.h"
 #include "workbook/utf16.h"
-#include "workbook/xml_part.h"
+#include "workbook/xml_text.h"
 
 namespace NWorkbook {
 
@@ -36,10 +36,6 @@ ValueType TypeOf(const char* name) {
     return ValueType::Unknown;
 }
 
-bool IsBlank(char character) {
-    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
-}
-
 // The characters of a value that is not a text: more than the longest number has.
 class ValueText {
   public:
@@ -56,8 +52,8 @@ class ValueText {
     // Without the blanks around it.
     [[nodiscard]] std::string_view Trimmed() const {
         std::string_view text(characters_, size_);
-        while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-        while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+        while (!text.empty() && IsXmlBlank(text.front())) text.remove_prefix(1);
+        while (!text.empty() && IsXmlBlank(text.back())) text.remove_suffix(1);
         return text;
     }
 
@@ -87,13 +83,14 @@ class SheetReader : public XmlReader {
             case CellElement:
                 return element.name == "c" && StartCell(element);
             case Value:
-                return StartValue(element.name);
+                return StartValue(element);
             default:
-                return StartText(element.depth - Value, element.name);
+                return StartText(element);
         }
     }
 
     void End(int depth) override {
+        if (takesText_) text_.EndElement();
         takesValue_ = takesText_ = false;
         if (depth == CellElement) EndCell();
     }
@@ -151,14 +148,15 @@ class SheetReader : public XmlReader {
     }
 
     // Of several values the first one counts, and a text of the cell's own more than a value beside it.
-    bool StartValue(std::string_view name) {
-        const bool isOwnText = type_ == ValueType::InlineText && name == "is" && !hasOwnText_;
-        if (!isOwnText && (hasValue_ || name != "v")) return false;
+    bool StartValue(const XmlElement& element) {
+        const bool isOwnText = type_ == ValueType::InlineText && element.name == "is" && !hasOwnText_;
+        if (!isOwnText && (hasValue_ || element.name != "v")) return false;
         if (isOwnText) text_.Discard();
         hasValue_ = true;
         hasOwnText_ = isOwnText;
         takesText_ = !isOwnText && (type_ == ValueType::Text || type_ == ValueType::InlineText);
         takesValue_ = !isOwnText && !takesText_;
+        if (takesText_) text_.BeginElement(element.keepsBlanks);
         return true;
     }
 
@@ -167,9 +165,10 @@ class SheetReader : public XmlReader {
         if (takesValue_ || takesText_) FailCell(u"has an element within its value");
     }
 
-    bool StartText(int level, std::string_view name) {
-        takesText_ = HoldsText(name);
-        return IsTextElement(level, name);
+    bool StartText(const XmlElement& element) {
+        takesText_ = HoldsText(element.name);
+        if (takesText_) text_.BeginElement(element.keepsBlanks);
+        return IsTextElement(element.depth - Value, element.name);
     }
 
     void EndCell() {

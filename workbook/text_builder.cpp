@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "workbook/utf16.h"
+#include "workbook/xml_text.h"
 
 namespace NWorkbook {
 
@@ -50,6 +51,19 @@ void TextBuilder::Append(std::string_view text) {
     const char16_t* const end = Utf8ToUtf16(text, out);
     store_.Truncate(size + static_cast<std::size_t>(end - out));
     mayHaveEscapes_ = mayHaveEscapes_ || std::memchr(text.data(), '_', text.size()) != nullptr;
+}
+
+void TextBuilder::EndElement() {
+    const std::u16string_view text = store_.Open().substr(elementStart_);
+    const bool hasBlanks = !text.empty() && (IsXmlBlank(text.front()) || IsXmlBlank(text.back()));
+    if (keepsBlanks_ || !hasBlanks) return;
+    char16_t* const begin = store_.Extend(0) - text.size();
+    char16_t* const end = begin + text.size();
+    char16_t* const first = std::find_if_not(begin, end, IsXmlBlank<char16_t>);
+    char16_t* last = end;
+    while (last != first && IsXmlBlank(last[-1])) --last;
+    std::copy(first, last, begin);
+    store_.Truncate(elementStart_ + static_cast<std::size_t>(last - first));
 }
 
 TextPlace TextBuilder::Close() {

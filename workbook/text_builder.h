@@ -30,6 +30,13 @@ class TextBuilder {
     TextBuilder& operator=(const TextBuilder&) = delete;
     ~TextBuilder() { Discard(); }
 
+    // An element of the text begins: Append adds what is in it.
+    void BeginElement(bool keepsBlanks) {
+        keepsBlanks_ = keepsBlanks;
+        elementStart_ = store_.Open().size();
+    }
+    // It ends: the white space at its ends does not count, unless it is kept. What is escaped stays.
+    void EndElement();
     // Takes UTF-8. Throws PartFault for a text that is too long, or when there are too many.
     void Append(std::string_view text);
     // Drops what there is of the text.
@@ -42,6 +49,8 @@ class TextBuilder {
 
     TextStore& store_;
     Budget& budget_;
+    std::size_t elementStart_ = 0;  // in the text
+    bool keepsBlanks_ = false;
     bool mayHaveEscapes_ = false;
 };
 

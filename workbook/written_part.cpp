@@ -28,10 +28,8 @@ void AppendNumber(std::string& xml, Number number) {
     xml.append(digits, result.ptr);
 }
 
-bool IsBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r'; }
-
 void AppendString(std::string& xml, std::u16string_view text) {
-    const bool keepsBlanks = !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
+    const bool keepsBlanks = !text.empty() && (IsXmlBlank(text.front()) || IsXmlBlank(text.back()));
     xml += keepsBlanks ? R"(<si><t xml:space="preserve">)" : "<si><t>";
     AppendXmlText(xml, text);
     xml += "</t></si>";

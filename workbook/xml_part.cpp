@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <exception>
 #include <limits>
@@ -120,15 +121,26 @@ class PartParser {
         if (++depth_ > kMostDepth) throw PartFault{Fault::TooLarge, u"its elements are nested too deeply"};
         bytesOfText_ = 0;
         if (leftOut_ != 0) return;
-        if (!prefixes_.Declare(depth_, attributes)) {
-            throw PartFault{Fault::TooLarge, u"it declares too many namespaces"};
+        const auto depth = static_cast<std::size_t>(depth_);
+        keepsBlanks_[depth] = keepsBlanks_[depth - 1];
+        for (const char* const* next = attributes; *next != nullptr; next += 2) {
+            if (**next == 'x') TakeXmlAttribute(next[0], next[1]);
         }
         const QualifiedName qualified = Split(name);
         const bool isWanted = prefixes_.Of(qualified.prefix) == wanted_;
         if (!isWanted && depth_ == 1)
             throw PartFault{Fault::Damaged, u"its root element is of another namespace"};
         if (!isWanted) reader_.LeaveOutForeign();
-        if (!isWanted || !reader_.Start({depth_, qualified.local, attributes, &prefixes_})) leftOut_ = depth_;
+        if (!isWanted ||
+            !reader_.Start({depth_, qualified.local, attributes, &prefixes_, keepsBlanks_[depth]}))
+            leftOut_ = depth_;
+    }
+
+    void TakeXmlAttribute(std::string_view name, std::string_view value) {
+        if (name == "xml:space") keepsBlanks_[static_cast<std::size_t>(depth_)] = value == "preserve";
+        if (!prefixes_.Declare(depth_, name, value)) {
+            throw PartFault{Fault::TooLarge, u"it declares too many namespaces"};
+        }
     }
 
     void End() {
@@ -181,6 +193,7 @@ class PartParser {
     XmlReader& reader_;
     LimitedParser parser_;
     XmlPrefixes prefixes_;
+    std::array<bool, kMostDepth + 1> keepsBlanks_{};  // of the open elements, by their depth
     int depth_ = 0;
     int leftOut_ = 0;              // the depth of the element that is left out; 0: none
     std::size_t bytesOfText_ = 0;  // since the last tag
@@ -190,14 +203,7 @@ class PartParser {
 
 }  // namespace
 
-bool XmlPrefixes::Declare(int depth, const char* const* attributes) {
-    for (; *attributes != nullptr; attributes += 2) {
-        if (**attributes == 'x' && !DeclareOne(depth, attributes[0], attributes[1])) return false;
-    }
-    return true;
-}
-
-bool XmlPrefixes::DeclareOne(int depth, std::string_view attribute, std::string_view value) {
+bool XmlPrefixes::Declare(int depth, std::string_view attribute, std::string_view value) {
     if (!attribute.starts_with(kDeclaration)) return true;
     std::string_view prefix = attribute.substr(kDeclaration.size());
     if (!prefix.empty() && prefix[0] != ':') return true;

@@ -27,8 +27,8 @@ enum class XmlNamespace : std::uint8_t {
 // The namespaces of the prefixes that are in force.
 class XmlPrefixes {
   public:
-    // Takes in an element's declarations, if it has any. False: there are too many.
-    bool Declare(int depth, const char* const* attributes);
+    // Takes in a declaration, if the attribute is one. False: there are too many.
+    bool Declare(int depth, std::string_view attribute, std::string_view value);
     // Forgets those of the element that ends.
     void Forget(int depth) {
         if (!bindings_.empty() && bindings_.back().depth == depth) Unbind(depth);
@@ -45,7 +45,6 @@ class XmlPrefixes {
         int depth;
     };
 
-    bool DeclareOne(int depth, std::string_view attribute, std::string_view value);
     bool Bind(std::string_view prefix, XmlNamespace meaning, int depth);
     void Unbind(int depth);
     [[nodiscard]] XmlNamespace Find(std::string_view prefix) const;
@@ -62,6 +61,9 @@ struct XmlElement {
     // Name, value, name, value, NULL; UTF-8.
     const char* const* attributes;
     const XmlPrefixes* prefixes;
+    // Whether white space at the ends of its text counts: xml:space says so, its own or the nearest around
+    // it.
+    bool keepsBlanks;
 
     // The value of an attribute without a prefix; NULL if there is none.
     [[nodiscard]] const char* Find(std::string_view attribute) const;

@@ -1,10 +1,16 @@
-// Texts as XML has them, on the way out.
+// Texts as XML has them.
 #pragma once
 
 #include <string>
 #include <string_view>
 
 namespace NWorkbook {
+
+// White space, as XML means it.
+template <typename Unit>
+constexpr bool IsXmlBlank(Unit unit) {
+    return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
+}
 
 // Appends UTF-8 that is the text when it is read as the value of an element or an attribute: tabs and ends
 // of lines become character references. What XML cannot have is escaped as _xHHHH_, and so is an underscore

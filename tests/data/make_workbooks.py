@@ -29,8 +29,8 @@ ERRORS = {"#NULL!": 2000, "#DIV/0!": 2007, "#VALUE!": 2015, "#REF!": 2023, "#NAM
 
 # Where openpyxl reads something else: cells of the first worksheet.
 CORRECTIONS = {
-    "byhand": {  # it leaves escapes as they are and takes an empty text for no cell
-        "A3": ("t", "a\r\n_x0041_"), "C2": ("t", ""), "A6": ("t", "")},
+    "byhand": {  # it leaves escapes and blanks at the ends as they are and takes an empty text for no cell
+        "A3": ("t", "a\r\n_x0041_"), "B3": ("t", "rs"), "C1": ("t", "too"), "C2": ("t", ""), "A6": ("t", "")},
 }
 # What saving would lose.
 LOST = {
