@@ -53,9 +53,10 @@ bool AsksForCataloguesOrSchemas(const TablesRequest& request) {
                                       (IsAll(request.schema) && IsEmpty(request.catalogue)));
 }
 
-std::vector<std::u16string> SortedNames(const NWorkbook::TableBook& book) {
-    std::vector<std::u16string> names;
-    for (const NWorkbook::TableName& table : book.Names()) names.push_back(table.name);
+// Valid as long as the book.
+std::vector<std::u16string_view> SortedNames(const NWorkbook::TableBook& book) {
+    std::vector<std::u16string_view> names;
+    for (const NWorkbook::TableName& table : book.Names()) names.emplace_back(table.name);
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -63,8 +64,9 @@ std::vector<std::u16string> SortedNames(const NWorkbook::TableBook& book) {
 std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
     std::vector<Row> rows;
     const NamePattern pattern(request.table, request.isName);
-    for (const std::u16string& name : SortedNames(book)) {
-        if (pattern.Fits(name)) rows.push_back({kNull, kNull, name, std::u16string(kTableType)});
+    for (const std::u16string_view name : SortedNames(book)) {
+        if (pattern.Fits(name))
+            rows.push_back({kNull, kNull, std::u16string(name), std::u16string(kTableType)});
     }
     return rows;
 }
@@ -92,11 +94,19 @@ Row DescribeColumn(TableResult& table, std::size_t column) {
             u"YES"};
 }
 
-// How much listing columns may take, so that no workbook with thousands of large tables takes hours: in cells
-// to look at.
+// How much listing columns may take, so that no workbook with thousands of large tables takes hours or all
+// memory: in cells to look at and characters to copy.
 constexpr std::size_t kMostWork = 50'000'000;
 constexpr std::size_t kWorkOfColumn = 1000;
 constexpr std::size_t kWorkOfFailure = 100'000;
+
+std::size_t WorkOf(const TableResult& table) {
+    std::size_t work = table.ColumnCount() * (table.RowCount() + kWorkOfColumn + table.TableName().size());
+    for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
+        work += table.ColumnName(column).size();
+    }
+    return work;
+}
 
 void DescribeColumns(TableResult& table, const NamePattern& pattern, std::vector<Row>& rows) {
     for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
@@ -111,18 +121,18 @@ std::u16string TellLeftOut(std::u16string_view pattern, std::u16string_view tabl
 std::vector<Row> FindColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
                              Diagnostics& diagnostics) {
     std::vector<Row> rows;
-    std::vector<std::pair<std::u16string, NWorkbook::WorkbookError>> failures;  // of tables
-    std::u16string firstUnseen;
+    std::vector<std::pair<std::u16string_view, NWorkbook::WorkbookError>> failures;  // of tables
+    std::u16string_view firstUnseen;
     std::size_t work = 0;
-    for (const std::u16string& name : SortedNames(book)) {
+    for (const std::u16string_view name : SortedNames(book)) {
         if (!request.table.Fits(name)) continue;
         if (work >= kMostWork) {
             firstUnseen = name;
             break;
         }
         try {
-            TableResult table(name, book.Find(name));
-            work += table.ColumnCount() * (table.RowCount() + kWorkOfColumn);
+            TableResult table(std::u16string(name), book.Find(name));
+            work += WorkOf(table);
             DescribeColumns(table, request.column, rows);
         } catch (const NWorkbook::WorkbookError& error) {
             work += kWorkOfFailure;

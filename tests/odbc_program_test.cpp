@@ -266,14 +266,16 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
 
 TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     const std::string speaker = "01000 " + kSpeaker;
-    std::string names;  // 10 of tables that cannot be read take as long as 1 that can
+    // 10 tables that cannot be read take as long as a thousand columns or as a million characters.
+    std::string names;
     for (int number = 100; number <= 150; ++number) {
         names += "<definedName name='N" + std::to_string(number) + "'>S!$1:$1</definedName>";
         if (number < 110)
             names += "<definedName name='M" + std::to_string(number) + "'>M!$1:$1</definedName>";
     }
     NTest::Parts parts =
-        NTest::Small({{"s.xml", NTest::Sheet("<row>" + NTest::Repeat("<c><v>1</v></c>", 1000) + "</row>")},
+        NTest::Small({{"s.xml", NTest::Sheet("<row><c t='str'><v>" + NTest::Repeat("x", 1'000'000) +
+                                             "</v></c>" + NTest::Repeat("<c><v>1</v></c>", 999) + "</row>")},
                       {"t.xml", NTest::Sheet("<row>")}});
     parts["w.xml"] =
         NTest::ReplaceAll(parts["w.xml"], "</sheets>",
@@ -292,7 +294,7 @@ TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     EXPECT_EQ(
         told.substr(told.rfind('\n') + 1),
         speaker +
-            "There are too many columns: those of table N149 and of the tables behind it are left out.");
+            "There are too many columns: those of table N125 and of the tables behind it are left out.");
     EXPECT_EQ(SQLFetch(program.statement), SQL_SUCCESS);
     SQLCloseCursor(program.statement);
     EXPECT_EQ(list(u"M$"), SQL_ERROR);

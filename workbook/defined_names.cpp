@@ -12,7 +12,8 @@ namespace NWorkbook {
 namespace {
 
 // What is longer is none that a spreadsheet program would take.
-constexpr std::size_t kMostBytesOfName = 1024;
+constexpr std::size_t kMostUnitsOfName = 255;
+constexpr std::size_t kMostBytesOfName = 7 * kMostUnitsOfName;  // all of them escaped
 constexpr std::size_t kMostBytesOfReference = 1024;
 
 std::u16string Decode(std::string_view text) {
@@ -95,6 +96,7 @@ class DefinedNamesReader : public XmlReader {
         const std::string_view text = name;
         if (text.empty() || text.size() > kMostBytesOfName) return false;
         name_ = Decode(text);
+        if (name_.size() > kMostUnitsOfName) return false;
         if (WithoutCase(name_).starts_with(u"_xlnm.")) return false;
         isOfWorksheet_ = element.Find("localSheetId") != nullptr;
         isInName_ = true;
