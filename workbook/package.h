@@ -41,6 +41,9 @@ class Package {
     // By PartKey.
     [[nodiscard]] const std::map<std::string, std::uint64_t>& Parts() const { return parts_; }
 
+    // How much of all parts may be read.
+    [[nodiscard]] std::uint64_t MostInflatedBytes() const { return mostInflated_; }
+
     // To be called with the number of elements and pieces of text that were read. False: there are too many.
     bool CountPieces(std::uint64_t count) {
         pieces_ += count;

@@ -1,5 +1,6 @@
 #include "workbook/sheet_reader.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "workbook/cell_value.h"
@@ -68,7 +69,8 @@ class SheetReader : public XmlReader {
         : workbook_(workbook),
           sharedStrings_(workbook.SharedStrings()),
           cells_(cells),
-          text_(*workbook.texts, workbook.budget) {}
+          text_(*workbook.texts, workbook.budget),
+          unitsLeft_(MostUnits(workbook.package)) {}
 
     bool Start(const XmlElement& element) override {
         RefuseInValue();
@@ -107,6 +109,10 @@ class SheetReader : public XmlReader {
 
   private:
     enum Depth { Root = 1, SheetData, Row, CellElement, Value };
+
+    static std::size_t MostUnits(const Package& package) {
+        return std::min<std::uint64_t>(kMostUnitsOfWorksheet, package.MostInflatedBytes() / sizeof(char16_t));
+    }
 
     bool StartRow(const XmlElement& element) {
         const char* const number = element.Find("r");
@@ -235,7 +241,7 @@ class SheetReader : public XmlReader {
     CellTable& cells_;
     TextBuilder text_;
     ValueText value_;
-    std::size_t unitsLeft_ = kMostUnitsOfWorksheet;
+    std::size_t unitsLeft_;
     std::uint32_t row_ = 0;
     CellPlace place_{};
     ValueType type_ = ValueType::Number;

@@ -9,7 +9,7 @@
 namespace NWorkbook {
 
 // The texts of one worksheet's cells, where shared ones count once for each cell: a small file can name very
-// many.
+// many. They may take as many bytes as the parts, if that is less.
 inline constexpr std::size_t kMostUnitsOfWorksheet = std::size_t{1} << 29;
 
 // Takes the values that the file holds: of formulas the results that were kept, dates as numbers. Where a
