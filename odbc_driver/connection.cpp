@@ -74,6 +74,9 @@ NWorkbook::TableBook& Connection::Book() {
 
 std::shared_ptr<const NWorkbook::Table> Connection::FindTable(std::u16string_view name) {
     std::shared_ptr<const NWorkbook::Table> table = Book().Find(name);
+    if (table == nullptr && Book().Names().empty()) {
+        throw OdbcError(u"42S02", u"The workbook has no table: it has no worksheet.");
+    }
     if (table == nullptr) {
         throw OdbcError(u"42S02",
                         NPlatform::Format(kMessageCapacity, u"The workbook has no table \"%s\"; it has: %s.",

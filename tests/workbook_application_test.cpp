@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "platform/format.h"
-#include "tests/host.h"
+#include "tests/made_workbook.h"
 #include "workbook/application.h"
 #include "workbook/dispatch_ids.h"
 #include "workbook/workbook.h"
@@ -200,6 +200,16 @@ TEST_F(WorkbookApplication, RefusesWithASentence) {
     };
     for (const auto& [sentence, call] : rows) EXPECT_EQ(RefusalOf(call), sentence);
     EXPECT_EQ(Value(u"B7", u"B7"), u"-");
+
+    const TempFolder folder;
+    const std::u16string path = NTest::Zip(
+        folder,
+        NTest::Small({{"w.xml", "<workbook xmlns='" + std::string(NTest::kMain) + "'><sheets/></workbook>"},
+                      {"s.xml", ""}}));
+    const Dispatch empty = books.Call(Ids::Workbooks::kOpen13, {Text(path)}).AsObject();
+    EXPECT_EQ(empty.Get(Ids::Workbook::kWorksheets).AsObject().Get(Ids::Sheets::kCount).AsInteger(), 0);
+    EXPECT_EQ(RefusalOf([&] { empty.Call(Ids::Workbook::kSave); }),
+              u"The workbook cannot be saved as '" + path + u"' without a worksheet.");
 
     constexpr auto kBadCount = static_cast<std::int32_t>(0x8002000E);
     EXPECT_EQ(StatusOf([&] { sheets.Call(Ids::Sheets::kItem, {Variant::Int16(1)}); }),

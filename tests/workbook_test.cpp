@@ -78,6 +78,12 @@ std::string Outcome(const TempFolder& folder, const std::u16string& path) {
 TEST(Workbooks, RefuseDamagedParts) {
     const std::string sheetLine = "'a.xlsx' is damaged: part 's.xml', line 1: ";
     const std::string sheetLarge = "'a.xlsx' is too large: part 's.xml', line 1: ";
+    const std::string noPart = "'a.xlsx' is damaged: part 'w.xml': worksheet 'S' refers to no part.";
+    const std::string folderName = Repeat("f", 60000) + "/";
+    std::string shortTargets;  // each of which has the folder in front of it
+    for (int number = 0; number < 300; ++number) {
+        shortTargets += "<Relationship Id='r" + std::to_string(number) + "' Type='' Target='t'/>";
+    }
     const struct {
         Parts changed;
         std::string outcome;
@@ -87,9 +93,18 @@ TEST(Workbooks, RefuseDamagedParts) {
         {{{"s.xml", ""}}, "'a.xlsx' is damaged: part 's.xml': it is missing."},
         {{{"xl/workbook.bin", "x"}},
          "'a.xlsx' is a binary workbook (.xlsb), which cannot be read. Save it as .xlsx."},
-        {{{"_rels/w.xml.rels", Relationships("chartsheet", "s.xml")}}, "'a.xlsx' has no worksheet."},
-        {{{"_rels/w.xml.rels", Relationships("worksheet", "xl/")}},
-         "'a.xlsx' is damaged: part 'w.xml', line 1: worksheet 'S' refers to no part."},
+        {{{"_rels/w.xml.rels", Relationships("chartsheet", "s.xml")}}, ""},
+        {{{"_rels/w.xml.rels", Relationships("worksheet", "xl/")}}, noPart},
+        {{{"_rels/w.xml.rels", Relationships("worksheet", Repeat("s", 65536))}}, noPart},
+        {{{"w.xml", ReplaceAll(Small({})["w.xml"], "'S'", "'" + Repeat("x", 32) + "'")}},
+         "'a.xlsx' is damaged: part 'w.xml', line 1: the name of worksheet '" + Repeat("x", 31) +
+             "...' has more than 31 characters."},
+        {{{"_rels/.rels", Relationships("officeDocument", folderName + "w.xml")},
+          {folderName + "w.xml", Small({})["w.xml"]},
+          {folderName + "_rels/w.xml.rels",
+           ReplaceAll(Relationships("worksheet", "s.xml"), "</", shortTargets + "</")}},
+         "'a.xlsx' is too large: part '" + folderName.substr(0, 300) +
+             "', line 1: its targets are too long."},
         {{{"_rels/w.xml.rels", ReplaceAll(Relationships("worksheet", "s.xml"), "</",
                                           "<Relationship Id='a' Type='' Target=''/></")}},
          "'a.xlsx' is damaged: part '_rels/w.xml.rels', line 1: there are two relationships 'a'."},
@@ -119,6 +134,23 @@ TEST(Workbooks, RefuseDamagedParts) {
     };
     const TempFolder folder;
     for (const auto& row : kRows) EXPECT_EQ(Outcome(folder, Zip(folder, Small(row.changed))), row.outcome);
+}
+
+// One refers to no part, one to a part that is missing.
+TEST(Workbooks, ReadTheWorksheetsThatAreWhole) {
+    const TempFolder folder;
+    Parts parts = Small({});
+    parts["w.xml"] =
+        ReplaceAll(parts["w.xml"], "<sheet ",
+                   "<sheet name='T' r:id='t'/><sheet name='M' r:id='m'/><sheet name='N'/><sheet ");
+    parts["_rels/w.xml.rels"] = ReplaceAll(parts["_rels/w.xml.rels"], "</",
+                                           "<Relationship Id='m' Type='worksheet' Target='m.xml'/></");
+    const auto workbook = OpenWorkbook(Zip(folder, parts));
+    ASSERT_EQ(workbook->worksheets.size(), 4U);
+    for (std::size_t broken = 0; broken < 3; ++broken)
+        EXPECT_THROW(workbook->worksheets[broken]->Cells(), WorkbookError);
+    EXPECT_EQ(Describe(*workbook->worksheets[3]->Cells().Begin()), "n 1");
+    EXPECT_EQ(workbook->worksheets[2]->Name(), u"N");
 }
 
 // As Excel does.

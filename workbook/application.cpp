@@ -41,7 +41,7 @@ class WorkbooksObject : public EngineObject<WorkbooksObject> {
 
     Variant Hold(std::unique_ptr<Workbook> workbook, bool isReadOnly) {
         auto opened = std::make_shared<HeldWorkbook>();
-        opened->active = workbook->worksheets.front();
+        if (!workbook->worksheets.empty()) opened->active = workbook->worksheets.front();
         opened->workbook = std::move(workbook);
         opened->isReadOnly = isReadOnly;
         session_->workbooks.push_back(opened);

@@ -10,7 +10,6 @@ namespace NWorkbook {
 
 namespace {
 
-constexpr std::size_t kMostUnitsOfName = 31;
 constexpr std::u16string_view kNotInNames = u":\\/?*[]\t\n\r";
 
 bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
@@ -43,7 +42,7 @@ void RefuseStrangeNumber(double number, std::uint32_t row, std::uint16_t column)
 
 void RefuseWorksheetName(std::u16string_view name) {
     if (name.empty()) RefuseName(name, u"a name needs a character.");
-    if (name.size() > kMostUnitsOfName) RefuseName(name, u"a name has at most 31 characters.");
+    if (name.size() > kMostUnitsOfWorksheetName) RefuseName(name, u"a name has at most 31 characters.");
     if (name.front() == u'\'' || name.back() == u'\'') {
         RefuseName(name, u"a name neither begins nor ends with an apostrophe.");
     }

@@ -9,6 +9,8 @@ namespace NWorkbook {
 // In UTF-16 units.
 inline constexpr std::size_t kMostUnitsOfCell = 32'767;
 
+inline constexpr std::size_t kMostUnitsOfWorksheetName = 31;
+
 // Throw WorkbookError, which names the cell, for a text longer than that and for an infinite number or one
 // that is not a number.
 void RefuseLongText(std::u16string_view text, std::uint32_t row, std::uint16_t column);

@@ -1,6 +1,7 @@
 #include "workbook/not_kept.h"
 
 #include <algorithm>
+#include <set>
 
 #include "workbook/part_name.h"
 #include "workbook/xml_part.h"
@@ -196,10 +197,11 @@ class SheetScan : public FindingReader {
 };
 
 void LookAtParts(const OpenedWorkbook& workbook, Findings& findings) {
-    std::vector<std::string> plain = {PartKey(workbook.contents.part),
-                                      PartKey(workbook.contents.sharedStrings)};
-    for (const WorkbookContents::Sheet& sheet : workbook.contents.worksheets)
-        plain.push_back(PartKey(sheet.part));
+    std::set<std::string_view> read = {workbook.contents.part, workbook.contents.sharedStrings};
+    for (const WorkbookContents::Sheet& sheet : workbook.contents.worksheets) read.insert(sheet.part);
+    std::vector<std::string> plain;
+    plain.reserve(read.size());
+    for (const std::string_view part : read) plain.push_back(PartKey(part));
     std::sort(plain.begin(), plain.end());
     for (const auto& entry : workbook.package.Parts()) {
         const std::string& part = entry.first;
@@ -232,9 +234,11 @@ std::u16string FindWhatIsNotKept(OpenedWorkbook& workbook) {
         SharedStringsScan scan(findings);
         ReadXmlPart(workbook.package, workbook.contents.sharedStrings, XmlNamespace::Spreadsheet, scan);
     }
+    std::set<std::string_view> seen;
     for (const WorkbookContents::Sheet& sheet : workbook.contents.worksheets) {
+        if (!seen.insert(sheet.part).second) continue;
         SheetScan scan(findings);
-        ReadXmlPart(workbook.package, sheet.part, XmlNamespace::Spreadsheet, scan);
+        workbook.ReadWorksheet(sheet, scan);
     }
     return findings.Joined();
 }

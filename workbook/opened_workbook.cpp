@@ -1,9 +1,9 @@
 #include "workbook/opened_workbook.h"
 
-#include "workbook/relationships.h"
+#include "platform/format.h"
+#include "workbook/cell_rules.h"
 #include "workbook/utf16.h"
 #include "workbook/workbook.h"
-#include "workbook/xml_part.h"
 
 namespace NWorkbook {
 
@@ -14,8 +14,7 @@ constexpr std::string_view kUsualPart = "xl/workbook.xml";
 
 class ContentsReader : public XmlReader {
   public:
-    ContentsReader(const Relationships& relationships, WorkbookContents& contents)
-        : relationships_(relationships), contents_(contents) {}
+    explicit ContentsReader(WorkbookContents& contents) : contents_(contents) {}
 
     bool Start(const XmlElement& element) override {
         if (element.depth == 1) {
@@ -32,32 +31,44 @@ class ContentsReader : public XmlReader {
 
   private:
     void AddSheet(const XmlElement& element) {
+        const Relationship* const relationship = FindRelationship(element);
+        if (relationship != nullptr && relationship->kind != "worksheet") return;
         const char* const name = element.Find("name");
-        const char* const reference = element.FindReference();
-        if (name == nullptr || reference == nullptr) {
-            throw PartFault{Fault::Damaged, u"a worksheet has no name or no relationship"};
-        }
+        if (name == nullptr) throw PartFault{Fault::Damaged, u"a worksheet has no name"};
         std::u16string text = ToUtf16(name);
         text.resize(DecodeEscapes(text.data(), text.size()));
-        const auto found = relationships_.find(std::string_view(reference));
-        if (found == relationships_.end() || found->second.part.empty()) {
-            throw PartFault{Fault::Damaged, u"worksheet '" + text + u"' refers to no part"};
-        }
-        if (found->second.kind != "worksheet") return;
+        RefuseLongName(text);
         if (contents_.worksheets.size() == kMostWorksheets) {
             throw PartFault{Fault::TooLarge, u"there are too many worksheets"};
         }
         const char* const state = element.Find("state");
         const bool isHidden = state != nullptr && std::string_view(state) != "visible";
-        contents_.worksheets.push_back({std::move(text), found->second.part, isHidden});
+        const std::string_view part =
+            relationship == nullptr ? std::string_view() : std::string_view(relationship->part);
+        contents_.worksheets.push_back({std::move(text), part, isHidden});
     }
 
-    const Relationships& relationships_;
+    // NULL if there is none.
+    [[nodiscard]] const Relationship* FindRelationship(const XmlElement& element) const {
+        const char* const reference = element.FindReference();
+        if (reference == nullptr) return nullptr;
+        const auto found = contents_.relationships.find(std::string_view(reference));
+        return found == contents_.relationships.end() ? nullptr : &found->second;
+    }
+
+    static void RefuseLongName(std::u16string_view name) {
+        if (name.size() <= kMostUnitsOfWorksheetName) return;
+        throw PartFault{Fault::Damaged, u"the name of worksheet '" +
+                                            std::u16string(NPlatform::Cut(name, kMostUnitsOfWorksheetName)) +
+                                            u"...' has more than 31 characters"};
+    }
+
     WorkbookContents& contents_;
 };
 
 std::string FindMainPart(Package& package) {
-    std::string part = FindPart(ReadRelationships(package, ""), "officeDocument");
+    const Relationships relationships = ReadRelationships(package, "");
+    std::string part(FindPart(relationships, "officeDocument"));
     if (part.empty()) part = kUsualPart;
     if (!package.Has(part)) throw package.Error(u"is not a workbook.");
     return part;
@@ -68,17 +79,24 @@ std::string FindMainPart(Package& package) {
 WorkbookContents ReadContents(Package& package) {
     WorkbookContents contents;
     contents.part = FindMainPart(package);
-    const Relationships relationships = ReadRelationships(package, contents.part);
-    contents.sharedStrings = FindPart(relationships, "sharedStrings");
-    ContentsReader reader(relationships, contents);
+    contents.relationships = ReadRelationships(package, contents.part);
+    contents.sharedStrings = FindPart(contents.relationships, "sharedStrings");
+    ContentsReader reader(contents);
     ReadXmlPart(package, contents.part, XmlNamespace::Spreadsheet, reader, kMostBytes);
-    if (contents.worksheets.empty()) throw package.Error(u"has no worksheet.");
     return contents;
 }
 
 const SharedStrings& OpenedWorkbook::SharedStrings() {
     if (!sharedStrings_) sharedStrings_.emplace(package, contents.sharedStrings, *texts, budget);
     return *sharedStrings_;
+}
+
+void OpenedWorkbook::ReadWorksheet(const WorkbookContents::Sheet& sheet, XmlReader& reader) {
+    if (sheet.part.empty()) {
+        throw package.PartError(contents.part,
+                                {Fault::Damaged, u"worksheet '" + sheet.name + u"' refers to no part"});
+    }
+    ReadXmlPart(package, sheet.part, XmlNamespace::Spreadsheet, reader);
 }
 
 }  // namespace NWorkbook

@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "workbook/package.h"
+#include "workbook/relationships.h"
 #include "workbook/shared_strings.h"
 #include "workbook/text_builder.h"
+#include "workbook/xml_part.h"
 
 namespace NWorkbook {
 
@@ -17,17 +19,21 @@ namespace NWorkbook {
 struct WorkbookContents {
     struct Sheet {
         std::u16string name;
-        std::string part;
+        std::string_view part;  // empty if it refers to none, which spoils this worksheet alone
         bool isHidden;
     };
 
+    WorkbookContents() = default;
+    WorkbookContents(WorkbookContents&&) = default;  // not to be copied: the views stay where they are
+
     std::string part;
-    std::vector<Sheet> worksheets;  // in workbook order
-    std::string sharedStrings;      // the part; empty if there is none
-    bool isFrom1904 = false;        // where dates count from
+    Relationships relationships;     // of the part; the views below are of them
+    std::vector<Sheet> worksheets;   // in workbook order, maybe none
+    std::string_view sharedStrings;  // the part; empty if there is none
+    bool isFrom1904 = false;         // where dates count from
 };
 
-// Throws WorkbookError, also where there are more than kMostWorksheets.
+// Throws WorkbookError, also where there are more than kMostWorksheets or one's name is too long.
 WorkbookContents ReadContents(Package& package);
 
 class OpenedWorkbook {
@@ -37,6 +43,8 @@ class OpenedWorkbook {
 
     // Reads them when they are first asked for. Throws WorkbookError.
     const NWorkbook::SharedStrings& SharedStrings();
+    // Throws WorkbookError.
+    void ReadWorksheet(const WorkbookContents::Sheet& sheet, XmlReader& reader);
 
     Package package;
     WorkbookContents contents;

@@ -11,8 +11,8 @@ namespace NWorkbook {
 struct HeldWorkbook {
     std::unique_ptr<Workbook> workbook;
     bool isReadOnly = false;
-    std::shared_ptr<Worksheet> active;
-    int newWorksheets = 0;  // how many numbers of new names were used or found taken
+    std::shared_ptr<Worksheet> active;  // NULL if there is no worksheet
+    int newWorksheets = 0;              // how many numbers of new names were used or found taken
 };
 
 // Owns the open workbooks; every object of the application holds it. There is no reference the other way.

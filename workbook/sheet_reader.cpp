@@ -253,9 +253,9 @@ class SheetReader : public XmlReader {
 
 }  // namespace
 
-void ReadSheet(OpenedWorkbook& workbook, std::string_view part, CellTable& cells) {
+void ReadSheet(OpenedWorkbook& workbook, const WorkbookContents::Sheet& sheet, CellTable& cells) {
     SheetReader reader(workbook, cells);
-    ReadXmlPart(workbook.package, part, XmlNamespace::Spreadsheet, reader);
+    workbook.ReadWorksheet(sheet, reader);
 }
 
 }  // namespace NWorkbook

@@ -1,8 +1,6 @@
 // Reads the cells of one worksheet.
 #pragma once
 
-#include <string_view>
-
 #include "workbook/cells.h"
 #include "workbook/opened_workbook.h"
 
@@ -15,6 +13,6 @@ inline constexpr std::size_t kMostUnitsOfWorksheet = std::size_t{1} << 29;
 // Takes the values that the file holds: of formulas the results that were kept, dates as numbers. Where a
 // cell or row does not say where it is, it follows the one before. Cells without a value are left out; a text
 // that is empty, also as the result of a formula, is a text. Throws WorkbookError.
-void ReadSheet(OpenedWorkbook& workbook, std::string_view part, CellTable& cells);
+void ReadSheet(OpenedWorkbook& workbook, const WorkbookContents::Sheet& sheet, CellTable& cells);
 
 }  // namespace NWorkbook

@@ -26,7 +26,7 @@ std::unique_ptr<Workbook> OpenWorkbook(std::u16string_view path) {
     const auto opened = std::make_shared<OpenedWorkbook>(path, workbook->texts);
     for (const WorkbookContents::Sheet& sheet : opened->contents.worksheets) {
         workbook->worksheets.push_back(std::make_shared<Worksheet>(
-            sheet.name, [opened, part = sheet.part](CellTable& cells) { ReadSheet(*opened, part, cells); }));
+            sheet.name, [opened, &sheet](CellTable& cells) { ReadSheet(*opened, sheet, cells); }));
     }
     workbook->path = opened->package.FullPath();
     workbook->findWhatIsNotKept = [opened] { return FindWhatIsNotKept(*opened); };

@@ -47,7 +47,7 @@ struct DefinedName {
 struct Workbook {
     // Of the cells of all worksheets; who keeps views of them keeps the store.
     std::shared_ptr<TextStore> texts = std::make_shared<TextStore>();
-    // In workbook order, hidden ones too; there is at least one.
+    // In workbook order, hidden ones too. None if the file has none, only charts for instance.
     std::vector<std::shared_ptr<Worksheet>> worksheets;
     // The file that it was opened from or saved to last, as a full path; empty for a new one.
     std::u16string path;

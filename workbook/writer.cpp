@@ -168,6 +168,10 @@ void SaveWorkbook(Workbook& workbook, std::u16string_view path) {
                             u"', which is not a file.");
     }
     RefuseWhatWouldBeLost(workbook, path);
+    if (workbook.worksheets.empty()) {
+        throw WorkbookError(u"The workbook cannot be saved as '" + std::u16string(path) +
+                            u"' without a worksheet.");
+    }
     std::deque<WrittenWorksheet> worksheets;
     WrittenStrings strings(workbook);
     Package package(path, fullPath);

@@ -80,6 +80,7 @@ def encrypt():
 
 
 CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x2028;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
+BROKEN = change_part(name_worksheets("Gone", "Whole"), "workbook.xml", lambda part: part.replace(b"rId1", b"none", 1))
 CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
 IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
@@ -159,9 +160,14 @@ CASES = [
      'xls2tki: "in.csv" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', None),
     ("control characters", CONTROLS, "-x -w \x1b\n " + IO, 1, 'xls2tki: "in.csv" has no worksheet "??", only:\n'
      "  %s\n  %s\n" % CONTROLS_SHOWN, None),
-    ("many worksheets with long names", name_worksheets("\U0001f600" * 32, *["x" + "\U0001f600" * 32] * 22),
-     "-x -w x " + IO, 1, 'xls2tki: "in.csv" has no worksheet "x", only:\n  ' + "\U0001f600" * 32 + "\n"
-     + ("  x" + "\U0001f600" * 31 + "...\n") * 19 + "  ... and 3 more\n", None),
+    ("many worksheets", name_worksheets("\U0001f600" * 15, *["x" + "\U0001f600" * 15] * 22),
+     "-x -w x " + IO, 1, 'xls2tki: "in.csv" has no worksheet "x", only:\n  ' + "\U0001f600" * 15 + "\n"
+     + ("  x" + "\U0001f600" * 15 + "\n") * 19 + "  ... and 3 more\n", None),
+    ("no worksheets", name_worksheets(), "-x " + IO, 1,
+     "xls2tki: Excel file does not contain a data sheet!\n", None),
+    ("a worksheet without its part", BROKEN, "-x -w Gone " + IO, 1,
+     "xls2tki: 'in.csv' is damaged: part 'xl/workbook.xml': worksheet 'Gone' refers to no part.\n", None),
+    ("a worksheet beside it", BROKEN, "-x -w Whole " + IO, 0, "", b'number="135"'),
     ("damaged worksheet", cut_worksheet(WORKBOOK), "-x " + IO, 1,
      "xls2tki: 'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
     ("missing workbook", TABLE, "IN.XLSX out.xml", 1, NOT_OPENED % "IN.XLSX", None),
