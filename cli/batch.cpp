@@ -95,6 +95,7 @@ void Batch::Run() {
     }
     while (RunningProcesses() > 0) WaitForOne();
     HideProgress();
+    if (!CloseStandardOutput() && printError_ == 0) printError_ = errno;
     if (printError_ != 0) throw Failure("Could not write the outcome: " + SystemText(printError_));
 }
 
