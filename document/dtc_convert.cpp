@@ -41,17 +41,30 @@ std::uint32_t SystemCode(char16_t letter) {
 
 }  // namespace
 
+DtcNotation VDTCConvert::NotationOf(std::u16string_view text, bool hexDefault, bool saeCodes) {
+    if (text.empty()) return DtcNotation::None;
+    if (saeCodes && BeginsLikeSae(text)) return DtcNotation::Sae;
+    if (text.starts_with(u"0x")) return DtcNotation::PrefixedHex;
+    return hexDefault ? DtcNotation::Hex : DtcNotation::Decimal;
+}
+
 VDTCConvert::VDTCConvert(std::u16string_view text, bool hexDefault, bool saeCodes) {
-    if (text.empty()) return;
     const std::u16string_view trimmed = TrimBlanks(text);
-    if (saeCodes && BeginsLikeSae(text)) {
-        ParseSae(trimmed);
-    } else if (text.starts_with(u"0x")) {
-        value_ = static_cast<std::int32_t>(ParseHex(trimmed.substr(2)));
-    } else if (hexDefault) {
-        value_ = static_cast<std::int32_t>(ParseHex(trimmed));
-    } else {
-        value_ = DecimalValue(trimmed);
+    switch (NotationOf(text, hexDefault, saeCodes)) {
+        case DtcNotation::None:
+            break;
+        case DtcNotation::Sae:
+            ParseSae(trimmed);
+            break;
+        case DtcNotation::PrefixedHex:
+            value_ = static_cast<std::int32_t>(ParseHex(trimmed.substr(2)));
+            break;
+        case DtcNotation::Hex:
+            value_ = static_cast<std::int32_t>(ParseHex(trimmed));
+            break;
+        case DtcNotation::Decimal:
+            value_ = DecimalValue(trimmed);
+            break;
     }
 }
 

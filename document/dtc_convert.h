@@ -7,6 +7,9 @@
 
 namespace VSimpleXMLCreation {
 
+// How a DTC text is read.
+enum class DtcNotation { None, Sae, PrefixedHex, Hex, Decimal };  // None: the empty text
+
 // The 32-bit number of one DTC text. Three notations are understood:
 //   SAE J2012    a system letter (P, C, B or U) and 2, 4, 6 or 8 hexadecimal digits, as in P0123; the letter
 //                becomes the two top bits of the number, the first digit, at most 3, the next two
@@ -24,6 +27,9 @@ class VDTCConvert {
     VDTCConvert(const VDTCConvert&) = default;
     VDTCConvert& operator=(const VDTCConvert&) = default;
     virtual ~VDTCConvert() = default;
+
+    // Which notation the constructor reads the text in.
+    static DtcNotation NotationOf(std::u16string_view text, bool hexDefault, bool saeCodes);
 
     // Makes the number that of the SAE code; any letter but B, C and U counts as P. Throws
     // VSimpleXMLException when the code has not 3, 5, 7 or 9 characters or its first digit is above 3; the

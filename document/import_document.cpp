@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "document/cell_text.h"
-#include "document/dtc_convert.h"
+#include "document/row_number.h"
 #include "document/table_scan.h"
 #include "document/xml_escape.h"
 #include "document/xml_exception.h"
@@ -37,19 +37,6 @@ struct ItemTypes {
     }
 };
 
-// Upper case, and "0X" as the converter wants it.
-void CopyNumberText(std::u16string_view cell, std::u16string& text) {
-    text.assign(cell);
-    for (char16_t& unit : text) {
-        unit = UpperCase(unit);
-        if (unit == u'X') unit = u'x';
-    }
-}
-
-std::uint32_t PackJ1939(std::uint32_t spn, std::uint32_t fmi) {
-    return fmi | (spn & 0xFF00) | (spn >> 11 & 0xE0) | (spn & 0xFF) << 16;
-}
-
 struct ItemColumn {
     std::size_t index;
     const VXmlTag* model;  // the column's record items are made like it
@@ -77,8 +64,6 @@ class DocumentBuilder {
     void RequireFit();
     [[noreturn]] void RefuseRow() const;
     void AddNumber(VXmlTag& dtc, const VTableRow& row);
-    std::uint32_t BaseDtc(std::u16string_view cell);
-    std::uint32_t Convert(std::u16string_view cell, NumberNotation notation);
 
     VXmlTagRoot root_{u"TAMRISKIMPORT"};
     VXmlTag* itemMappings_ = nullptr;
@@ -92,7 +77,7 @@ class DocumentBuilder {
     std::vector<ItemColumn> itemColumns_;
     ItemTypes types_;
     VLogObject& log_;
-    std::u16string numberText_;
+    std::optional<NumberReader> numbers_;
     std::size_t room_ = NPlatform::kMostUnitsToUtf8;  // for the texts of the current row
     bool fits_ = false;                               // whether they fit surely
     std::optional<VXmlPrinter> printer_;
@@ -130,6 +115,7 @@ void DocumentBuilder::AddSkeleton(std::u16string_view diagnosticInstance, std::u
 
 void DocumentBuilder::AddHeader(const VTableRow& row) {
     facts_.layout = DetectLayout(row);
+    numbers_.emplace(facts_.layout, facts_.notation);
     AddModels();
     for (std::size_t column = 0; column < row.size(); ++column) {
         if (skipped_[column]) continue;
@@ -214,35 +200,9 @@ void DocumentBuilder::RefuseRow() const {
 
 // With two number columns the second one completes the number, so without it there is none.
 void DocumentBuilder::AddNumber(VXmlTag& dtc, const VTableRow& row) {
-    std::uint32_t number = 0;
-    if (facts_.layout == TableLayout::SingleNumber) {
-        if (skipped_[0]) return;
-        number = Convert(row[0], facts_.notation);
-    } else if (facts_.layout == TableLayout::J1939) {
-        const std::int32_t spn = skipped_[0] ? 0 : DecimalValue(row[0]);
-        if (skipped_[1]) return;
-        number = PackJ1939(static_cast<std::uint32_t>(spn), static_cast<std::uint32_t>(DecimalValue(row[1])));
-    } else {
-        const std::uint32_t base = skipped_[0] ? 0 : BaseDtc(row[0]);
-        if (skipped_[1]) return;
-        number = base << 8 | Convert(row[1], {});
-    }
-    dtc.SetNumberAttribute(u"number", static_cast<std::int32_t>(number));
-}
-
-std::uint32_t DocumentBuilder::BaseDtc(std::u16string_view cell) {
-    if (!facts_.notation.saeCodes)
-        return static_cast<std::uint32_t>(VDTCConvert(cell, false, false).GetValue());
-    CopyNumberText(cell, numberText_);
-    VDTCConvert converter({}, false, false);
-    converter.ParseSae(numberText_);
-    return static_cast<std::uint32_t>(converter.GetValue());
-}
-
-std::uint32_t DocumentBuilder::Convert(std::u16string_view cell, NumberNotation notation) {
-    CopyNumberText(cell, numberText_);
-    const VDTCConvert converter(numberText_, notation.hexDigits, notation.saeCodes);
-    return static_cast<std::uint32_t>(converter.GetValue());
+    const std::size_t last = NumberColumns(facts_.layout) - 1;
+    if (skipped_[last]) return;
+    dtc.SetNumberAttribute(u"number", numbers_->NumberOf(row, skipped_[0]));
 }
 
 }  // namespace

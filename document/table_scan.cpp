@@ -71,6 +71,8 @@ TableLayout DetectLayout(const VTableRow& header) {
     return TableLayout::SingleNumber;
 }
 
-std::size_t FirstItemColumn(TableLayout layout) { return layout == TableLayout::SingleNumber ? 2 : 3; }
+std::size_t NumberColumns(TableLayout layout) { return layout == TableLayout::SingleNumber ? 1 : 2; }
+
+std::size_t FirstItemColumn(TableLayout layout) { return NumberColumns(layout) + 1; }
 
 }  // namespace VSimpleXMLCreation

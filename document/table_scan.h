@@ -37,6 +37,9 @@ enum class TableLayout {
 
 TableLayout DetectLayout(const VCSVReader::VTableRow& header);
 
+// How many columns make the number, from the first on: 1 or 2.
+std::size_t NumberColumns(TableLayout layout);
+
 // The first record item column, 0-based. The description stands right before it.
 std::size_t FirstItemColumn(TableLayout layout);
 
