@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "api/conversion.h"
+#include "api/host_conversion.h"
 #include "api/outcome.h"
 #include "api/structure_size.h"
 #include "api/xls2tki.h"
@@ -98,13 +99,13 @@ bool Convert(const Xls2TkiConversion& conversion) {
     const WideString variant = Wide(NXls2Tki::kDefaultVariant);
     const WideString instance = Wide(NXls2Tki::kDefaultDiagnosticInstance);
     const auto importType = static_cast<NXls2Tki::VImportType>(conversion.importType);
-    return NXls2Tki::Xls2TkiConvert(
+    return NXls2Tki::ConvertForHost(
         conversion.inputPath, conversion.worksheetName, conversion.outputPath, importType,
         conversion.forwardMessages, conversion.separator, SetOf(conversion.vsgNames),
         SetOf(conversion.secondNames), SetOf(conversion.thirdNames),
         conversion.variant == nullptr ? variant.c_str() : conversion.variant,
         conversion.diagnosticInstance == nullptr ? instance.c_str() : conversion.diagnosticInstance,
-        conversion.utf8);
+        conversion.utf8, conversion.findings);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "api/excel_detection.h"
 #include "api/xls2tki.h"
+#include "checks/table_checks.h"
 #include "document/import_document.h"
 #include "document/xml_exception.h"
 #include "log/log_object.h"
@@ -71,11 +72,46 @@ void ReadTable(VHeapInterface& source, std::u16string_view worksheetName) {
     source.ReadData();
 }
 
+// What the parser of a text left over where a quoted cell was not closed.
+std::optional<NChecks::Unfinished> FindUnfinished(const VHeapInterface& source) {
+    const auto* const table = dynamic_cast<const VCSVReader::VDefaultCSVHeap*>(&source);
+    if (table == nullptr) return std::nullopt;
+    std::int32_t line = 0;
+    std::int32_t column = 0;
+    std::int32_t position = 0;
+    table->GetParsePosition(line, column, position);
+    if (column == 1 && position == 1) return std::nullopt;
+    return NChecks::Unfinished{{static_cast<std::size_t>(line) - 1, static_cast<std::size_t>(column) - 1},
+                               table->PendingCell()};
+}
+
+void FindFindings(VHeapInterface& source, const ConversionRequest& request, bool hasPassed,
+                  Outcome& outcome) {
+    if (!request.findings) return;
+    const bool isText = request.importType == ImportTypeCSV;
+    const auto unfinished = FindUnfinished(source);
+    outcome.findings =
+        NChecks::FindFindings(*source.GetIterator(), hasPassed, unfinished ? &*unfinished : nullptr,
+                              {request.vsgNames, request.secondNames, request.thirdNames,
+                               isText ? request.separator : u'\0', isText && !request.utf8});
+}
+
+// With the findings, also where it does not pass.
+void CheckTable(VHeapInterface& source, const ConversionRequest& request, Outcome& outcome) {
+    try {
+        source.CheckConsistency();
+    } catch (const VCSVReader::VParserException&) {
+        FindFindings(source, request, false, outcome);
+        throw;
+    }
+    FindFindings(source, request, true, outcome);
+}
+
 TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& request, VLogObject& log,
-                         VSimpleXMLCreation::DocumentFacts& facts) {
+                         Outcome& outcome, VSimpleXMLCreation::DocumentFacts& facts) {
     source.OpenSource();
     ReadTable(source, request.worksheetName);
-    source.CheckConsistency();
+    CheckTable(source, request, outcome);
     TextBuffer document;
     VSimpleXMLCreation::BuildImportDocument(*source.GetIterator(), document, log, request.diagnosticInstance,
                                             request.variant, request.vsgNames, request.secondNames,
@@ -111,7 +147,7 @@ bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
     const std::unique_ptr<VHeapInterface> source = MakeSource(request, log, outcome.messageText);
     if (source == nullptr) return false;
     VSimpleXMLCreation::DocumentFacts facts;
-    const TextBuffer document = BuildDocument(*source, request, log, facts);
+    const TextBuffer document = BuildDocument(*source, request, log, outcome, facts);
     ReserveMemoryToWrite(document);
     log.LogMessage(u"Writing XML structure to file.");
     outcome.messageText = log.LastLine();

@@ -29,15 +29,19 @@ struct ConversionRequest {
     std::u16string_view variant;
     std::u16string_view diagnosticInstance;
     bool utf8;
+    bool findings;  // look for what is wrong with the table
 };
 
-// Puts the facts into the outcome, which is empty, and as its message text the last progress line with its
-// stamp, or the reason when it returns false. Where Excel's version is not known, a warning stands there in
-// between, and remains when an exception passes out. The output file is opened only when the document is
-// complete and the memory to write it is there. Whether it could be written stands in the outcome; the return
-// value does not depend on it.
+// Puts the facts into the outcome, which is empty, the findings where they are wanted, and as its message
+// text the last progress line with its stamp, or the reason when it returns false. Where Excel's version is
+// not known, a warning stands there in between, and remains when an exception passes out. The output file is
+// opened only when the document is complete and the memory to write it is there. Whether it could be written
+// stands in the outcome; the return value does not depend on it.
 //
 // Throws what reading throws: NPlatform::DispatchException and NPlatform::OleException where Excel fails.
+//
+// The findings are those of the table as far as it was read, also where the conversion fails; none where it
+// was not read at all.
 bool Convert(const ConversionRequest& request, Outcome& outcome);
 
 // Appends the names of the workbook's worksheets; none where Excel could not open it. When it returns false,

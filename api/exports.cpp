@@ -1,6 +1,7 @@
 #include <string_view>
 
 #include "api/conversion.h"
+#include "api/host_conversion.h"
 #include "api/outcome.h"
 #include "api/xls2tki.h"
 #include "platform/ole.h"
@@ -48,11 +49,11 @@ bool XlsInitOle(bool silent) {
     return true;
 }
 
-bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, const WideChar* outputPath,
+bool ConvertForHost(const WideChar* inputPath, const WideChar* worksheetName, const WideChar* outputPath,
                     VImportType importType, bool forwardMessages, WideChar separator,
                     const WideStringSet& vsgNames, const WideStringSet& secondNames,
                     const WideStringSet& thirdNames, const WideChar* variant,
-                    const WideChar* diagnosticInstance, bool utf8) {
+                    const WideChar* diagnosticInstance, bool utf8, bool findings) {
     EmptyLastOutcome();
     const NPlatform::ModuleState moduleState;
     const std::u16string input = Inside(inputPath);
@@ -65,8 +66,17 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, co
     std::set<std::u16string> third;
     return Convert({input, worksheet, output, importType, forwardMessages, static_cast<char16_t>(separator),
                     Inside(vsgNames, vsg), Inside(secondNames, second), Inside(thirdNames, third),
-                    variantName, instanceName, utf8},
+                    variantName, instanceName, utf8, findings},
                    lastOutcome);
+}
+
+bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, const WideChar* outputPath,
+                    VImportType importType, bool forwardMessages, WideChar separator,
+                    const WideStringSet& vsgNames, const WideStringSet& secondNames,
+                    const WideStringSet& thirdNames, const WideChar* variant,
+                    const WideChar* diagnosticInstance, bool utf8) {
+    return ConvertForHost(inputPath, worksheetName, outputPath, importType, forwardMessages, separator,
+                          vsgNames, secondNames, thirdNames, variant, diagnosticInstance, utf8, false);
 }
 
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,

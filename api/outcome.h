@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "checks/finding.h"
 #include "document/document_facts.h"
 
 namespace NXls2Tki {
@@ -12,6 +13,7 @@ struct Outcome {
     std::u16string messageText;
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
     bool isWritten = false;  // with facts only: the whole document is in the output
+    std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
 };
 
 Outcome& LastOutcome() noexcept;

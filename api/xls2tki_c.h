@@ -71,6 +71,7 @@ typedef struct {
     Xls2TkiNames thirdNames;
     const Xls2TkiChar* variant;            /* null: "COMMON_DIAGNOSTICS"; empty: none is written */
     const Xls2TkiChar* diagnosticInstance; /* null: "Emission_Related_Trouble_Codes"; empty: none */
+    bool findings; /* look for what is wrong with the table, see xls2tki_finding; the document is the same */
 } Xls2TkiConversion;
 
 /* Which numbers the first columns of a table hold, as its first two header cells tell. */
@@ -105,6 +106,43 @@ typedef struct {
     bool written;
 } Xls2TkiFacts;
 
+/* What a finding means. */
+enum {
+    XLS2TKI_ERROR = 0,  /* the document says something else than the table, or no reader takes it */
+    XLS2TKI_WARNING = 1 /* look at this */
+};
+
+/* In the place of a row or a column that a finding does not have. */
+#define XLS2TKI_NOWHERE SIZE_MAX
+
+/* One thing that is wrong with a table, at one place. Several places may have it for one cause: 214 empty
+ * cells, for example. */
+typedef struct {
+    size_t size;      /* sizeof(Xls2TkiFinding), set by the caller */
+    const char* rule; /* in ASCII, such as "number-unreadable": docs/findings.md has them all */
+    int32_t severity;
+    /* The cell, row and column from 0, row 0 being the header. Only the row, or only the column, where it is
+     * all of that; neither where it is the table as a whole. */
+    size_t row;
+    size_t column;
+    const Xls2TkiChar* cell; /* as a worksheet names it, such as A7; null unless it is one cell */
+    /* Where the row begins in a text file, from 1; 0 for other inputs and where there is no row. */
+    size_t line;
+    /* One to three sentences in English, on one line: they quote the cell, say what the document has, and
+     * what to do. Nothing in them does harm to a terminal. */
+    const Xls2TkiChar* text;
+    size_t cause;      /* from 0: findings of one cause follow each other */
+    size_t causeCount; /* how many places have the cause, those that are not handed out among them */
+} Xls2TkiFinding;
+
+/* How many places a rule found. */
+typedef struct {
+    size_t size; /* sizeof(Xls2TkiFindingCount), set by the caller */
+    const char* rule;
+    size_t errors;
+    size_t warnings;
+} Xls2TkiFindingCount;
+
 /* As XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 
@@ -118,6 +156,24 @@ XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
  * conversion. False, with `facts` as they were: the conversion failed, there was none, or `facts->size` is
  * refused. The message of the conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
+
+/* The findings of the last conversion that wanted them, one by one, and the counts of each rule. Those of a
+ * conversion that failed are there as far as the table was read. They stay until the next conversion; the
+ * texts of a finding are valid until this function is called again.
+ *
+ * Findings are in the order of the rules, those of a cause one behind the other by row. For each rule at most
+ * 1000 are handed out; the counts have all.
+ *
+ * False, with `finding` or `count` as they were: `index`, which counts from 0, is behind the last one, or the
+ * size is refused, or there is no memory to show it. The message of the conversion stays. */
+XLS2TKI_EXPORT bool xls2tki_finding(size_t index, Xls2TkiFinding* finding);
+
+/* One for each rule, also where it found nothing; none where the last conversion did not want findings. */
+XLS2TKI_EXPORT bool xls2tki_finding_count(size_t index, Xls2TkiFindingCount* count);
+
+/* Whether the last conversion looked at all of the table for findings: false where it did not want them, the
+ * table was not read or has not the same number of cells in each row, or there was no memory for more. */
+XLS2TKI_EXPORT bool xls2tki_findings_complete(void);
 
 /* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they
  * are valid until the next call of this function. When it returns false, `names` is as it was. A null pointer

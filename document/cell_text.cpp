@@ -23,6 +23,12 @@ std::u16string_view Trim(std::u16string_view text) {
     return text;
 }
 
+std::u16string_view TrimBlanks(std::u16string_view text) {
+    while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
+    return text;
+}
+
 char16_t UpperCase(char16_t unit) {
     return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
 }

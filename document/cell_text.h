@@ -14,6 +14,9 @@ bool IsWhiteSpace(char16_t unit);
 // The text without white space at both ends.
 std::u16string_view Trim(std::u16string_view text);
 
+// The text without blanks (U+0020 alone) at both ends.
+std::u16string_view TrimBlanks(std::u16string_view text);
+
 // a to z become A to Z; nothing else changes, as in the platform's default locale.
 char16_t UpperCase(char16_t unit);
 std::u16string UpperCase(std::u16string_view text);

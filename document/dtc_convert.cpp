@@ -16,12 +16,6 @@ constexpr std::size_t kMessageCapacity = 128;
     throw VSimpleXMLException(NPlatform::Format(kMessageCapacity, pattern, {NPlatform::Cut(text, room)}));
 }
 
-std::u16string_view TrimBlanks(std::u16string_view text) {
-    while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
-    return text;
-}
-
 bool BeginsLikeSae(std::u16string_view text) {
     return std::u16string_view(u"BCPU").find(text.front()) != std::u16string_view::npos;
 }

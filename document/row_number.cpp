@@ -34,7 +34,7 @@ std::int32_t NumberReader::NumberOf(const VCSVReader::VTableRow& row, bool witho
     if (layout_ == TableLayout::SingleNumber) return static_cast<std::int32_t>(first);
     const std::uint32_t second = Read(RoleOf(layout_, 1), row[1]);
     return static_cast<std::int32_t>(layout_ == TableLayout::J1939 ? PackJ1939(first, second)
-                                                                  : first << 8 | second);
+                                                                   : first << 8 | second);
 }
 
 std::uint32_t NumberReader::Read(NumberRole role, std::u16string_view cell) {

@@ -31,19 +31,21 @@ std::vector<std::size_t> EmptyColumns(const VTableRow& row) {
 
 }  // namespace
 
+bool HasHexLetter(std::u16string_view cell) { return std::any_of(cell.begin(), cell.end(), IsHexLetter); }
+
 NumberNotation ScanNumberNotation(VHeapIterator& iterator) {
     NumberNotation notation;
     while (iterator.HasMoreRows()) {
         const VTableRow& row = *iterator.GetNextRow();
         if (iterator.IsHeaderRow()) continue;
         const std::u16string_view cell = row[0];
-        notation.hexDigits = notation.hexDigits || std::any_of(cell.begin(), cell.end(), IsHexLetter);
+        notation.hexDigits = notation.hexDigits || HasHexLetter(cell);
         notation.saeCodes = notation.saeCodes || LooksLikeSae(cell);
     }
     return notation;
 }
 
-std::vector<bool> FindSkippedColumns(VHeapIterator& iterator, VCSVReader::VLogObject& log) {
+std::size_t FindEndColumn(VHeapIterator& iterator) {
     iterator.Reset();
     const VTableRow& header = *iterator.GetNextRow();
     std::vector<std::size_t> empty = EmptyColumns(header);
@@ -51,13 +53,18 @@ std::vector<bool> FindSkippedColumns(VHeapIterator& iterator, VCSVReader::VLogOb
         const VTableRow& row = *iterator.GetNextRow();
         std::erase_if(empty, [&row](std::size_t column) { return !Trim(row[column]).empty(); });
     }
-    std::vector<bool> skipped(header.size());
-    if (!empty.empty()) {
-        const std::size_t first = empty.front();
+    return empty.empty() ? header.size() : empty.front();
+}
+
+std::vector<bool> FindSkippedColumns(VHeapIterator& iterator, VCSVReader::VLogObject& log) {
+    const std::size_t end = FindEndColumn(iterator);
+    iterator.Reset();
+    std::vector<bool> skipped(iterator.GetNextRow()->size());
+    if (end < skipped.size()) {
         log.LogMessage(NPlatform::Format(
             kMessageCapacity, u"Found empty column index '%d'. Skipping all columns behind this column.",
-            {static_cast<std::int32_t>(first)}));
-        std::fill(skipped.begin() + static_cast<std::ptrdiff_t>(first), skipped.end(), true);
+            {static_cast<std::int32_t>(end)}));
+        std::fill(skipped.begin() + static_cast<std::ptrdiff_t>(end), skipped.end(), true);
     }
     return skipped;
 }

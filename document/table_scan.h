@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "log/log_object.h"
@@ -17,8 +18,15 @@ struct NumberNotation {
     bool saeCodes = false;
 };
 
+// Whether the cell has a letter from A to F, in either case.
+bool HasHexLetter(std::u16string_view cell);
+
 // Looks at the first cell of each data row, from the iterator's position on.
 NumberNotation ScanNumberNotation(VCSVReader::VHeapIterator& iterator);
+
+// The 0-based column with which the table ends: the first whose cells are all empty or white space, the
+// header's included. The number of columns where there is none.
+std::size_t FindEndColumn(VCSVReader::VHeapIterator& iterator);
 
 // Which columns produce nothing, one flag a column. A column whose cells are all empty or white space, the
 // header's included, is the end of the table: it and all behind it are skipped, and the log gets a message

@@ -52,6 +52,10 @@ class V2DVectorHeap : public VHeapInterface {
     void OpenSource() override;
     VHeapIterator* GetIterator() final { return iterator_.get(); }
     void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const final;
+    // The characters of the cell that was not ended yet, until the table next changes.
+    [[nodiscard]] std::u16string_view PendingCell() const {
+        return {units_.Run() + EndedSize(), units_.RunSize() - EndedSize()};
+    }
 
     // Adds the characters from `first` up to `last` to the pending cell, as AppendChar does one by one.
     void AppendRun(const char16_t* first, const char16_t* last) {

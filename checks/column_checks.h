@@ -1,0 +1,14 @@
+// Columns that are left out, and headers that name none.
+#pragma once
+
+#include "checks/collector.h"
+#include "checks/table.h"
+
+namespace NChecks {
+
+void CheckColumns(const Table& table, Collector& collector);
+
+// Item columns with the same header, and names of the caller that no item column has.
+void CheckItemHeaders(const Table& table, const Wishes& wishes, Collector& collector);
+
+}  // namespace NChecks

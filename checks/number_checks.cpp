@@ -1,0 +1,210 @@
+#include "checks/number_checks.h"
+
+#include <algorithm>
+
+#include "checks/notation_checks.h"
+#include "checks/sentence.h"
+#include "checks/unreadable.h"
+#include "document/cell_text.h"
+#include "document/xml_exception.h"
+
+namespace NChecks {
+
+using VCSVReader::VTableRow;
+using VSimpleXMLCreation::DtcNotation;
+using VSimpleXMLCreation::NumberReader;
+using VSimpleXMLCreation::NumberRole;
+using VSimpleXMLCreation::Trim;
+
+namespace {
+
+constexpr Cause kEmptyCell{Rule::NumberEmpty, 0};
+constexpr Cause kEmptyRow{Rule::NumberEmpty, 1};
+constexpr Cause kNegative{Rule::NumberRange, 0};
+constexpr Cause kAboveLimit{Rule::NumberRange, 1};
+constexpr Cause kExponent{Rule::NumberExponent};
+constexpr Cause kDuplicate{Rule::NumberDuplicate, 0, Severity::Warning};
+constexpr Cause kHeaderAgain{Rule::LayoutNearMiss, 4};
+
+std::uint32_t HighestOf(NumberRole role) {
+    switch (role) {
+        case NumberRole::Spn:
+            return 0x7FFFF;
+        case NumberRole::Fmi:
+            return 31;
+        case NumberRole::BaseDtc:
+            return 0xFFFFFF;
+        case NumberRole::FailureType:
+            return 0xFF;
+        default:
+            return 0xFFFFFFFF;
+    }
+}
+
+std::u16string_view LimitOf(NumberRole role, bool isDecimal) {
+    switch (role) {
+        case NumberRole::Spn:
+            return u"above 524287, the highest SPN";
+        case NumberRole::Fmi:
+            return u"above 31, the highest FMI";
+        case NumberRole::BaseDtc:
+            return u"above 16777215 (0xFFFFFF), the highest base DTC";
+        case NumberRole::FailureType:
+            return u"above 255, the highest failure type";
+        default:
+            return isDecimal ? u"above 2147483647, the highest decimal number that is understood"
+                             : u"longer than the 8 digits of the highest number";
+    }
+}
+
+bool IsSameText(std::u16string_view one, std::u16string_view other) {
+    return VSimpleXMLCreation::UpperCase(Trim(one)) == VSimpleXMLCreation::UpperCase(Trim(other));
+}
+
+}  // namespace
+
+void NumberChecks::LookAtRow(std::size_t row) {
+    const VTableRow& cells = table_.Row(row);
+    bool isExact = true;
+    for (std::size_t column = 0; column < NumberColumns(table_.layout); ++column) {
+        const Cell cell{{row, column}, cells[column], RoleOf(table_.layout, column)};
+        isExact = IsExact(cell) && isExact;
+    }
+    if (isExact) duplicates_.Add(reader_.NumberOf(cells, false), row);
+}
+
+// Reports the cell unless the document has exactly its number.
+bool NumberChecks::IsExact(const Cell& cell) {
+    const NumberReader::Reading reading = reader_.ReadingOf(cell.role, cell.text);
+    const Verdict verdict = Judge(cell.role, cell.text, reading);
+    switch (verdict) {
+        case Verdict::Exact:
+            Count(cell, reading);
+            if (cell.role == NumberRole::DtcNumber) return true;
+            if (reader_.Read(cell.role, cell.text) <= HighestOf(cell.role)) return true;
+            ReportRange(cell, Verdict::TooLarge);
+            return false;
+        case Verdict::Empty:
+            ReportEmpty(cell);
+            return false;
+        case Verdict::TooLarge:
+        case Verdict::Negative:
+            ReportRange(cell, verdict);
+            return false;
+        case Verdict::Unreadable:
+            ReportUnreadable(cell);
+            return false;
+    }
+    return false;
+}
+
+void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading) {
+    NumberTallies& tallies = tallies_[cell.place.column];
+    const std::size_t row = cell.place.row;
+    const std::u16string_view text = Trim(reading.text);
+    if (reading.notation == DtcNotation::Sae) {
+        tallies.codes.Add(row);
+        if (IsAllHexDigits(text)) tallies.hexCodes.Add(row);
+    } else if (reading.notation == DtcNotation::PrefixedHex) {
+        tallies.prefixed.Add(row);
+    } else if (reading.notation == DtcNotation::Hex && !IsAllDigits(text)) {
+        tallies.hexWords.Add(row);
+    } else {
+        tallies.digits.Add(row);
+        if (DependsOnNotation(text)) tallies.dependentDigits.Add(row);
+        if (text.size() > 1 && text[0] == u'0' && reading.notation == DtcNotation::Decimal) {
+            tallies.leadingZeros.Add(row);
+        }
+    }
+}
+
+void NumberChecks::ReportEmpty(const Cell& cell) {
+    if (IsBlankRow(table_.Row(cell.place.row))) {
+        if (cell.place.column > 0) return;
+        return collector_.Add(kEmptyRow, {cell.place.row, kNowhere}, [&] {
+            return Say(u"The row is empty but for separators; %s. Delete it.", {DocumentHas(cell.place.row)});
+        });
+    }
+    collector_.Add(kEmptyCell, cell.place, [&] {
+        return Say(u"%s is no number; %s. Fill it in.", {Quote(cell.text), DocumentHas(cell.place.row)});
+    });
+}
+
+void NumberChecks::ReportRange(const Cell& cell, Verdict verdict) {
+    if (verdict == Verdict::Negative) {
+        return collector_.Add(kNegative, cell.place, [&] {
+            return Say(u"%s is negative; %s. Write the number without a sign.",
+                       {Quote(cell.text), DocumentHas(cell.place.row)});
+        });
+    }
+    collector_.Add(kAboveLimit, cell.place, [&] {
+        const bool isDecimal = IsAllDigits(Trim(cell.text)) && !table_.notation.hexDigits;
+        const bool needsPrefix = isDecimal && cell.role == NumberRole::DtcNumber;
+        return Say(
+            u"%s is %s; %s. %s",
+            {Quote(cell.text), LimitOf(cell.role, isDecimal), DocumentHas(cell.place.row),
+             needsPrefix ? u"Correct it, or write it as a hexadecimal number with 0x." : u"Correct it."});
+    });
+}
+
+void NumberChecks::ReportUnreadable(const Cell& cell) {
+    if (ReportHeader(cell)) return;
+    const std::u16string_view text = Trim(cell.text);
+    if (IsExponent(text)) {
+        return collector_.Add(kExponent, cell.place, [&] {
+            return Say(
+                u"A spreadsheet program has rounded the number to %s; %s. Format the column as text and "
+                u"enter the number again.",
+                {Quote(cell.text), DocumentHas(cell.place.row)});
+        });
+    }
+    const Unreadable reason = WhyUnreadable(cell.role, cell.text, table_.notation);
+    if (reason == Unreadable::HexWithoutPrefix)
+        tallies_[cell.place.column].refusedHexWords.Add(cell.place.row);
+    collector_.Add(CauseOf(reason), cell.place, [&] {
+        return TellUnreadable(reason, cell.role, cell.text, table_.notation, DocumentHas(cell.place.row));
+    });
+}
+
+// Where tables were put together, the header stands among the rows again.
+bool NumberChecks::ReportHeader(const Cell& cell) {
+    const VTableRow& row = table_.Row(cell.place.row);
+    const VTableRow& header = table_.Header();
+    if (!IsSameText(row[0], header[0]) || !IsSameText(row[1], header[1])) return false;
+    if (cell.place.column > 0) return true;
+    collector_.Add(kHeaderAgain, cell.place, [&] {
+        return Say(u"The header stands here again: %s; %s. Delete the row.",
+                   {Quote(cell.text), DocumentHas(cell.place.row)});
+    });
+    return true;
+}
+
+// "the document has 291"
+std::u16string NumberChecks::DocumentHas(std::size_t row) {
+    try {
+        return Say(u"the document has %d", {reader_.NumberOf(table_.Row(row), false)});
+    } catch (const VSimpleXMLCreation::VSimpleXMLException&) {
+        return u"there is no document";
+    }
+}
+
+std::u16string NumberChecks::Texts(std::size_t row) const {
+    const VTableRow& cells = table_.Row(row);
+    if (NumberColumns(table_.layout) == 1) return Quote(cells[0]);
+    return Say(u"%s with %s", {Quote(cells[0]), Quote(cells[1])});
+}
+
+void NumberChecks::Finish() {
+    for (std::size_t column = 0; column < NumberColumns(table_.layout); ++column) {
+        CheckNotation(table_, column, tallies_[column], reader_, collector_);
+    }
+    duplicates_.ForEach([this](std::size_t row, std::size_t first) {
+        collector_.Add(kDuplicate, {row, 0}, [&] {
+            return Say(
+                u"%s has the same number as %s %s: %d. Correct one of them, or delete its row.",
+                {Texts(row), CellName({first, 0}), Texts(first), reader_.NumberOf(table_.Row(row), false)});
+        });
+    });
+}
+
+}  // namespace NChecks

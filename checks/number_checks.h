@@ -1,0 +1,69 @@
+// What is wrong with the numbers of a table.
+#pragma once
+
+#include <string>
+
+#include "checks/collector.h"
+#include "checks/duplicates.h"
+#include "checks/number_form.h"
+#include "checks/table.h"
+#include "document/row_number.h"
+
+namespace NChecks {
+
+// How many cells of a kind there are, and the row of the first.
+struct Tally {
+    std::size_t count = 0;
+    std::size_t first = kNowhere;
+
+    void Add(std::size_t row) {
+        if (count++ == 0) first = row;
+    }
+};
+
+// The cells of a number column that the document has exactly, by what they look like.
+struct NumberTallies {
+    Tally codes;            // SAE codes
+    Tally hexCodes;         // those of them that could be hexadecimal numbers
+    Tally prefixed;         // hexadecimal with 0x
+    Tally hexWords;         // hexadecimal without 0x, with a letter
+    Tally digits;           // digits alone
+    Tally dependentDigits;  // those of them that are another number in hexadecimal than in decimal
+    Tally leadingZeros;     // those of them that begin with a zero and are read as decimal
+    Tally refusedHexWords;  // not exact: hexadecimal without 0x where that is not understood
+};
+
+// Row by row, and then the columns as a whole.
+class NumberChecks {
+  public:
+    NumberChecks(const Table& table, Collector& collector)
+        : table_(table), collector_(collector), reader_(table.layout, table.notation) {}
+
+    // The rows in their order, without the header.
+    void LookAtRow(std::size_t row);
+    void Finish();
+
+  private:
+    struct Cell {
+        Place place;
+        std::u16string_view text;
+        VSimpleXMLCreation::NumberRole role;
+    };
+
+    bool IsExact(const Cell& cell);
+    void Count(const Cell& cell, const VSimpleXMLCreation::NumberReader::Reading& reading);
+    void ReportEmpty(const Cell& cell);
+    void ReportRange(const Cell& cell, Verdict verdict);
+    void ReportUnreadable(const Cell& cell);
+    bool ReportHeader(const Cell& cell);
+    std::u16string DocumentHas(std::size_t row);
+    std::u16string Texts(std::size_t row) const;
+
+    const Table& table_;
+    Collector& collector_;
+    VSimpleXMLCreation::NumberReader reader_;
+    NumberTallies tallies_[2];
+    Duplicates duplicates_;
+};
+
+}  // namespace NChecks

@@ -1,0 +1,132 @@
+#include "checks/table_checks.h"
+
+#include <algorithm>
+#include <new>
+
+#include "checks/collector.h"
+#include "checks/column_checks.h"
+#include "checks/layout_checks.h"
+#include "checks/number_checks.h"
+#include "checks/sentence.h"
+#include "checks/text_checks.h"
+
+namespace NChecks {
+
+using VCSVReader::VHeapIterator;
+using VCSVReader::VTableRow;
+
+namespace {
+
+constexpr Cause kUnfinishedQuote{Rule::RowLost, 0};
+constexpr Cause kCarriageReturns{Rule::RowLost, 1};
+constexpr Cause kEmptyDescription{Rule::DescriptionEmpty, 0, Severity::Warning};
+
+std::size_t LineFeeds(std::u16string_view text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), u'\n'));
+}
+
+void ReportUnfinished(const Unfinished& unfinished, Collector& collector) {
+    collector.Add(kUnfinishedQuote, unfinished.place, [&] {
+        return Say(
+            u"The double quote with which this cell begins is not closed: %s. Its row and all behind it, %s, "
+            u"are left out. Close it, or remove it.",
+            {Quote(unfinished.text), Counted(LineFeeds(unfinished.text), u"line", u"lines")});
+    });
+}
+
+// A text whose only row has carriage returns has no other line ends. Tells whether it is so.
+bool ReportCarriageReturns(VHeapIterator& iterator, Collector& collector) {
+    iterator.Reset();
+    if (!iterator.HasMoreRows()) return false;
+    const VTableRow& row = *iterator.GetNextRow();
+    if (iterator.HasMoreRows() || row.size() == 0) return false;
+    const std::u16string_view text(row[0].data(), row.TextSize());
+    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), u'\r'));
+    if (lines == 0) return false;
+    collector.Add(kCarriageReturns, {}, [&] {
+        return Say(
+            u"The lines of the file end in carriage returns alone: %s of it became part of the header, and "
+            u"there "
+            u"is no DTC. Save the file with other line ends.",
+            {Counted(lines, u"line", u"lines")});
+    });
+    return true;
+}
+
+void CheckRows(const Table& table, const LayoutVerdict& verdict, TextChecks& texts, Collector& collector) {
+    NumberChecks numbers(table, collector);
+    const std::size_t description = table.DescriptionColumn();
+    const bool hasNumbers = verdict.hasNumbers && !table.IsSkipped(NumberColumns(table.layout) - 1);
+    const bool hasDescription =
+        verdict.hasNumbers && description < table.endColumn && !table.IsSkipped(description);
+    for (std::size_t row = 1; row < table.RowCount(); ++row) {
+        texts.LookAtRow(row);
+        if (hasNumbers) numbers.LookAtRow(row);
+        const VTableRow& cells = table.Row(row);
+        if (!hasDescription || !IsBlank(cells[description]) || IsBlankRow(cells)) continue;
+        collector.Add(kEmptyDescription, {row, description},
+                      [] { return std::u16string(u"The DTC has no description. Fill it in."); });
+    }
+    if (hasNumbers) numbers.Finish();
+}
+
+void CheckTable(VHeapIterator& iterator, const Wishes& wishes, Collector& collector) {
+    const Table table(iterator);
+    TextChecks texts(table, wishes, collector);
+    const LayoutVerdict verdict = CheckLayout(table, collector);
+    texts.LookAtRow(0);
+    CheckRows(table, verdict, texts, collector);
+    texts.Finish();
+    if (!verdict.hasHeader) return;
+    CheckColumns(table, collector);
+    CheckItemHeaders(table, wishes, collector);
+}
+
+// Walks once over the rows; lines count from 1.
+void FindLines(VHeapIterator& iterator, std::vector<Finding>& findings) {
+    std::vector<Finding*> places;
+    for (Finding& finding : findings) {
+        if (finding.place.row != kNowhere) places.push_back(&finding);
+    }
+    std::ranges::sort(places, {}, [](const Finding* finding) { return finding->place.row; });
+    std::size_t line = 1;
+    std::size_t row = 0;
+    iterator.Reset();
+    for (Finding* const finding : places) {
+        for (; row < finding->place.row && iterator.HasMoreRows(); ++row) {
+            const VTableRow& cells = *iterator.GetNextRow();
+            line += 1 + (cells.size() == 0 ? 0 : LineFeeds({cells[0].data(), cells.TextSize()}));
+        }
+        finding->line = line;
+    }
+}
+
+}  // namespace
+
+FindingList FindFindings(VHeapIterator& iterator, bool hasPassed, const Unfinished* unfinished,
+                         const Wishes& wishes) {
+    FindingList list;
+    bool isComplete = hasPassed;
+    Collector collector;
+    try {
+        if (unfinished != nullptr) ReportUnfinished(*unfinished, collector);
+        const bool isText = wishes.separator != 0;
+        if (!(isText && ReportCarriageReturns(iterator, collector)) && hasPassed) {
+            CheckTable(iterator, wishes, collector);
+        }
+    } catch (const std::bad_alloc&) {
+        isComplete = false;
+    }
+    try {
+        list = collector.Finish();
+        if (wishes.separator != 0 && wishes.separator != u'\n') FindLines(iterator, list.findings);
+    } catch (const std::bad_alloc&) {
+        list = {};
+        isComplete = false;
+    }
+    iterator.Reset();
+    list.isComplete = isComplete;
+    return list;
+}
+
+}  // namespace NChecks

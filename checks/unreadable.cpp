@@ -1,0 +1,122 @@
+#include "checks/unreadable.h"
+
+#include <algorithm>
+
+#include "checks/characters.h"
+#include "checks/number_form.h"
+#include "checks/sentence.h"
+
+namespace NChecks {
+
+using VSimpleXMLCreation::NumberNotation;
+using VSimpleXMLCreation::NumberRole;
+
+namespace {
+
+// Greek, Coptic, Cyrillic and Armenian letters, and the full-width forms of ASCII.
+bool IsLookAlike(char16_t unit) {
+    return (unit >= 0x370 && unit <= 0x58F) || (unit >= 0xFF01 && unit <= 0xFF5E);
+}
+
+bool HoldsCodes(NumberRole role) { return role == NumberRole::DtcNumber || role == NumberRole::BaseDtc; }
+
+bool IsOnlyDecimal(NumberRole role) { return role == NumberRole::Spn || role == NumberRole::Fmi; }
+
+bool BeginsLikeCode(std::u16string_view text) {
+    constexpr std::u16string_view kLetters = u"PCBUpcbu";
+    return text.size() > 1 && kLetters.find(text[0]) != std::u16string_view::npos && IsDigit(text[1]);
+}
+
+// "P0123-11", "P0123 11", "P0123:1A"
+bool HasFailureType(std::u16string_view text) {
+    constexpr std::size_t kCode = 5;
+    if (text.size() != kCode + 3 || !IsCode(text.substr(0, kCode))) return false;
+    return !IsHexDigit(text[kCode]) && IsAllHexDigits(text.substr(kCode + 1));
+}
+
+bool IsNumberInBlanks(std::u16string_view cell) {
+    const std::u16string_view text = Strip(cell);
+    if (text.size() == cell.size()) return false;
+    return IsAllHexDigits(text) || IsPrefixedHex(text) || IsCode(text);
+}
+
+std::u16string_view KindOf(NumberRole role, std::u16string_view cell, NumberNotation notation) {
+    if (role == NumberRole::Spn) return u"an SPN";
+    if (role == NumberRole::Fmi) return u"an FMI";
+    if (role == NumberRole::FailureType) return u"a failure type";
+    if (BeginsLikeCode(Strip(cell))) return u"an SAE code";
+    if (role == NumberRole::BaseDtc) return notation.saeCodes ? u"an SAE code" : u"a base DTC";
+    return notation.hexDigits ? u"a hexadecimal number" : u"a decimal number";
+}
+
+std::u16string CureOf(Unreadable reason, NumberRole role, std::u16string_view cell) {
+    switch (reason) {
+        case Unreadable::WithFailureType:
+            return u"Put the failure type in a column of its own.";
+        case Unreadable::BlanksAround:
+            return u"Remove the blanks and invisible characters around it.";
+        case Unreadable::LookAlike: {
+            const auto unit = std::find_if(cell.begin(), cell.end(), IsLookAlike);
+            return Say(u"%s only looks like a letter or digit of ours: type it again.", {CodePoint(*unit)});
+        }
+        case Unreadable::HexWithoutPrefix:
+            return IsOnlyDecimal(role) ? u"Write it as a decimal number."
+                                       : u"Write hexadecimal numbers with 0x.";
+        case Unreadable::LargePrefix:
+            return u"Write 0x with a small x.";
+        case Unreadable::PrefixNotTaken:
+            return u"Write it as a decimal number.";
+        case Unreadable::MalformedCode:
+            return u"An SAE code is P, C, B or U and 2, 4, 6 or 8 hexadecimal digits, the first of them 0 to "
+                   u"3.";
+        default:
+            return IsOnlyDecimal(role)
+                       ? u"Write it with decimal digits alone."
+                       : u"Write it with decimal digits alone, or with 0x and hexadecimal digits.";
+    }
+}
+
+}  // namespace
+
+Unreadable WhyUnreadable(NumberRole role, std::u16string_view cell, NumberNotation notation) {
+    const std::u16string_view text = Strip(cell);
+    const bool isCode = HoldsCodes(role) && IsCode(text);
+    if (isCode && !notation.saeCodes && cell.starts_with(text)) return Unreadable::CodeNotTaken;
+    if (HoldsCodes(role) && HasFailureType(text)) return Unreadable::WithFailureType;
+    if (!isCode && IsAllHexDigits(text) && !IsAllDigits(text) && text.size() == cell.size()) {
+        return HoldsCodes(role) && notation.saeCodes ? Unreadable::MalformedCode
+                                                     : Unreadable::HexWithoutPrefix;
+    }
+    if (IsPrefixedHex(text)) {
+        if (IsOnlyDecimal(role)) return Unreadable::PrefixNotTaken;
+        if (role == NumberRole::BaseDtc && !notation.saeCodes && cell.starts_with(u"0X")) {
+            return Unreadable::LargePrefix;
+        }
+    }
+    if (IsNumberInBlanks(cell)) return Unreadable::BlanksAround;
+    if (std::any_of(cell.begin(), cell.end(), IsLookAlike)) return Unreadable::LookAlike;
+    if (HoldsCodes(role) && (BeginsLikeCode(text) || (role == NumberRole::BaseDtc && notation.saeCodes))) {
+        return Unreadable::MalformedCode;
+    }
+    return Unreadable::Other;
+}
+
+Cause CauseOf(Unreadable reason) {
+    if (reason == Unreadable::CodeNotTaken) return {Rule::NotationMixed, 6};
+    return {Rule::NumberUnreadable, static_cast<std::size_t>(reason)};
+}
+
+std::u16string TellUnreadable(Unreadable reason, NumberRole role, std::u16string_view cell,
+                              NumberNotation notation, std::u16string_view documentHas) {
+    if (reason == Unreadable::CodeNotTaken) {
+        return Say(
+            u"%s is not taken for an SAE code, because no cell of the column has exactly 5 or 7 characters "
+            u"and "
+            u"begins with P, C, B or U; %s. Write a hexadecimal number with 0x, and no blanks behind a code.",
+            {Quote(cell), documentHas});
+    }
+    return Say(u"%s is not %s; %s. %s",
+               {Quote(cell), KindOf(role, cell, notation), documentHas, CureOf(reason, role, cell)});
+}
+
+}  // namespace NChecks

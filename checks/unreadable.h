@@ -1,0 +1,35 @@
+// Cells that are not wholly numbers.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "checks/collector.h"
+#include "document/row_number.h"
+
+namespace NChecks {
+
+enum class Unreadable {
+    CodeNotTaken,      // an SAE code in a column without one of 5 or 7 characters
+    WithFailureType,   // an SAE code and a failure type in one cell: P0123-11
+    BlanksAround,      // a number between white space and invisible characters
+    LookAlike,         // letters and digits of other alphabets
+    HexWithoutPrefix,  // hexadecimal digits where decimal ones are read
+    LargePrefix,       // 0X where only 0x is understood
+    PrefixNotTaken,    // 0x where only decimal numbers are understood
+    MalformedCode,     // begins like an SAE code
+    Other,
+};
+
+// For a cell that is not exact, not empty and not out of range.
+Unreadable WhyUnreadable(VSimpleXMLCreation::NumberRole role, std::u16string_view cell,
+                         VSimpleXMLCreation::NumberNotation notation);
+
+Cause CauseOf(Unreadable reason);
+
+// The sentence; `documentHas` is its middle.
+std::u16string TellUnreadable(Unreadable reason, VSimpleXMLCreation::NumberRole role,
+                              std::u16string_view cell, VSimpleXMLCreation::NumberNotation notation,
+                              std::u16string_view documentHas);
+
+}  // namespace NChecks
