@@ -7,6 +7,7 @@ namespace NChecks {
 
 using VSimpleXMLCreation::DtcNotation;
 using VSimpleXMLCreation::HasHexLetter;
+using VSimpleXMLCreation::LooksLikeSae;
 using VSimpleXMLCreation::NumberReader;
 using VSimpleXMLCreation::NumberRole;
 using VSimpleXMLCreation::Trim;
@@ -19,6 +20,7 @@ constexpr Cause kEitherCodeOrHex{Rule::NotationMixed, 2, Severity::Warning};
 constexpr Cause kNumberAmongCodes{Rule::NotationMixed, 3, Severity::Warning};
 constexpr Cause kCodeAmongNumbers{Rule::NotationMixed, 4, Severity::Warning};
 constexpr Cause kLeadingZeros{Rule::NotationMixed, 5, Severity::Warning};
+constexpr Cause kCodeRefusesNumbers{Rule::NotationMixed, 8};
 constexpr Cause kPerhapsHex{Rule::NotationMixed, 7, Severity::Warning};
 
 class NotationChecks {
@@ -37,6 +39,7 @@ class NotationChecks {
             if (!CheckLetters()) CheckCodes();
         } else {
             CheckRefusedHex();
+            CheckRefusedNumbers();
         }
         if (role_ != NumberRole::Spn && role_ != NumberRole::Fmi) CheckLeadingZeros();
     }
@@ -62,6 +65,7 @@ class NotationChecks {
     bool CheckLetters();
     void CheckCodes();
     void CheckRefusedHex();
+    void CheckRefusedNumbers();
     void CheckLeadingZeros();
     template <typename IsWanted, typename Sentence>
     void AddCells(const Cause& cause, IsWanted isWanted, Sentence sentence);
@@ -154,6 +158,21 @@ void NotationChecks::CheckRefusedHex() {
             {Name(words.first), digits.count == 1 ? u"one is read" : u"each is read",
              digits.count == 1 ? Name(digits.first)
                                : Say(u"%d such as %s", {Count(digits.count), Name(digits.first)})});
+    });
+}
+
+// One SAE code among base DTCs of another notation.
+void NotationChecks::CheckRefusedNumbers() {
+    const Tally& numbers = tallies_.refusedNumbers;
+    if (numbers.count <= tallies_.codes.count) return;
+    std::size_t row = 1;
+    while (!LooksLikeSae(Text(row))) ++row;
+    collector_.Add(kCodeRefusesNumbers, {}, [&] {
+        return Say(
+            u"Cell %s makes the whole column SAE codes: %s such as %s cannot be read. Write all base DTCs in "
+            u"one "
+            u"notation.",
+            {Name(row), Counted(numbers.count, u"number", u"numbers"), Name(numbers.first)});
     });
 }
 

@@ -65,37 +65,31 @@ bool IsSameText(std::u16string_view one, std::u16string_view other) {
 
 void NumberChecks::LookAtRow(std::size_t row) {
     const VTableRow& cells = table_.Row(row);
-    bool isExact = true;
-    for (std::size_t column = 0; column < NumberColumns(table_.layout); ++column) {
-        const Cell cell{{row, column}, cells[column], RoleOf(table_.layout, column)};
-        isExact = IsExact(cell) && isExact;
-    }
-    if (isExact) duplicates_.Add(reader_.NumberOf(cells, false), row);
+    const auto look = [&](std::size_t column) {
+        return ExactNumber({{row, column}, cells[column], RoleOf(table_.layout, column)});
+    };
+    const auto first = look(0);
+    const auto second = NumberColumns(table_.layout) > 1 ? look(1) : 0;
+    if (first && second) duplicates_.Add(reader_.Combine(*first, *second), row);
 }
 
-// Reports the cell unless the document has exactly its number.
-bool NumberChecks::IsExact(const Cell& cell) {
+// None, and reported, unless the document has exactly the cell's number.
+std::optional<std::uint32_t> NumberChecks::ExactNumber(const Cell& cell) {
     const NumberReader::Reading reading = reader_.ReadingOf(cell.role, cell.text);
     const Verdict verdict = Judge(cell.role, cell.text, reading);
-    switch (verdict) {
-        case Verdict::Exact:
-            Count(cell, reading);
-            if (cell.role == NumberRole::DtcNumber) return true;
-            if (reader_.Read(cell.role, cell.text) <= HighestOf(cell.role)) return true;
-            ReportRange(cell, Verdict::TooLarge);
-            return false;
-        case Verdict::Empty:
-            ReportEmpty(cell);
-            return false;
-        case Verdict::TooLarge:
-        case Verdict::Negative:
-            ReportRange(cell, verdict);
-            return false;
-        case Verdict::Unreadable:
-            ReportUnreadable(cell);
-            return false;
+    if (verdict == Verdict::Exact) {
+        const std::uint32_t number = NumberReader::Convert(cell.role, reading);
+        Count(cell, reading);
+        if (number <= HighestOf(cell.role)) return number;
+        ReportRange(cell, Verdict::TooLarge);
+    } else if (verdict == Verdict::Empty) {
+        ReportEmpty(cell);
+    } else if (verdict == Verdict::Unreadable) {
+        ReportUnreadable(cell);
+    } else {
+        ReportRange(cell, verdict);
     }
-    return false;
+    return std::nullopt;
 }
 
 void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading) {
@@ -104,7 +98,7 @@ void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading)
     const std::u16string_view text = Trim(reading.text);
     if (reading.notation == DtcNotation::Sae) {
         tallies.codes.Add(row);
-        if (IsAllHexDigits(text)) tallies.hexCodes.Add(row);
+        if (text[0] == u'B' || text[0] == u'C') tallies.hexCodes.Add(row);
     } else if (reading.notation == DtcNotation::PrefixedHex) {
         tallies.prefixed.Add(row);
     } else if (reading.notation == DtcNotation::Hex && !IsAllDigits(text)) {
@@ -137,6 +131,8 @@ void NumberChecks::ReportRange(const Cell& cell, Verdict verdict) {
                        {Quote(cell.text), DocumentHas(cell.place.row)});
         });
     }
+    const bool isHexByOthers = table_.notation.hexDigits && cell.role == NumberRole::DtcNumber;
+    if (isHexByOthers && IsAllDigits(Trim(cell.text))) tallies_[0].dependentDigits.Add(cell.place.row);
     collector_.Add(kAboveLimit, cell.place, [&] {
         const bool isDecimal = IsAllDigits(Trim(cell.text)) && !table_.notation.hexDigits;
         const bool needsPrefix = isDecimal && cell.role == NumberRole::DtcNumber;
@@ -158,12 +154,32 @@ void NumberChecks::ReportUnreadable(const Cell& cell) {
                 {Quote(cell.text), DocumentHas(cell.place.row)});
         });
     }
+    const bool isBaseAmongCodes = cell.role == NumberRole::BaseDtc && table_.notation.saeCodes;
+    if (isBaseAmongCodes && (IsAllDigits(text) || IsPrefixedHex(text))) {
+        return tallies_[0].refusedNumbers.Add(cell.place.row);
+    }
+    ReportAsUnreadable(cell);
+}
+
+void NumberChecks::ReportAsUnreadable(const Cell& cell) {
     const Unreadable reason = WhyUnreadable(cell.role, cell.text, table_.notation);
     if (reason == Unreadable::HexWithoutPrefix)
         tallies_[cell.place.column].refusedHexWords.Add(cell.place.row);
     collector_.Add(CauseOf(reason), cell.place, [&] {
         return TellUnreadable(reason, cell.role, cell.text, table_.notation, DocumentHas(cell.place.row));
     });
+}
+
+// Either they are wrong among SAE codes, or a code is wrong among them.
+void NumberChecks::ReportRefusedNumbers() {
+    const Tally& numbers = tallies_[0].refusedNumbers;
+    if (numbers.count == 0 || numbers.count > tallies_[0].codes.count) return;
+    for (std::size_t row = numbers.first; row < table_.RowCount(); ++row) {
+        const std::u16string_view cell = table_.Row(row)[0];
+        const std::u16string_view text = Trim(cell);
+        if (IsAllDigits(text) || IsPrefixedHex(text))
+            ReportAsUnreadable({{row, 0}, cell, NumberRole::BaseDtc});
+    }
 }
 
 // Where tables were put together, the header stands among the rows again.
@@ -195,6 +211,7 @@ std::u16string NumberChecks::Texts(std::size_t row) const {
 }
 
 void NumberChecks::Finish() {
+    ReportRefusedNumbers();
     for (std::size_t column = 0; column < NumberColumns(table_.layout); ++column) {
         CheckNotation(table_, column, tallies_[column], reader_, collector_);
     }

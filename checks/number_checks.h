@@ -1,6 +1,7 @@
 // What is wrong with the numbers of a table.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "checks/collector.h"
@@ -21,7 +22,8 @@ struct Tally {
     }
 };
 
-// The cells of a number column that the document has exactly, by what they look like.
+// The cells of a number column that the document has exactly, by what they look like. A cell may count more
+// than once.
 struct NumberTallies {
     Tally codes;            // SAE codes
     Tally hexCodes;         // those of them that could be hexadecimal numbers
@@ -30,7 +32,10 @@ struct NumberTallies {
     Tally digits;           // digits alone
     Tally dependentDigits;  // those of them that are another number in hexadecimal than in decimal
     Tally leadingZeros;     // those of them that begin with a zero and are read as decimal
-    Tally refusedHexWords;  // not exact: hexadecimal without 0x where that is not understood
+    // Those that it does not have.
+    Tally refusedHexWords;  // hexadecimal without 0x where that is not understood
+    Tally
+        refusedNumbers;  // digits, or with 0x, where only SAE codes are understood; reported with the column
 };
 
 // Row by row, and then the columns as a whole.
@@ -50,12 +55,14 @@ class NumberChecks {
         VSimpleXMLCreation::NumberRole role;
     };
 
-    bool IsExact(const Cell& cell);
+    std::optional<std::uint32_t> ExactNumber(const Cell& cell);
     void Count(const Cell& cell, const VSimpleXMLCreation::NumberReader::Reading& reading);
     void ReportEmpty(const Cell& cell);
     void ReportRange(const Cell& cell, Verdict verdict);
     void ReportUnreadable(const Cell& cell);
     bool ReportHeader(const Cell& cell);
+    void ReportAsUnreadable(const Cell& cell);
+    void ReportRefusedNumbers();
     std::u16string DocumentHas(std::size_t row);
     std::u16string Texts(std::size_t row) const;
 

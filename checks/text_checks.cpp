@@ -21,18 +21,22 @@ constexpr Cause kReplaced{Rule::TextEncoding, 3};
 constexpr Cause kHalfPair{Rule::TextEncoding, 4};
 constexpr Cause kSwallowedRows{Rule::RowLost, 2};
 
-// Whether all are from U+0020 to U+007F; four units at a time.
-bool IsPrintableAscii(std::u16string_view text) {
+// The first that is not from U+0020 to U+007F; four units at a time.
+const char16_t* SkipPrintableAscii(const char16_t* unit, const char16_t* end) {
     constexpr std::uint64_t kEach = 0x0001'0001'0001'0001;
-    const char16_t* unit = text.data();
-    const char16_t* const end = unit + text.size();
     for (; end - unit >= 4; unit += 4) {
         std::uint64_t four = 0;
         std::memcpy(&four, unit, sizeof four);
         const std::uint64_t fromBlank = (four | 0x8000 * kEach) - 0x20 * kEach;  // top bits: not below U+0020
-        if ((four & 0xFF80 * kEach) != 0 || (~fromBlank & 0x8000 * kEach) != 0) return false;
+        if ((four & 0xFF80 * kEach) != 0 || (~fromBlank & 0x8000 * kEach) != 0) break;
     }
-    return std::all_of(unit, end, [](char16_t each) { return each >= u' ' && each < 0x80; });
+    while (unit != end && *unit >= u' ' && *unit < 0x80) ++unit;
+    return unit;
+}
+
+// Whether the unit may begin a character of UTF-8 whose bytes were read as a character each.
+bool MayBeginUtf8(const char16_t* unit, const char16_t* end) {
+    return *unit >= 0xC2 && *unit <= 0xF4 && unit + 1 != end && unit[1] >= 0x80 && unit[1] <= 0xBF;
 }
 
 // The bytes of a character in UTF-8 that were read as a character each; 0 where there are none.
@@ -74,7 +78,18 @@ struct TextChecks::Suspects {
 
 void TextChecks::LookAtRow(std::size_t row) {
     const VTableRow& cells = table_.Row(row);
-    if (IsPrintableAscii({cells[0].data(), cells.TextSize()})) return;
+    const char16_t* unit = cells[0].data();
+    const char16_t* const end = unit + cells.TextSize();
+    while ((unit = SkipPrintableAscii(unit, end)) != end) {
+        const bool isCommon = *unit >= 0xA0 && *unit < 0xD800;
+        if (!isCommon || MayBeginUtf8(unit, end)) return LookAtCells(row);
+        if (*unit <= 0xFF) isOtherEncoding_ = true;
+        ++unit;
+    }
+}
+
+void TextChecks::LookAtCells(std::size_t row) {
+    const VTableRow& cells = table_.Row(row);
     for (std::size_t column = 0; column < cells.size(); ++column) LookAtCell({row, column}, cells[column]);
 }
 

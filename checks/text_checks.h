@@ -11,13 +11,14 @@ class TextChecks {
     TextChecks(const Table& table, const Wishes& wishes, Collector& collector)
         : table_(table), wishes_(wishes), collector_(collector) {}
 
-    // The rows in any order. A row of nothing but printable ASCII costs next to nothing.
+    // The rows in any order. A row of ordinary characters costs next to nothing.
     void LookAtRow(std::size_t row);
     void Finish();
 
   private:
     struct Suspects;
 
+    void LookAtCells(std::size_t row);
     void LookAtCell(Place place, std::u16string_view cell);
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
     void LookForRows(Place place, std::u16string_view cell);

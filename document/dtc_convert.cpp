@@ -17,7 +17,8 @@ constexpr std::size_t kMessageCapacity = 128;
 }
 
 bool BeginsLikeSae(std::u16string_view text) {
-    return std::u16string_view(u"BCPU").find(text.front()) != std::u16string_view::npos;
+    const char16_t first = text.front();
+    return first == u'P' || first == u'C' || first == u'B' || first == u'U';
 }
 
 std::uint32_t HexDigit(char16_t unit) {
@@ -42,9 +43,12 @@ DtcNotation VDTCConvert::NotationOf(std::u16string_view text, bool hexDefault, b
     return hexDefault ? DtcNotation::Hex : DtcNotation::Decimal;
 }
 
-VDTCConvert::VDTCConvert(std::u16string_view text, bool hexDefault, bool saeCodes) {
+VDTCConvert::VDTCConvert(std::u16string_view text, bool hexDefault, bool saeCodes)
+    : VDTCConvert(text, NotationOf(text, hexDefault, saeCodes)) {}
+
+VDTCConvert::VDTCConvert(std::u16string_view text, DtcNotation notation) {
     const std::u16string_view trimmed = TrimBlanks(text);
-    switch (NotationOf(text, hexDefault, saeCodes)) {
+    switch (notation) {
         case DtcNotation::None:
             break;
         case DtcNotation::Sae:

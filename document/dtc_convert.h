@@ -24,6 +24,8 @@ class VDTCConvert {
     // SAE code. Blanks at both ends do not count, except for the recognition of the notation by the first
     // characters. An empty text gives 0. Throws VSimpleXMLException on a malformed SAE code.
     VDTCConvert(std::u16string_view text, bool hexDefault, bool saeCodes);
+    // The same for a text whose notation is known.
+    VDTCConvert(std::u16string_view text, DtcNotation notation);
     VDTCConvert(const VDTCConvert&) = default;
     VDTCConvert& operator=(const VDTCConvert&) = default;
     virtual ~VDTCConvert() = default;

@@ -31,23 +31,14 @@ NumberRole RoleOf(TableLayout layout, std::size_t column) {
 
 std::int32_t NumberReader::NumberOf(const VCSVReader::VTableRow& row, bool withoutFirst) {
     const std::uint32_t first = withoutFirst ? 0 : Read(RoleOf(layout_, 0), row[0]);
-    if (layout_ == TableLayout::SingleNumber) return static_cast<std::int32_t>(first);
-    const std::uint32_t second = Read(RoleOf(layout_, 1), row[1]);
-    return static_cast<std::int32_t>(layout_ == TableLayout::J1939 ? PackJ1939(first, second)
-                                                                   : first << 8 | second);
+    const bool hasSecond = NumberColumns(layout_) > 1;
+    return Combine(first, hasSecond ? Read(RoleOf(layout_, 1), row[1]) : 0);
 }
 
-std::uint32_t NumberReader::Read(NumberRole role, std::u16string_view cell) {
-    if (IsDecimalOnly(role)) return static_cast<std::uint32_t>(DecimalValue(cell));
-    const Reading reading = ReadingOf(role, cell);
-    if (role == NumberRole::BaseDtc && notation_.saeCodes) {
-        VDTCConvert converter({}, false, false);
-        converter.ParseSae(reading.text);
-        return static_cast<std::uint32_t>(converter.GetValue());
-    }
-    const NumberNotation notation = NotationFor(role);
-    const VDTCConvert converter(reading.text, notation.hexDigits, notation.saeCodes);
-    return static_cast<std::uint32_t>(converter.GetValue());
+std::int32_t NumberReader::Combine(std::uint32_t first, std::uint32_t second) const {
+    if (layout_ == TableLayout::J1939) return static_cast<std::int32_t>(PackJ1939(first, second));
+    if (layout_ == TableLayout::BaseAndFailureType) return static_cast<std::int32_t>(first << 8 | second);
+    return static_cast<std::int32_t>(first);
 }
 
 NumberReader::Reading NumberReader::ReadingOf(NumberRole role, std::u16string_view cell) {
@@ -56,13 +47,20 @@ NumberReader::Reading NumberReader::ReadingOf(NumberRole role, std::u16string_vi
     if (isBase && !notation_.saeCodes) return {cell, VDTCConvert::NotationOf(cell, false, false)};
     CopyNumberText(cell, text_);
     if (isBase) return {text_, DtcNotation::Sae};
-    const NumberNotation notation = NotationFor(role);
+    // Only the numbers of a single column are read as the table as a whole tells.
+    const NumberNotation notation = role == NumberRole::DtcNumber ? notation_ : NumberNotation{};
     return {text_, VDTCConvert::NotationOf(text_, notation.hexDigits, notation.saeCodes)};
 }
 
-// Only the numbers of a single column are read as the table as a whole tells.
-NumberNotation NumberReader::NotationFor(NumberRole role) const {
-    return role == NumberRole::DtcNumber ? notation_ : NumberNotation{};
+// Of a base DTC, blanks at its ends are part of the code; of an SPN and an FMI, no white space in front is.
+std::uint32_t NumberReader::Convert(NumberRole role, const Reading& reading) {
+    if (IsDecimalOnly(role)) return static_cast<std::uint32_t>(DecimalValue(reading.text));
+    if (role == NumberRole::BaseDtc && reading.notation == DtcNotation::Sae) {
+        VDTCConvert converter({}, DtcNotation::None);
+        converter.ParseSae(reading.text);
+        return static_cast<std::uint32_t>(converter.GetValue());
+    }
+    return static_cast<std::uint32_t>(VDTCConvert(reading.text, reading.notation).GetValue());
 }
 
 }  // namespace VSimpleXMLCreation

@@ -26,20 +26,24 @@ class NumberReader {
     // `withoutFirst`: the first one counts as 0. Throws VSimpleXMLException on a malformed SAE code.
     std::int32_t NumberOf(const VCSVReader::VTableRow& row, bool withoutFirst);
 
-    // The number of one cell. Throws as above.
-    std::uint32_t Read(NumberRole role, std::u16string_view cell);
-
-    // How Read takes the cell: the text that it converts, valid until the next call and as long as the cell,
-    // and the notation. That of a base DTC in a table with SAE codes is Sae whatever the cell holds.
+    // How a cell is taken: the text that is converted, valid until the next call and as long as the cell, and
+    // the notation. That of a base DTC in a table with SAE codes is Sae whatever the cell holds.
     struct Reading {
         std::u16string_view text;
         DtcNotation notation;
     };
     Reading ReadingOf(NumberRole role, std::u16string_view cell);
 
-  private:
-    [[nodiscard]] NumberNotation NotationFor(NumberRole role) const;
+    // The number of one cell. Throws as above.
+    static std::uint32_t Convert(NumberRole role, const Reading& reading);
+    std::uint32_t Read(NumberRole role, std::u16string_view cell) {
+        return Convert(role, ReadingOf(role, cell));
+    }
 
+    // The number of a row, made of those of its number cells; `second` is not used where there is one.
+    [[nodiscard]] std::int32_t Combine(std::uint32_t first, std::uint32_t second) const;
+
+  private:
     TableLayout layout_;
     NumberNotation notation_;
     std::u16string text_;

@@ -16,11 +16,6 @@ constexpr std::size_t kMessageCapacity = 1024;
 
 bool IsHexLetter(char16_t unit) { return UpperCase(unit) >= u'A' && UpperCase(unit) <= u'F'; }
 
-bool LooksLikeSae(std::u16string_view cell) {
-    if (cell.size() != 5 && cell.size() != 7) return false;
-    return std::u16string_view(u"PBCU").find(UpperCase(cell.front())) != std::u16string_view::npos;
-}
-
 std::vector<std::size_t> EmptyColumns(const VTableRow& row) {
     std::vector<std::size_t> columns;
     for (std::size_t column = 0; column < row.size(); ++column) {
@@ -30,6 +25,11 @@ std::vector<std::size_t> EmptyColumns(const VTableRow& row) {
 }
 
 }  // namespace
+
+bool LooksLikeSae(std::u16string_view cell) {
+    if (cell.size() != 5 && cell.size() != 7) return false;
+    return std::u16string_view(u"PBCU").find(UpperCase(cell.front())) != std::u16string_view::npos;
+}
 
 bool HasHexLetter(std::u16string_view cell) { return std::any_of(cell.begin(), cell.end(), IsHexLetter); }
 

@@ -21,6 +21,9 @@ struct NumberNotation {
 // Whether the cell has a letter from A to F, in either case.
 bool HasHexLetter(std::u16string_view cell);
 
+// Whether the cell makes texts that begin with P, C, B or U SAE codes.
+bool LooksLikeSae(std::u16string_view cell);
+
 // Looks at the first cell of each data row, from the iterator's position on.
 NumberNotation ScanNumberNotation(VCSVReader::VHeapIterator& iterator);
 

@@ -1,0 +1,469 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <random>
+#include <set>
+
+#include "checks/sentence.h"
+#include "checks/table_checks.h"
+#include "document/import_document.h"
+#include "document/xml_exception.h"
+#include "tests/host.h"
+#include "tests/rooms.h"
+
+namespace {
+
+using namespace NChecks;
+using NTest::Row;
+using NTest::Table;
+using NTest::TestHeap;
+using Names = std::set<std::u16string>;
+
+// A3, 3 or nothing.
+std::string PlaceOf(const Place& place) {
+    if (place.row == kNowhere) return "";
+    const std::string row = std::to_string(place.row + 1);
+    return place.column == kNowhere ? row : NTest::Utf8(CellName(place));
+}
+
+class Looked {
+  public:
+    explicit Looked(const Table& table, const Names& vsgNames = {}, const Unfinished* unfinished = nullptr)
+        : heap_(u"", &log_, table) {
+        heap_.ReadData();
+        list_ = FindFindings(*heap_.GetIterator(), true, unfinished, {vsgNames, {}, {}, u'|', true});
+    }
+
+    [[nodiscard]] const FindingList& List() const { return list_; }
+    [[nodiscard]] bool HasError() const {
+        return std::ranges::any_of(list_.causes,
+                                   [](const FoundCause& cause) { return cause.severity == Severity::Error; });
+    }
+
+    // "number-unreadable A3, column-lost B1, notation-mixed ", warnings in brackets.
+    [[nodiscard]] std::string Summary() const {
+        std::string summary;
+        for (const Finding& finding : list_.findings) {
+            const FoundCause& cause = list_.causes[finding.cause];
+            const bool isWarning = cause.severity == Severity::Warning;
+            summary.append(summary.empty() ? "" : ", ")
+                .append(isWarning ? "(" : "")
+                .append(NameOf(cause.rule));
+            summary.append(" ").append(PlaceOf(finding.place)).append(isWarning ? ")" : "");
+        }
+        return summary;
+    }
+
+    [[nodiscard]] std::string Texts() const {
+        std::string texts;
+        for (const Finding& finding : list_.findings) texts += NTest::Utf8(finding.text) + "\n";
+        return texts;
+    }
+
+    // The numbers of the document, or none where the conversion is refused.
+    std::vector<std::string> Numbers() {
+        NPlatform::TextBuffer document;
+        std::vector<std::string> numbers;
+        try {
+            heap_.GetIterator()->Reset();
+            VSimpleXMLCreation::BuildImportDocument(*heap_.GetIterator(), document, log_, u"", u"", {}, {},
+                                                    {});
+        } catch (const VSimpleXMLCreation::VSimpleXMLException&) {
+            return numbers;
+        }
+        constexpr std::u16string_view kStart = u"<DTC number=\"";
+        const std::u16string_view text = document.View();
+        for (std::size_t at = 0; (at = text.find(kStart, at)) != std::u16string_view::npos;) {
+            at += kStart.size();
+            numbers.push_back(NTest::Utf8(text.substr(at, text.find(u'"', at) - at)));
+        }
+        return numbers;
+    }
+
+  private:
+    VCSVReader::VLogObject log_{false};
+    TestHeap heap_;
+    FindingList list_;
+};
+
+TEST(Checks, FindFaults) {
+    const std::pair<const char16_t*, const char*> rows[] = {
+        // Good tables.
+        {u"DTC|T\nP0123|x\nc1234|y\nB123456 |z\nU01|t", ""},
+        {u"DTC|T\n1234|x\n0x10|y\n 5|z", ""},
+        {u"DTC|T\n12A4|x\n0010|y\nFF|z\n1b|t", ""},
+        {u"DTC|T\n0x1A|x\n0xFF|y\n0XF0000000|z", ""},
+        {u"SPN|FMI|T\n520192|31|x\n 1|0|y", ""},
+        {u"BaseDTC|FTB|T\nP0123|0x11|x\nP0124|255|y", ""},
+        {u"DTC|Failure Type|T\n0x12|0x34|x\n18|53|y", ""},
+        {u"DTC|T|I||\nP0123|x|i||", ""},
+        {u"DTC|T|SPN|FMI\nP0123|x|1|2", ""},
+        {u"DTC|T", ""},
+        {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n", "number-empty 3"},
+        // Numbers.
+        {u"DTC|T\nP0123-11|x\nP0124|y", "number-unreadable A2"},
+        {u"DTC|T\nP0123|x\nP01234|y\nP4123|z\nPO123|t",
+         "number-unreadable A3, number-unreadable A4, number-unreadable A5"},
+        {u"DTC|T\n\u00A012|x\n13\u200B|y\n 0x12|z", "number-unreadable A3, number-unreadable A4"},
+        {u"DTC|T\nP0123|x\n|y\n |z\n|", "number-empty A3, number-empty A4, number-empty 5"},
+        {u"DTC|T\n2147483647|x\n2147483648|y\n-5|z", "number-range A4, number-range A3"},
+        {u"DTC|T\n0xFFFFFFFF|x\n0x1FFFFFFFF|y\n0x000000001|z", "number-range A3"},
+        {u"DTC|T\n0xFFFFFFFF|x\n1234567890|y", "number-range A3, notation-mixed "},
+        {u"SPN|FMI|T\n524288|0|x\n1|32|y\n-1|-1|z\n0x12|1A|t",
+         "number-unreadable B5, number-unreadable A5, number-range A4, number-range B4, number-range A2, "
+         "number-range B3"},
+        {u"BaseDTC|FTB|T\n0x1000000|0|x\n1|256|y\n0X12|1C|z\n1C|12|t",
+         "number-unreadable B4, number-unreadable A5, number-unreadable A4, number-range A2, number-range "
+         "B3, "
+         "(notation-mixed )"},
+        {u"DTC|T\n1.19305e+006|x\n5|y", "number-exponent A2"},
+        {u"DTC|T\nP0123|x\np0123|y\n0x0123|z", "(number-duplicate A3), (number-duplicate A4)"},
+        {u"SPN|FMI|T\n1|2|x\n1|3|y\n01|2|z", "(number-duplicate A4)"},
+        // Notations.
+        {u"DTC|T\n1234|x\nTBD|y\n7|z", "number-unreadable A3, notation-mixed "},
+        {u"DTC|T\n1234|x\n0x1A|y", "notation-mixed "},
+        {u"DTC|T\n1234|x\nB0123|y", "notation-mixed "},
+        {u"DTC|T\n1234|x\n1235|y\n1A|z", "(notation-mixed )"},
+        {u"DTC|T\nP01|x\nP01234567|y", "notation-mixed A2, notation-mixed A3"},
+        {u"DTC|T\nP0123 |x\nP0124 |y", "notation-mixed A2, notation-mixed A3"},
+        {u"DTC|T\n1A2B|x\nC0FFE|y\nFF|z", "(notation-mixed A3)"},
+        {u"DTC|T\nP0123|x\nP0124|y\n125|z", "(notation-mixed A4)"},
+        {u"DTC|T\n123|x\n124|y\nP0125|z", "(notation-mixed A4)"},
+        {u"DTC|T\n0123|x\n124|y", "(notation-mixed A2)"},
+        {u"BaseDTC|FTB|T\nP0123|11|x\nP0124|1C|y", "number-unreadable B3, (notation-mixed )"},
+        // Layouts.
+        {u"SPN |FMI|T\n1|2|x", "layout-near-miss A1"},
+        {u"FMI|SPN|T\n1|2|x\n1|3|y", "layout-near-miss A1"},
+        {u"No.|SPN|FMI|T\n1|2|3|x", "layout-near-miss B1"},
+        {u"DTC|FTB|T\nP0123|1|x\nP0123|2|y", "layout-near-miss A1"},
+        {u"Codes of 2026||\nDTC|T|I\nP0123|x|i", "layout-near-miss A1"},
+        {u"P0122|x|\nP0123|y|i", "layout-near-miss A1"},
+        {u"DTC|T\nP0123|x\ndtc |T\nP0124|y", "layout-near-miss A3"},
+        {u"Text|DTC\nx|P0123\ny|P0124", "layout-near-miss B1"},
+        {u"No.|DTC|T\n1|P0123|x\n2|P0124|y", "(layout-near-miss B1)"},
+        // Columns and headers.
+        {u"DTC|T||I\nP0123|x|lost|i", "column-lost C1"},
+        {u"|T\nP0123|x", "column-lost A1"},
+        {u"DTC|T||I| |\nP0123|x||i||y", "column-lost D1, column-lost F1"},
+        {u"DTC|T|I|J|I \nP0123|x|a|b|c", "(item-header E1)"},
+        {u"SPN|FMI\n1|2", "(description-empty )"},
+        {u"DTC|T\nP0123|\nP0124| ", "(description-empty B2), (description-empty B3)"},
+        // Texts.
+        {u"DTC|T|I\u0001|\nP0123|\u0002|\uFFFF|", "text-not-xml C1, text-not-xml B2, text-not-xml C2"},
+        {u"DTC|T\nP0123|K\u00C3\u00BChl", "text-encoding B2"},
+        {u"DTC|T\nP0123|K\u00C3\u00BChl\nP0124|\u00E9", "(text-encoding B2)"},
+        {u"DTC|T\nP0123|\u0096 \uFFFD", "text-encoding B2"},
+        {u"DTC|T\nP0123|\uFFFD", "text-encoding B2"},
+        {u"\u00EF\u00BB\u00BFSPN|FMI|T\n1|2|x\n1|3|y", "text-encoding A1"},
+        // Rows.
+        {u"DTC|T\rP0123|x", "row-lost "},
+    };
+    for (const auto& [table, found] : rows) {
+        EXPECT_EQ(Looked(NTest::MakeTable(table)).Summary(), found) << NTest::Utf8(table);
+    }
+}
+
+// ---- Random tables ----
+
+std::mt19937 random(20261123);  // NOLINT: the same tables in every run
+
+std::size_t Below(std::size_t limit) { return random() % limit; }
+
+std::u16string Hex(std::uint32_t number, std::size_t digits) {
+    std::u16string text;
+    for (std::size_t digit = digits; digit-- > 0;) text += u"0123456789ABCDEF"[number >> (4 * digit) & 0xF];
+    return text;
+}
+
+std::u16string Decimal(std::uint32_t number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+// A number as one cell or two, and what a reader makes of them.
+struct Made {
+    Row cells;
+    std::uint32_t number;
+};
+
+Made MakeCode(std::uint32_t value, std::size_t digits) {
+    const std::size_t letter = Below(4);
+    const std::uint32_t rest = value % (1U << (4 * digits - 2));
+    return {{u"PCBU"[letter] + Hex(rest, digits)},
+            static_cast<std::uint32_t>(letter << (4 * digits - 2)) | rest};
+}
+
+// Tables in one notation. `make` gets another value for each row.
+struct Notation {
+    const char* name;
+    Row headers;
+    std::function<Made(std::uint32_t)> make;
+};
+
+Made WithFailureType(Made base, std::uint32_t value, bool isHex) {
+    const std::uint32_t type = value % 0x100;
+    base.cells.push_back(isHex ? u"0x" + Hex(type, 2) : Decimal(type));
+    base.number = base.number << 8 | type;
+    return base;
+}
+
+const Notation kNotations[] = {
+    {"code4", {u"DTC"}, [](std::uint32_t value) { return MakeCode(value, 4); }},
+    {"code6", {u"Code"}, [](std::uint32_t value) { return MakeCode(value, 6); }},
+    {"decimal",
+     {u"DTC"},
+     [](std::uint32_t value) {
+         return Made{{Decimal(value)}, value};
+     }},
+    {"prefixed",
+     {u"dtc"},
+     [](std::uint32_t value) {
+         return Made{{u"0x" + Hex(value, 6)}, value};
+     }},
+    {"hex",
+     {u"DTC"},
+     [](std::uint32_t value) {
+         return Made{{u"F" + Hex(value, 5)}, 0xF00000 | value};
+     }},
+    {"J1939",
+     {u"SPN", u"FMI"},
+     [](std::uint32_t value) {
+         const std::uint32_t spn = value % 0x80000;
+         const std::uint32_t packed = (spn & 0xFF) << 16 | (spn & 0xFF00) | (spn >> 16 << 5) | value % 32;
+         return Made{{Decimal(spn), Decimal(value % 32)}, packed};
+     }},
+    {"code and type",
+     {u"BaseDTC", u"FTB"},
+     [](std::uint32_t value) { return WithFailureType(MakeCode(value, 4), value, true); }},
+    {"code and decimal type",
+     {u"DTC", u"Failure Type"},
+     [](std::uint32_t value) { return WithFailureType(MakeCode(value, 4), value, false); }},
+    {"hex and type",
+     {u"dtc", u"failure type"},
+     [](std::uint32_t value) {
+         return WithFailureType({{u"0x" + Hex(value, 5)}, value}, value, true);
+     }},
+    {"decimal and type",
+     {u"BASEDTC", u"FTB"},
+     [](std::uint32_t value) {
+         return WithFailureType({{Decimal(value)}, value}, value, false);
+     }},
+};
+
+struct Clean {
+    Table table;
+    std::vector<std::string> numbers;
+    std::size_t numberColumns;
+};
+
+Clean MakeClean(const Notation& notation) {
+    constexpr const char16_t* kTexts[] = {u"a",   u"",  u"B b",        u"\u00FCber \u20AC",
+                                          u"<&>", u"1", u"\U0001F600", u"x;y"};
+    Clean clean{{notation.headers}, {}, notation.headers.size()};
+    Row& header = clean.table[0];
+    const std::size_t items = 1 + Below(4);
+    header.emplace_back(u"Text");
+    for (std::size_t item = 0; item < items; ++item)
+        header.push_back(u"Item " + Decimal(static_cast<std::uint32_t>(item)));
+    std::set<std::uint32_t> values;
+    while (values.size() < 12) values.insert(0x3000 + static_cast<std::uint32_t>(Below(0x1000)));
+    for (const std::uint32_t value : values) {
+        Made made = notation.make(value);
+        clean.numbers.push_back(std::to_string(static_cast<std::int32_t>(made.number)));
+        made.cells.emplace_back(u"Text");
+        for (std::size_t item = 0; item < items; ++item)
+            made.cells.emplace_back(kTexts[Below(std::size(kTexts))]);
+        clean.table.push_back(std::move(made.cells));
+    }
+    return clean;
+}
+
+TEST(Checks, LeaveCleanTablesAlone) {
+    for (int round = 0; round < 20; ++round) {
+        for (const Notation& notation : kNotations) {
+            const Clean clean = MakeClean(notation);
+            Looked looked(clean.table);
+            EXPECT_EQ(looked.Texts(), "") << notation.name;
+            EXPECT_EQ(looked.Numbers(), clean.numbers) << notation.name;
+        }
+    }
+}
+
+// What is put into a cell instead of its text, and the rule that finds it there.
+struct Fault {
+    const char* rule;
+    std::function<std::u16string(const std::u16string&)> change;
+};
+
+Fault Becomes(const char* rule, std::u16string text) {
+    return {rule, [text](const std::u16string&) { return text; }};
+}
+
+Fault Surround(const char* rule, std::u16string before, std::u16string behind) {
+    return {rule, [=](const std::u16string& cell) { return before + cell + behind; }};
+}
+
+std::vector<Fault> NumberFaults() {
+    std::vector<Fault> faults = {Becomes("number-empty", u""),
+                                 Becomes("number-empty", u"  "),
+                                 Becomes("number-empty", u"\u00A0"),
+                                 Becomes("number-exponent", u"1.2E+05"),
+                                 Becomes("number-exponent", u"3,4e-7"),
+                                 Becomes("number-exponent", u"7E+5"),
+                                 Becomes("number-range", u"0xF123456789"),
+                                 Becomes("number-range", u"-7"),
+                                 Becomes("number-range", u"99999999999")};
+    for (const char16_t* const text :
+         {u"TBD",        u"n/a",          u"-",     u"?",     u"12 34",    u"1,234",    u"3.5",   u"+5",
+          u"0x",         u"0xG1",         u"PO123", u"P 123", u"P0123-11", u"P0123 11", u"P4123", u"P012G",
+          u"\u04200123", u"\uFF11\uFF12", u"one",   u"1/2"}) {
+        faults.push_back(Becomes("number-unreadable", text));
+    }
+    for (const char16_t* const text : {u"#", u"$", u"\u200B", u"\uFEFF", u"'", u"\""}) {
+        faults.push_back(Surround("number-unreadable", text, u""));
+        faults.push_back(Surround("number-unreadable", u"", text));
+    }
+    faults.push_back(Surround("number-unreadable", u"", u"h"));
+    faults.push_back(Surround("number-unreadable", u"(", u")"));
+    return faults;
+}
+
+// A sign is no digit: where numbers are hexadecimal or codes, a negative number is just unreadable. So is
+// what has a prefix that is not understood.
+bool IsExpected(const std::string& rule, const std::string& found) {
+    return found == rule || (rule == "number-range" && found == "number-unreadable");
+}
+
+// Whether each finding stands in the row, and one that is expected at the place itself.
+bool IsFoundAlone(const FindingList& list, const Place& place, const std::string& rule) {
+    bool isFound = false;
+    for (const Finding& finding : list.findings) {
+        if (finding.place.row != kNowhere && finding.place.row != place.row) return false;
+        const bool isHere = finding.place.row == place.row && finding.place.column == place.column;
+        isFound = isFound || (isHere && IsExpected(rule, NameOf(list.causes[finding.cause].rule)));
+    }
+    return isFound;
+}
+
+TEST(Checks, FindEachFaultAtItsPlace) {
+    const std::vector<Fault> faults = NumberFaults();
+    std::size_t kinds = 0;
+    for (const Notation& notation : kNotations) {
+        for (std::size_t column = 0; column < notation.headers.size(); ++column) {
+            for (const Fault& fault : faults) {
+                Clean clean = MakeClean(notation);
+                const Place place{1 + Below(clean.table.size() - 1), column};
+                std::u16string& cell = clean.table[place.row][column];
+                cell = fault.change(cell);
+                const Looked looked(clean.table);
+                EXPECT_TRUE(IsFoundAlone(looked.List(), place, fault.rule))
+                    << notation.name << ", " << fault.rule << " " << NTest::Utf8(CellName(place)) << " "
+                    << NTest::Utf8(cell) << "\n"
+                    << looked.Summary() << "\n"
+                    << looked.Texts();
+                EXPECT_TRUE(looked.HasError());
+                ++kinds;
+            }
+        }
+    }
+    EXPECT_GE(kinds, 200U);
+}
+
+TEST(Checks, FindFaultsOfTextsInEachLayout) {
+    const std::pair<const char*, const char16_t*> kTexts[] = {
+        {"text-not-xml", u"a\u0001"}, {"text-not-xml", u"\uFFFE"},   {"text-encoding", u"K\u00C3\u00BC"},
+        {"text-encoding", u"\u0096"}, {"text-encoding", u"\uFFFD?"},
+    };
+    for (const Notation& notation : kNotations) {
+        for (const auto& [rule, text] : kTexts) {
+            Clean clean = MakeClean(notation);
+            const Place place{1 + Below(clean.table.size() - 1), clean.numberColumns + Below(2)};
+            clean.table[place.row][place.column] = text;
+            EXPECT_TRUE(IsFoundAlone(Looked(clean.table).List(), place, rule)) << notation.name << rule;
+        }
+        Clean clean = MakeClean(notation);
+        clean.table[3][clean.numberColumns] = u" ";
+        EXPECT_TRUE(IsFoundAlone(Looked(clean.table).List(), {3, clean.numberColumns}, "description-empty"));
+        clean = MakeClean(notation);
+        for (std::size_t column = 0; column < clean.numberColumns; ++column) {
+            clean.table[7][column] = clean.table[2][column];
+        }
+        EXPECT_TRUE(IsFoundAlone(Looked(clean.table).List(), {7, 0}, "number-duplicate"))
+            << notation.name << Looked(clean.table).Texts();
+        clean = MakeClean(notation);
+        clean.table[0].back() = u"";
+        clean.table[5].back() = u"x";
+        EXPECT_EQ(Looked(clean.table).Summary(), "column-lost " + PlaceOf({0, clean.table[0].size() - 1}));
+        clean = MakeClean(notation);
+        clean.table.insert(clean.table.begin() + 4, clean.table[0]);
+        EXPECT_TRUE(IsFoundAlone(Looked(clean.table).List(), {4, 0}, "layout-near-miss")) << notation.name;
+        clean = MakeClean(notation);
+        EXPECT_EQ(Looked(clean.table, {u"item 0"}).Summary(), "(item-header )");
+        clean.table[0][0] += u" ";
+        if (clean.numberColumns > 1) {
+            EXPECT_EQ(Looked(clean.table).Summary(), "layout-near-miss A1");
+        }
+    }
+}
+
+// What a cell says to a reader who knows nothing of the rest of the table but whether its numbers are
+// hexadecimal.
+std::optional<std::uint32_t> PlainNumber(std::u16string cell, bool isHex) {
+    while (!cell.empty() && cell.back() == u' ') cell.pop_back();
+    while (!cell.empty() && cell.front() == u' ') cell.erase(0, 1);
+    std::string text(cell.begin(), cell.end());
+    for (const char16_t unit : cell) {
+        if (unit > 0x7E) return std::nullopt;
+    }
+    const auto number = [](const std::string& digits, int base) -> std::optional<std::uint32_t> {
+        std::size_t used = 0;
+        if (digits.empty() || !std::isxdigit(static_cast<unsigned char>(digits[0]))) return std::nullopt;
+        if (digits.size() > 1 && base == 16 && (digits[1] == 'x' || digits[1] == 'X')) return std::nullopt;
+        const unsigned long long value = std::stoull("0" + digits, &used, base);
+        if (used != digits.size() + 1 || value > 0xFFFFFFFF) return std::nullopt;
+        return static_cast<std::uint32_t>(value);
+    };
+    const std::size_t letter = text.empty() ? std::string::npos : std::string("PCBUpcbu").find(text[0]);
+    if (letter != std::string::npos && text.size() % 2 == 1 && text.size() >= 3 && text.size() <= 7) {
+        const auto digits = number(text.substr(1), 16);
+        if (!digits || text[1] > '3') return std::nullopt;
+        return *digits | static_cast<std::uint32_t>(letter % 4 << (4 * text.size() - 6));
+    }
+    if (text.starts_with("0x") || text.starts_with("0X")) return number(text.substr(2), 16);
+    return number(text, isHex ? 16 : 10);
+}
+
+TEST(Checks, LetNoWrongNumberPass) {
+    constexpr const char16_t* kCells[] = {u"P0123", u"c1234", u"U2ABC12", u"1234",      u"77",    u"0x1A",
+                                          u"0x10",  u"12",    u"1A",      u"FF",        u"C0FFE", u"B123",
+                                          u"9 ",    u" 8",    u"TBD",     u" P0123",    u"0x1 ",  u"1.5",
+                                          u"",      u"P01",   u"0X7",     u"5000000000"};
+    int passed = 0;
+    for (int round = 0; round < 20000; ++round) {
+        Table table{{u"DTC", u"Text"}};
+        bool isHex = false;
+        const std::size_t choice = Below(std::size(kCells));
+        for (std::size_t row = 0; row < 4; ++row) {
+            const std::size_t pick = Below(3) == 0 ? Below(std::size(kCells)) : choice;
+            table.push_back({kCells[pick], u"Text"});
+            isHex = isHex || Names{u"1A", u"FF", u"B123"}.contains(table.back()[0]);
+        }
+        Looked looked(table);
+        if (looked.HasError()) continue;
+        ++passed;
+        const std::vector<std::string> numbers = looked.Numbers();
+        ASSERT_EQ(numbers.size(), 4U)
+            << NTest::Utf8(table[1][0] + u" " + table[2][0] + u" " + table[3][0] + u" " + table[4][0]);
+        for (std::size_t row = 0; row < 4; ++row) {
+            const auto plain = PlainNumber(table[row + 1][0], isHex);
+            ASSERT_TRUE(plain) << NTest::Utf8(table[row + 1][0]);
+            EXPECT_EQ(std::to_string(static_cast<std::int32_t>(*plain)), numbers[row])
+                << NTest::Utf8(table[1][0] + u" " + table[2][0] + u" " + table[3][0] + u" " + table[4][0]);
+        }
+    }
+    EXPECT_GT(passed, 2000);
+}
+
+}  // namespace
