@@ -75,8 +75,9 @@ static void Convert(const char* data, const char* folder) {
     conversion.importType = 3;
     EXPECT(!xls2tki_convert(&conversion));
     EXPECT(MessageIs("Import type not supported"));
-    for (int unknown = -1; unknown <= 1; unknown += 2) {
-        conversion.size = sizeof conversion + (size_t)unknown;
+    const size_t unknown[] = {offsetof(Xls2TkiConversion, diagnosticInstance), sizeof conversion + 1};
+    for (int index = 0; index < 2; ++index) {
+        conversion.size = unknown[index];
         EXPECT(!xls2tki_convert(&conversion));
         EXPECT(MessageIs("The conversion was made for another version of the library."));
     }
@@ -87,21 +88,27 @@ static void Convert(const char* data, const char* folder) {
     EXPECT(!xls2tki_convert(NULL) && !xls2tki_facts(&none));
 }
 
-/* What became of the table, which is put into the folder; nothing is written. */
-static bool FindFacts(const char* folder, const char* table, Xls2TkiFacts* facts) {
+/* Converts the table, which is put into the folder; nothing is written. */
+static bool ConvertTable(const char* folder, const char* table, bool findings, size_t size) {
     char path[4096];
     Xls2TkiChar input[4096];
-    const Xls2TkiConversion conversion = {.size = sizeof conversion,
+    const Xls2TkiConversion conversion = {.size = size,
                                           .inputPath = Wide(folder, "facts.csv", input),
                                           .importType = XLS2TKI_CSV,
-                                          .separator = ';'};
+                                          .separator = ';',
+                                          .findings = findings};
     snprintf(path, sizeof path, "%s/facts.csv", folder);
     FILE* const file = fopen(path, "wb");
     if (file == NULL) return false;
     fputs(table, file);
     fclose(file);
+    return xls2tki_convert(&conversion);
+}
+
+/* What became of the table. */
+static bool FindFacts(const char* folder, const char* table, Xls2TkiFacts* facts) {
     *facts = (Xls2TkiFacts){.size = sizeof *facts};
-    const bool done = xls2tki_convert(&conversion);
+    const bool done = ConvertTable(folder, table, false, sizeof(Xls2TkiConversion));
     return xls2tki_facts(facts) && done;
 }
 
@@ -128,6 +135,62 @@ static void TellFacts(const char* folder) {
     EXPECT(!FindFacts(folder, "DTC;T\nP4123;t\n", &facts) && facts.columns == 0);
 }
 
+/* Whether the finding has this rule, stands in this cell, null for none, and this line, and says this. */
+static bool FindingIs(size_t index, const char* rule, const char* cell, size_t line, const char* text) {
+    Xls2TkiFinding found = {.size = sizeof found};
+    if (!xls2tki_finding(index, &found) || strcmp(found.rule, rule) != 0 || found.line != line) return false;
+    return (cell == NULL ? found.cell == NULL : IsText(found.cell, cell)) && IsText(found.text, text);
+}
+
+static void Find(const char* folder) {
+    const size_t size = sizeof(Xls2TkiConversion);
+    Xls2TkiFinding finding = {.size = sizeof finding};
+    Xls2TkiFindingCount count = {.size = sizeof count};
+    EXPECT(ConvertTable(folder, "DTC;T\n1234;\"a\nb\"\nTBD;x\n;y\n;z\n5;\"t\nu\n", true, size));
+    EXPECT(xls2tki_findings_complete());
+    EXPECT(
+        FindingIs(0, "number-unreadable", "A3", 4,
+                  "\"TBD\" is not a hexadecimal number; the document has 7613. Write it with decimal digits "
+                  "alone, or with 0x and hexadecimal digits."));
+    EXPECT(FindingIs(2, "number-empty", "A5", 6, "\"\" is no number; the document has 0. Fill it in."));
+    EXPECT(xls2tki_finding(2, &finding) && finding.row == 4 && finding.column == 0);
+    EXPECT(finding.severity == XLS2TKI_ERROR && finding.cause == 1 && finding.causeCount == 2);
+    EXPECT(
+        FindingIs(3, "notation-mixed", NULL, 0,
+                  "Cell A3 \"TBD\" makes the whole column hexadecimal: 1 number, A2 \"1234\", is written as "
+                  "4660. Correct the cell, or write all numbers in one notation, hexadecimal ones with 0x."));
+    EXPECT(FindingIs(
+        4, "row-lost", "B6", 7,
+        "The double quote with which this cell begins is not closed: \"t<U+000A>u<U+000A>\". Its row "
+        "and all behind it, 2 lines, are left out. Close it, or remove it."));
+    EXPECT(!xls2tki_finding(5, &finding) && finding.row == 4);
+    EXPECT(xls2tki_finding_count(1, &count) && strcmp(count.rule, "number-empty") == 0);
+    EXPECT(count.errors == 2 && count.warnings == 0);
+    EXPECT(xls2tki_finding_count(13, &count) && strcmp(count.rule, "description-empty") == 0 &&
+           count.errors == 0);
+    EXPECT(!xls2tki_finding_count(14, &count));
+    finding.size = count.size = 1;
+    EXPECT(!xls2tki_finding(0, &finding) && !xls2tki_finding(0, NULL) && !xls2tki_finding_count(0, &count));
+    count.size = sizeof count;
+
+    /* Those of conversions that fail. */
+    EXPECT(!ConvertTable(folder, "DTC;T\nP0123;x\nP4123;y\n", true, size) && xls2tki_findings_complete());
+    EXPECT(FindingIs(
+        0, "number-unreadable", "A3", 3,
+        "\"P4123\" is not an SAE code; there is no document. An SAE code is P, C, B or U and 2, 4, 6 or 8 "
+        "hexadecimal digits, the first of them 0 to 3."));
+    EXPECT(!ConvertTable(folder, "DTC;T\nP0123\nP0124;\"y\n", true, size) && !xls2tki_findings_complete());
+    EXPECT(xls2tki_finding_count(8, &count) && count.errors == 1);
+
+    /* Where they are not wanted. */
+    EXPECT(ConvertTable(folder, "DTC;T\n;x\n", false, size));
+    EXPECT(!xls2tki_findings_complete() && !xls2tki_finding_count(0, &count));
+    EXPECT(ConvertTable(folder, "DTC;T\n;x\n", true, offsetof(Xls2TkiConversion, findings)));
+    EXPECT(!xls2tki_findings_complete());
+    EXPECT(ConvertTable(folder, "DTC;T\rP0123;x\r", true, size) && xls2tki_finding_count(8, &count));
+    EXPECT(count.errors == 1);
+}
+
 static void ListWorksheets(const char* data, bool hasExcel) {
     Xls2TkiChar path[4096];
     Xls2TkiNames names = {NULL, 7};
@@ -149,6 +212,7 @@ int main(int count, char** arguments) {
     EXPECT(xls2tki_init_ole(true));
     Convert(arguments[1], arguments[2]);
     TellFacts(arguments[2]);
+    Find(arguments[2]);
     ListWorksheets(arguments[1], strcmp(arguments[3], "1") == 0);
     return failures == 0 ? 0 : 1;
 }

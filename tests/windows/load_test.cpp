@@ -73,11 +73,19 @@ void CallForCpp(const LoadedLibrary& library, Text input, VImportType type, Text
 void CallForC(const LoadedLibrary& library, Text input, VImportType type, Text output) {
     EXPECT_TRUE(library.Find<decltype(xls2tki_init_ole)>("xls2tki_init_ole")(true));
     const Xls2TkiConversion conversion = {
-        sizeof conversion, input, nullptr, output, type, L';', false, false, {}, {}, {}, nullptr, nullptr};
+        sizeof conversion, input,   nullptr, output, type, L';', false, false, {}, {}, {},
+        nullptr,           nullptr, true};
     EXPECT_TRUE(library.Find<decltype(xls2tki_convert)>("xls2tki_convert")(&conversion));
     Xls2TkiFacts facts{};
     facts.size = sizeof facts;
     EXPECT_TRUE(library.Find<decltype(xls2tki_facts)>("xls2tki_facts")(&facts) && facts.written);
+    EXPECT_TRUE(library.Find<decltype(xls2tki_findings_complete)>("xls2tki_findings_complete")());
+    Xls2TkiFinding finding{};
+    finding.size = sizeof finding;
+    EXPECT_FALSE(library.Find<decltype(xls2tki_finding)>("xls2tki_finding")(0, &finding));
+    Xls2TkiFindingCount count{};
+    count.size = sizeof count;
+    EXPECT_TRUE(library.Find<decltype(xls2tki_finding_count)>("xls2tki_finding_count")(0, &count));
     EXPECT_STRNE(library.Find<decltype(xls2tki_message)>("xls2tki_message")(), L"");
     Xls2TkiNames names{};
     const auto list = library.Find<decltype(xls2tki_list_worksheets)>("xls2tki_list_worksheets");
