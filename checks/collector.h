@@ -10,7 +10,7 @@ namespace NChecks {
 
 // Why something is found: a rule and, among its causes, a number below Collector::kKinds.
 struct Cause {
-    Rule rule;
+    Rule rule = {};
     std::size_t kind = 0;
     Severity severity = Severity::Error;
 };

@@ -133,15 +133,19 @@ bool LooksLikeNumber(std::u16string_view cell) {
 
 // One filled cell, and below it a row that looks like a header.
 bool LayoutChecks::IsTitle() {
-    if (table_.RowCount() < 2 || FilledCells(table_.Header()) > 1) return false;
-    const VTableRow& next = table_.Row(1);
-    if (FilledCells(next) < 2 || LooksLikeNumber(next[0])) return false;
-    collector_.Add(kTitle, {0, 0}, [&] {
+    const VTableRow& header = table_.Header();
+    if (FilledCells(header) != 1) return false;
+    std::size_t next = 1;
+    while (next < SampleEnd() && IsBlankRow(table_.Row(next))) ++next;
+    if (next == SampleEnd()) return false;
+    if (FilledCells(table_.Row(next)) < 2 || LooksLikeNumber(table_.Row(next)[0])) return false;
+    std::size_t column = 0;
+    while (IsBlank(header[column])) ++column;
+    collector_.Add(kTitle, {0, column}, [&] {
         return Say(
-            u"The first row has one filled cell, %s, and is read as the header. Delete it if it is a title: "
-            u"the "
-            u"header has to be the first row.",
-            {Quote(Header(IsBlank(Header(0)) ? 1 : 0))});
+            u"The first row has one filled cell, %s, and is read as the header. If it is a title, delete "
+            u"all above the header.",
+            {Quote(header[column])});
     });
     return true;
 }

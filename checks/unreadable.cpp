@@ -13,18 +13,22 @@ using VSimpleXMLCreation::NumberRole;
 
 namespace {
 
-// Greek, Coptic, Cyrillic and Armenian letters, and the full-width forms of ASCII.
+// Greek, Coptic, Cyrillic and Armenian letters, and the full-width forms of letters and digits.
 bool IsLookAlike(char16_t unit) {
-    return (unit >= 0x370 && unit <= 0x58F) || (unit >= 0xFF01 && unit <= 0xFF5E);
+    if (unit >= 0x370 && unit <= 0x58F) return true;
+    return (unit >= 0xFF10 && unit <= 0xFF19) || (unit >= 0xFF21 && unit <= 0xFF3A) ||
+           (unit >= 0xFF41 && unit <= 0xFF5A);
 }
 
 bool HoldsCodes(NumberRole role) { return role == NumberRole::DtcNumber || role == NumberRole::BaseDtc; }
 
 bool IsOnlyDecimal(NumberRole role) { return role == NumberRole::Spn || role == NumberRole::Fmi; }
 
-bool BeginsLikeCode(std::u16string_view text) {
+// A text that begins with one of the letters is taken for a code where there are any.
+bool BeginsLikeCode(std::u16string_view text, NumberNotation notation) {
     constexpr std::u16string_view kLetters = u"PCBUpcbu";
-    return text.size() > 1 && kLetters.find(text[0]) != std::u16string_view::npos && IsDigit(text[1]);
+    return text.size() > 1 && kLetters.find(text[0]) != std::u16string_view::npos &&
+           (notation.saeCodes || IsDigit(text[1]));
 }
 
 // "P0123-11", "P0123 11", "P0123:1A"
@@ -44,7 +48,7 @@ std::u16string_view KindOf(NumberRole role, std::u16string_view cell, NumberNota
     if (role == NumberRole::Spn) return u"an SPN";
     if (role == NumberRole::Fmi) return u"an FMI";
     if (role == NumberRole::FailureType) return u"a failure type";
-    if (BeginsLikeCode(Strip(cell))) return u"an SAE code";
+    if (BeginsLikeCode(Strip(cell), notation)) return u"an SAE code";
     if (role == NumberRole::BaseDtc) return notation.saeCodes ? u"an SAE code" : u"a base DTC";
     return notation.hexDigits ? u"a hexadecimal number" : u"a decimal number";
 }
@@ -95,7 +99,8 @@ Unreadable WhyUnreadable(NumberRole role, std::u16string_view cell, NumberNotati
     }
     if (IsNumberInBlanks(cell)) return Unreadable::BlanksAround;
     if (std::any_of(cell.begin(), cell.end(), IsLookAlike)) return Unreadable::LookAlike;
-    if (HoldsCodes(role) && (BeginsLikeCode(text) || (role == NumberRole::BaseDtc && notation.saeCodes))) {
+    if (HoldsCodes(role) &&
+        (BeginsLikeCode(text, notation) || (role == NumberRole::BaseDtc && notation.saeCodes))) {
         return Unreadable::MalformedCode;
     }
     return Unreadable::Other;
