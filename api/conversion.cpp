@@ -85,15 +85,31 @@ std::optional<NChecks::Unfinished> FindUnfinished(const VHeapInterface& source) 
                                table->PendingCell()};
 }
 
+// The numbers that Excel gave; nothing more is asked of it.
+std::function<std::optional<double>(const NChecks::Place&)> NumbersOf(const VHeapInterface& source) {
+    const auto* const workbook = dynamic_cast<const IExcelHeap*>(&source);
+    if (workbook == nullptr) return {};
+    return [workbook](const NChecks::Place& place) -> std::optional<double> {
+        const auto row = static_cast<std::uint32_t>(place.row + 1);
+        const auto column = static_cast<std::uint32_t>(place.column + 1);
+        if (!workbook->HasCellNumber(row, column)) return std::nullopt;
+        return workbook->GetCellNumber(row, column);
+    };
+}
+
 void FindFindings(VHeapInterface& source, const ConversionRequest& request, bool hasPassed,
                   Outcome& outcome) {
     if (!request.findings) return;
     const bool isText = request.importType == ImportTypeCSV;
     const auto unfinished = FindUnfinished(source);
+    const NChecks::Wishes wishes = {.vsgNames = request.vsgNames,
+                                    .secondNames = request.secondNames,
+                                    .thirdNames = request.thirdNames,
+                                    .separator = isText ? request.separator : u'\0',
+                                    .isEightBit = isText && !request.utf8,
+                                    .numberOf = NumbersOf(source)};
     outcome.findings =
-        NChecks::FindFindings(*source.GetIterator(), hasPassed, unfinished ? &*unfinished : nullptr,
-                              {request.vsgNames, request.secondNames, request.thirdNames,
-                               isText ? request.separator : u'\0', isText && !request.utf8});
+        NChecks::FindFindings(*source.GetIterator(), hasPassed, unfinished ? &*unfinished : nullptr, wishes);
 }
 
 // With the findings, also where it does not pass.

@@ -146,19 +146,23 @@ void NumberChecks::ReportRange(const Cell& cell, Verdict verdict) {
 void NumberChecks::ReportUnreadable(const Cell& cell) {
     if (ReportHeader(cell)) return;
     const std::u16string_view text = Trim(cell.text);
-    if (IsExponent(text)) {
-        return collector_.Add(kExponent, cell.place, [&] {
-            return Say(
-                u"A spreadsheet program has rounded the number to %s; %s. Format the column as text and "
-                u"enter the number again.",
-                {Quote(cell.text), DocumentHas(cell.place.row)});
-        });
-    }
+    if (IsExponent(text)) return ReportExponent(cell);
     const bool isBaseAmongCodes = cell.role == NumberRole::BaseDtc && table_.notation.saeCodes;
     if (isBaseAmongCodes && (IsAllDigits(text) || IsPrefixedHex(text))) {
         return tallies_[0].refusedNumbers.Add(cell.place.row);
     }
     ReportAsUnreadable(cell);
+}
+
+void NumberChecks::ReportExponent(const Cell& cell) {
+    collector_.Add(kExponent, cell.place, [&] {
+        const auto number = wishes_.numberOf ? wishes_.numberOf(cell.place) : std::nullopt;
+        const std::u16string held =
+            number ? Say(u"The cell holds the number %s, read as %s", {DigitsOf(*number), Quote(cell.text)})
+                   : Say(u"A spreadsheet program has rounded the number to %s", {Quote(cell.text)});
+        return Say(u"%s; %s. Format the column as text and enter the number again.",
+                   {held, DocumentHas(cell.place.row)});
+    });
 }
 
 void NumberChecks::ReportAsUnreadable(const Cell& cell) {

@@ -41,8 +41,8 @@ struct NumberTallies {
 // Row by row, and then the columns as a whole.
 class NumberChecks {
   public:
-    NumberChecks(const Table& table, Collector& collector)
-        : table_(table), collector_(collector), reader_(table.layout, table.notation) {}
+    NumberChecks(const Table& table, const Wishes& wishes, Collector& collector)
+        : table_(table), wishes_(wishes), collector_(collector), reader_(table.layout, table.notation) {}
 
     // The rows in their order, without the header.
     void LookAtRow(std::size_t row);
@@ -60,6 +60,7 @@ class NumberChecks {
     void ReportEmpty(const Cell& cell);
     void ReportRange(const Cell& cell, Verdict verdict);
     void ReportUnreadable(const Cell& cell);
+    void ReportExponent(const Cell& cell);
     bool ReportHeader(const Cell& cell);
     void ReportAsUnreadable(const Cell& cell);
     void ReportRefusedNumbers();
@@ -67,6 +68,7 @@ class NumberChecks {
     std::u16string Texts(std::size_t row) const;
 
     const Table& table_;
+    const Wishes& wishes_;
     Collector& collector_;
     VSimpleXMLCreation::NumberReader reader_;
     NumberTallies tallies_[2];

@@ -1,5 +1,8 @@
 #include "checks/sentence.h"
 
+#include <charconv>
+#include <cmath>
+
 #include "checks/characters.h"
 #include "sources/cell_name.h"
 
@@ -40,6 +43,14 @@ std::u16string CellName(const Place& place) { return VCSVReader::CellName(place.
 
 std::u16string NameCell(const Place& place, std::u16string_view text) {
     return Say(u"%s %s", {CellName(place), Quote(text)});
+}
+
+std::u16string DigitsOf(double number) {
+    char digits[64];
+    const double size = std::fabs(number);
+    const bool isShort = size >= 1e-9 && size < 1e21;
+    const auto format = isShort ? std::chars_format::fixed : std::chars_format::general;
+    return {digits, std::to_chars(digits, digits + sizeof digits, number, format).ptr};
 }
 
 std::u16string Counted(std::size_t count, std::u16string_view one, std::u16string_view many) {

@@ -32,6 +32,9 @@ inline std::int32_t Count(std::size_t count) {
 // "1 cell", "2 cells"
 std::u16string Counted(std::size_t count, std::u16string_view one, std::u16string_view many);
 
+// The number without an exponent, if that is not too long.
+std::u16string DigitsOf(double number);
+
 inline std::u16string Say(std::u16string_view pattern,
                           std::initializer_list<NPlatform::FormatArgument> arguments) {
     constexpr std::size_t kCapacity = 2048;

@@ -1,10 +1,13 @@
 // The table and what the document is going to make of it.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "checks/finding.h"
 #include "document/table_scan.h"
 #include "sources/table.h"
 
@@ -18,6 +21,8 @@ struct Wishes {
     // Of an input that is lines of text, the character between two cells; 0 for any other input.
     char16_t separator;
     bool isEightBit;  // each byte was read as a character
+    // The number that a cell of a workbook holds, if it holds one; empty where the input has only texts.
+    std::function<std::optional<double>(const Place& place)> numberOf;
 };
 
 // A table that passed its consistency check.

@@ -53,8 +53,9 @@ bool ReportCarriageReturns(VHeapIterator& iterator, Collector& collector) {
     return true;
 }
 
-void CheckRows(const Table& table, const LayoutVerdict& verdict, TextChecks& texts, Collector& collector) {
-    NumberChecks numbers(table, collector);
+void CheckRows(const Table& table, const Wishes& wishes, const LayoutVerdict& verdict, TextChecks& texts,
+               Collector& collector) {
+    NumberChecks numbers(table, wishes, collector);
     const std::size_t description = table.DescriptionColumn();
     const bool hasNumbers = verdict.hasNumbers && !table.IsSkipped(NumberColumns(table.layout) - 1);
     const bool hasDescription =
@@ -75,7 +76,7 @@ void CheckTable(VHeapIterator& iterator, const Wishes& wishes, Collector& collec
     TextChecks texts(table, wishes, collector);
     const LayoutVerdict verdict = CheckLayout(table, collector);
     texts.LookAtRow(0);
-    CheckRows(table, verdict, texts, collector);
+    CheckRows(table, wishes, verdict, texts, collector);
     texts.Finish();
     if (!verdict.hasHeader) return;
     CheckColumns(table, collector);

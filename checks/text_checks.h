@@ -21,6 +21,7 @@ class TextChecks {
     void LookAtCells(std::size_t row);
     void LookAtCell(Place place, std::u16string_view cell);
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
+    void LookForRounding(std::size_t row);
     void LookForRows(Place place, std::u16string_view cell);
     [[nodiscard]] bool IsWritten(Place place) const;
 

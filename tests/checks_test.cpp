@@ -33,7 +33,7 @@ class Looked {
     explicit Looked(const Table& table, const Names& vsgNames = {}, const Unfinished* unfinished = nullptr)
         : heap_(u"", &log_, table) {
         heap_.ReadData();
-        list_ = FindFindings(*heap_.GetIterator(), true, unfinished, {vsgNames, {}, {}, u'|', true});
+        list_ = FindFindings(*heap_.GetIterator(), true, unfinished, {vsgNames, {}, {}, u'|', true, {}});
     }
 
     [[nodiscard]] const FindingList& List() const { return list_; }
