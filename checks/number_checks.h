@@ -65,7 +65,7 @@ class NumberChecks {
     void ReportAsUnreadable(const Cell& cell);
     void ReportRefusedNumbers();
     std::u16string DocumentHas(std::size_t row);
-    std::u16string Texts(std::size_t row) const;
+    [[nodiscard]] std::u16string Texts(std::size_t row) const;
 
     const Table& table_;
     const Wishes& wishes_;

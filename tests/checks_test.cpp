@@ -30,10 +30,10 @@ std::string PlaceOf(const Place& place) {
 
 class Looked {
   public:
-    explicit Looked(const Table& table, const Names& vsgNames = {}, const Unfinished* unfinished = nullptr)
+    explicit Looked(const Table& table, const Names& vsgNames = {}, decltype(Wishes::numberOf) numberOf = {})
         : heap_(u"", &log_, table) {
         heap_.ReadData();
-        list_ = FindFindings(*heap_.GetIterator(), true, unfinished, {vsgNames, {}, {}, u'|', true, {}});
+        list_ = FindFindings(*heap_.GetIterator(), true, nullptr, {vsgNames, {}, {}, u'|', true, numberOf});
     }
 
     [[nodiscard]] const FindingList& List() const { return list_; }
@@ -163,6 +163,65 @@ TEST(Checks, FindFaults) {
     for (const auto& [table, found] : rows) {
         EXPECT_EQ(Looked(NTest::MakeTable(table)).Summary(), found) << NTest::Utf8(table);
     }
+}
+
+TEST(Checks, TellWhatIsMeant) {
+    const std::pair<const char16_t*, const char*> rows[] = {
+        {u"DTC|T\nP0123-11|x\nP0123|y",
+         "\"P0123-11\" is not an SAE code; there is no document. Put the failure type in a column of its "
+         "own.\n"},
+        {u"DTC|T\n\u04200123|x",
+         "\"\u04200123\" is not a decimal number; the document has 0. U+0420 only looks like a letter or "
+         "digit of "
+         "ours: type it again.\n"},
+        {u"DTC|FAILURE TYPE|T\n1|1C|x",
+         "\"1C\" is not a failure type; the document has 257. Write hexadecimal numbers with 0x.\n"},
+        {u"DTC|T||I|J\n1|x||y|",
+         "Column D, \"I\", is left out with 1 cell, because column C in front of it is empty from the header "
+         "to the "
+         "end. Delete that column.\nColumn E, \"J\", is left out with 0 cells, because column C in front of "
+         "it is "
+         "empty from the header to the end. Delete that column.\n"},
+        {u"DTC|T\n1|\u001B[2J\u202E0123456789012345678901234567890123\U0001F600",
+         "\"<U+001B>[2J<U+202E>0123456789012345678901234567890123...\" has the character U+001B, with which "
+         "no XML "
+         "reader takes the document. Remove it.\n"},
+        {u"DTC|T|Status\n1|x|y",
+         "No item column has the header \"state\", so none gets the type VSG by it. The nearest header is C1 "
+         "\"Status\".\n"},
+    };
+    for (const auto& [table, texts] : rows) {
+        const Names names = std::u16string_view(table).find(u"Status") != std::u16string_view::npos
+                                ? Names{u"state"}
+                                : Names{};
+        EXPECT_EQ(Looked(NTest::MakeTable(table), names).Texts(), texts);
+    }
+}
+
+TEST(Checks, ComparesTextsWithNumbersOfAWorkbook) {
+    const auto number = [](const Place& place) {
+        return place.row == 1 ? std::optional<double>(1193046) : std::nullopt;
+    };
+    const Looked looked(NTest::MakeTable(u"DTC|T|I\n1.19305e+006|x|1.19305e+006\n7|y|1.19305e+006"), {},
+                        number);
+    EXPECT_EQ(looked.Summary(), "number-exponent A2, value-rounded C2");
+    EXPECT_EQ(
+        looked.Texts().find("The cell holds the number 1193046, read as \"1.19305e+006\"; the document"), 0U);
+}
+
+// All are counted; of each rule a thousand are kept, and some of each cause.
+TEST(Checks, KeepWhatIsEnough) {
+    Table table{{u"DTC", u"T"}};
+    for (int row = 0; row < 1500; ++row) table.push_back({u"?", u"x"});
+    for (int row = 0; row < 30; ++row) table.push_back({u" 0x1", u"x"});
+    const Looked looked(table);
+    ASSERT_EQ(looked.List().causes.size(), 2U);
+    EXPECT_EQ(looked.List().causes[0].count, 30U);
+    EXPECT_EQ(looked.List().causes[1].count, 1500U);
+    ASSERT_EQ(looked.List().findings.size(), 1000U);
+    EXPECT_EQ(looked.List().findings[19].cause, 0U);
+    EXPECT_EQ(looked.List().findings[20].cause, 1U);
+    EXPECT_EQ(looked.List().findings[20].place.row, 1U);
 }
 
 // ---- Random tables ----
