@@ -121,6 +121,7 @@ TEST(Checks, FindFaults) {
         {u"DTC|T\n1.19305e+006|x\n5|y", "number-exponent A2"},
         {u"DTC|T\nP0123|x\np0123|y\n0x0123|z", "(number-duplicate A3), (number-duplicate A4)"},
         {u"SPN|FMI|T\n1|2|x\n1|3|y\n01|2|z", "(number-duplicate A4)"},
+        {u"DTC|T\n0x10000001|x\n0x20000001|y\n0x10000001|z", "(number-duplicate A4)"},
         // Notations.
         {u"DTC|T\n1234|x\nTBD|y\n7|z", "number-unreadable A3, notation-mixed "},
         {u"DTC|T\n1234|x\n0x1A|y", "notation-mixed "},

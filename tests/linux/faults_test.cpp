@@ -271,6 +271,7 @@ class Conversions : public testing::Test {
         conversion.separator = u';';
         conversion.forwardMessages = true;
         conversion.utf8 = isUtf8;
+        conversion.findings = true;
         return xls2tki_convert(&conversion);
     }
     static bool IsWritten() {
