@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "checks/table_checks.h"
 #include "document/dtc_convert.h"
 #include "document/import_document.h"
 #include "document/xml_tag.h"
@@ -98,6 +99,18 @@ void CheckTable(benchmark::State& state) {
     CountRows(state);
 }
 BENCHMARK(CheckTable)->Unit(benchmark::kMicrosecond);
+
+void FindFindings(benchmark::State& state) {
+    OpenedTable table;
+    table.Heap().ReadData();
+    const NChecks::Wishes wishes = {{}, {}, {}, u';', false, {}};
+    for ([[maybe_unused]] auto _ : state) {
+        auto& rows = *table.Heap().GetIterator();
+        benchmark::DoNotOptimize(NChecks::FindFindings(rows, true, nullptr, wishes).causes.size());
+    }
+    CountRows(state);
+}
+BENCHMARK(FindFindings)->Unit(benchmark::kMicrosecond);
 
 void ConvertNumber(benchmark::State& state, std::u16string_view text, bool hexDefault, bool saeCodes) {
     for ([[maybe_unused]] auto _ : state) {

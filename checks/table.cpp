@@ -6,13 +6,26 @@ namespace NChecks {
 
 using VCSVReader::VTableRow;
 
-Table::Table(VCSVReader::VHeapIterator& iterator) {
+namespace {
+
+VSimpleXMLCreation::NumberNotation ScanNotation(VCSVReader::VHeapIterator& iterator) {
     iterator.Reset();
-    notation = VSimpleXMLCreation::ScanNumberNotation(iterator);
-    endColumn = VSimpleXMLCreation::FindEndColumn(iterator);
-    for (iterator.Reset(); iterator.HasMoreRows();) rows.push_back(iterator.GetNextRow());
-    layout = VSimpleXMLCreation::DetectLayout(Header());
+    return VSimpleXMLCreation::ScanNumberNotation(iterator);
 }
+
+std::vector<const VTableRow*> AllRows(VCSVReader::VHeapIterator& iterator) {
+    std::vector<const VTableRow*> rows;
+    for (iterator.Reset(); iterator.HasMoreRows();) rows.push_back(iterator.GetNextRow());
+    return rows;
+}
+
+}  // namespace
+
+Table::Table(VCSVReader::VHeapIterator& iterator)
+    : rows(AllRows(iterator)),
+      notation(ScanNotation(iterator)),
+      layout(VSimpleXMLCreation::DetectLayout(Header())),
+      endColumn(VSimpleXMLCreation::FindEndColumn(iterator)) {}
 
 bool Table::IsSkipped(std::size_t column) const { return column >= endColumn || IsBlank(Header()[column]); }
 

@@ -125,23 +125,24 @@ void TextChecks::LookAtCell(Place place, std::u16string_view cell) {
         if (unit >= u' ' && unit < 0x80) continue;
         if (unit == u'\n') suspects.hasLineFeed = true;
         if (IsForbiddenInXml(unit)) Suspects::Set(suspects.forbidden, index);
-        if (unit < 0x80) continue;
-        if (unit > 0xFF) {
-            if (unit == 0xFFFD) Suspects::Set(suspects.replaced, index);
-            if (IsHalfPair(cell, index)) Suspects::Set(suspects.halfPair, index);
-            continue;
-        }
-        const NPlatform::Utf8Sequence sequence = DecodeBytes(cell.substr(index));
-        if (sequence.wellFormed) {
-            Suspects::Set(suspects.utf8, index);
-            index += sequence.length - 1;
-        } else {
-            isOtherEncoding_ = true;
-            if (IsC1Control(unit)) Suspects::Set(suspects.c1, index);
-        }
+        if (unit == 0xFFFD) Suspects::Set(suspects.replaced, index);
+        if (IsHalfPair(cell, index)) Suspects::Set(suspects.halfPair, index);
+        if (unit >= 0x80 && unit <= 0xFF) index += LookAtByte(cell, index, suspects) - 1;
     }
     if (suspects.hasLineFeed && wishes_.separator != 0) LookForRows(place, cell);
     if (IsWritten(place)) Report(place, cell, suspects);
+}
+
+// A character that may have been a byte; returns how many of them belong together.
+std::size_t TextChecks::LookAtByte(std::u16string_view cell, std::size_t index, Suspects& suspects) {
+    const NPlatform::Utf8Sequence sequence = DecodeBytes(cell.substr(index));
+    if (sequence.wellFormed) {
+        Suspects::Set(suspects.utf8, index);
+        return sequence.length;
+    }
+    isOtherEncoding_ = true;
+    if (IsC1Control(cell[index])) Suspects::Set(suspects.c1, index);
+    return 1;
 }
 
 void TextChecks::Report(Place place, std::u16string_view cell, const Suspects& suspects) {

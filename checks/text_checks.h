@@ -20,6 +20,7 @@ class TextChecks {
 
     void LookAtCells(std::size_t row);
     void LookAtCell(Place place, std::u16string_view cell);
+    std::size_t LookAtByte(std::u16string_view cell, std::size_t index, Suspects& suspects);
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
     void LookForRounding(std::size_t row);
     void LookForRows(Place place, std::u16string_view cell);

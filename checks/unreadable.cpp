@@ -60,7 +60,7 @@ std::u16string CureOf(Unreadable reason, NumberRole role, std::u16string_view ce
         case Unreadable::BlanksAround:
             return u"Remove the blanks and invisible characters around it.";
         case Unreadable::LookAlike: {
-            const auto unit = std::find_if(cell.begin(), cell.end(), IsLookAlike);
+            const auto* const unit = std::find_if(cell.begin(), cell.end(), IsLookAlike);
             return Say(u"%s only looks like a letter or digit of ours: type it again.", {CodePoint(*unit)});
         }
         case Unreadable::HexWithoutPrefix:

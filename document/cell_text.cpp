@@ -29,10 +29,6 @@ std::u16string_view TrimBlanks(std::u16string_view text) {
     return text;
 }
 
-char16_t UpperCase(char16_t unit) {
-    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
-
 std::u16string UpperCase(std::u16string_view text) {
     std::u16string upper(text);
     for (char16_t& unit : upper) unit = UpperCase(unit);

@@ -18,7 +18,9 @@ std::u16string_view Trim(std::u16string_view text);
 std::u16string_view TrimBlanks(std::u16string_view text);
 
 // a to z become A to Z; nothing else changes, as in the platform's default locale.
-char16_t UpperCase(char16_t unit);
+inline char16_t UpperCase(char16_t unit) {
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+}
 std::u16string UpperCase(std::u16string_view text);
 
 // Leading white space, an optional sign, decimal digits up to the first other character; 0 when there are
