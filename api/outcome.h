@@ -12,7 +12,7 @@ namespace NXls2Tki {
 struct Outcome {
     std::u16string messageText;
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
-    bool isWritten = false;  // with facts only: the whole document is in the output
+    bool isWritten = false;                        // with facts only: the whole document is in the output
     std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
 };
 

@@ -5,7 +5,7 @@
 namespace NChecks {
 
 const char* NameOf(Rule rule) {
-    constexpr std::array<const char*, kRules> kNames = {
+    constexpr const char* kNames[kRules] = {
         "number-unreadable", "number-empty",     "number-range", "number-exponent",   "number-duplicate",
         "notation-mixed",    "layout-near-miss", "column-lost",  "row-lost",          "text-not-xml",
         "text-encoding",     "value-rounded",    "item-header",  "description-empty",

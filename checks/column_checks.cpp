@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "checks/causes.h"
 #include "checks/sentence.h"
 #include "document/cell_text.h"
 #include "sources/cell_name.h"
@@ -14,12 +15,6 @@ using VSimpleXMLCreation::Trim;
 using VSimpleXMLCreation::UpperCase;
 
 namespace {
-
-constexpr Cause kNoHeader{Rule::ColumnLost, 0};
-constexpr Cause kBehindEnd{Rule::ColumnLost, 1};
-constexpr Cause kSameHeader{Rule::ItemHeader, 0, Severity::Warning};
-constexpr Cause kUnknownName{Rule::ItemHeader, 1, Severity::Warning};
-constexpr Cause kNoDescription{Rule::DescriptionEmpty, 1, Severity::Warning};
 
 std::size_t FilledCells(const Table& table, std::size_t column) {
     std::size_t filled = 0;
@@ -34,7 +29,7 @@ std::u16string_view LossOf(const Table& table, std::size_t column) {
 }
 
 void ReportNoHeader(const Table& table, std::size_t column, Collector& collector) {
-    collector.Add(kNoHeader, {0, column}, [&] {
+    collector.Add(kColumnWithoutHeader, {0, column}, [&] {
         return Say(u"Column %s has no header: it is left out with %s%s. Give it a header.",
                    {ColumnName(column), Counted(FilledCells(table, column), u"cell", u"cells"),
                     LossOf(table, column)});

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "checks/causes.h"
 #include "checks/characters.h"
 #include "checks/number_form.h"
 #include "checks/sentence.h"
@@ -15,13 +16,6 @@ using VCSVReader::VTableRow;
 using VSimpleXMLCreation::TableLayout;
 
 namespace {
-
-constexpr Cause kNearMiss{Rule::LayoutNearMiss, 0};
-constexpr Cause kTitle{Rule::LayoutNearMiss, 1};
-constexpr Cause kNoHeader{Rule::LayoutNearMiss, 2};
-constexpr Cause kOtherColumn{Rule::LayoutNearMiss, 3};
-constexpr Cause kOtherColumnPerhaps{Rule::LayoutNearMiss, 5, Severity::Warning};
-constexpr Cause kMark{Rule::TextEncoding, 0};
 
 // The byte order mark of UTF-8, read as 8-bit text.
 constexpr std::u16string_view kByteOrderMark = u"\u00EF\u00BB\u00BF";
@@ -175,7 +169,7 @@ bool LayoutChecks::IsNearMiss(bool isReported) {
 
 bool LayoutChecks::IsData() {
     if (!LooksLikeNumber(Header(0))) return false;
-    collector_.Add(kNoHeader, {0, 0}, [&] {
+    collector_.Add(kFirstRowIsData, {0, 0}, [&] {
         return Say(
             u"The first row looks like data, %s; it is read as the header and gives no DTC. Put a header "
             u"above "

@@ -1,5 +1,6 @@
 #include "checks/notation_checks.h"
 
+#include "checks/causes.h"
 #include "checks/sentence.h"
 #include "document/cell_text.h"
 
@@ -13,15 +14,6 @@ using VSimpleXMLCreation::NumberRole;
 using VSimpleXMLCreation::Trim;
 
 namespace {
-
-constexpr Cause kLetters{Rule::NotationMixed, 0};
-constexpr Cause kHexWords{Rule::NotationMixed, 1, Severity::Warning};
-constexpr Cause kEitherCodeOrHex{Rule::NotationMixed, 2, Severity::Warning};
-constexpr Cause kNumberAmongCodes{Rule::NotationMixed, 3, Severity::Warning};
-constexpr Cause kCodeAmongNumbers{Rule::NotationMixed, 4, Severity::Warning};
-constexpr Cause kLeadingZeros{Rule::NotationMixed, 5, Severity::Warning};
-constexpr Cause kCodeRefusesNumbers{Rule::NotationMixed, 8};
-constexpr Cause kPerhapsHex{Rule::NotationMixed, 7, Severity::Warning};
 
 class NotationChecks {
   public:

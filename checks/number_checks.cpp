@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "checks/causes.h"
 #include "checks/notation_checks.h"
 #include "checks/sentence.h"
 #include "checks/unreadable.h"
@@ -17,14 +18,6 @@ using VSimpleXMLCreation::NumberRole;
 using VSimpleXMLCreation::Trim;
 
 namespace {
-
-constexpr Cause kEmptyCell{Rule::NumberEmpty, 0};
-constexpr Cause kEmptyRow{Rule::NumberEmpty, 1};
-constexpr Cause kNegative{Rule::NumberRange, 0};
-constexpr Cause kAboveLimit{Rule::NumberRange, 1};
-constexpr Cause kExponent{Rule::NumberExponent};
-constexpr Cause kDuplicate{Rule::NumberDuplicate, 0, Severity::Warning};
-constexpr Cause kHeaderAgain{Rule::LayoutNearMiss, 4};
 
 std::uint32_t HighestOf(NumberRole role) {
     switch (role) {

@@ -22,20 +22,21 @@ struct Tally {
     }
 };
 
-// The cells of a number column that the document has exactly, by what they look like. A cell may count more
-// than once.
+// The cells of a number column by what they look like. A cell may count more than once.
 struct NumberTallies {
-    Tally codes;            // SAE codes
-    Tally hexCodes;         // those of them that could be hexadecimal numbers
-    Tally prefixed;         // hexadecimal with 0x
-    Tally hexWords;         // hexadecimal without 0x, with a letter
-    Tally digits;           // digits alone
-    Tally dependentDigits;  // those of them that are another number in hexadecimal than in decimal
-    Tally leadingZeros;     // those of them that begin with a zero and are read as decimal
-    // Those that it does not have.
-    Tally refusedHexWords;  // hexadecimal without 0x where that is not understood
-    Tally
-        refusedNumbers;  // digits, or with 0x, where only SAE codes are understood; reported with the column
+    // Those whose numbers the document has exactly.
+    Tally codes;         // SAE codes
+    Tally hexCodes;      // those of them that could be hexadecimal numbers
+    Tally prefixed;      // hexadecimal with 0x
+    Tally hexWords;      // hexadecimal without 0x, with a letter
+    Tally digits;        // digits alone
+    Tally leadingZeros;  // those of them that begin with a zero and are read as decimal
+    // Digits that are another number in hexadecimal than in decimal, too long ones among them.
+    Tally dependentDigits;
+    // Hexadecimal without 0x where that is not understood.
+    Tally refusedHexWords;
+    // Digits, or with 0x, where only SAE codes are understood. They are reported with the column.
+    Tally refusedNumbers;
 };
 
 // Row by row, and then the columns as a whole.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-#include "checks/collector.h"
+#include "checks/causes.h"
 #include "checks/column_checks.h"
 #include "checks/layout_checks.h"
 #include "checks/number_checks.h"
@@ -16,10 +16,6 @@ using VCSVReader::VHeapIterator;
 using VCSVReader::VTableRow;
 
 namespace {
-
-constexpr Cause kUnfinishedQuote{Rule::RowLost, 0};
-constexpr Cause kCarriageReturns{Rule::RowLost, 1};
-constexpr Cause kEmptyDescription{Rule::DescriptionEmpty, 0, Severity::Warning};
 
 std::size_t LineFeeds(std::u16string_view text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), u'\n'));

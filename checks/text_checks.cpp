@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "checks/causes.h"
 #include "checks/characters.h"
 #include "checks/number_form.h"
 #include "checks/sentence.h"
@@ -13,14 +14,6 @@ namespace NChecks {
 using VCSVReader::VTableRow;
 
 namespace {
-
-constexpr Cause kNotXml{Rule::TextNotXml};
-constexpr Cause kUtf8{Rule::TextEncoding, 1};
-constexpr Cause kWindows{Rule::TextEncoding, 2};
-constexpr Cause kReplaced{Rule::TextEncoding, 3};
-constexpr Cause kHalfPair{Rule::TextEncoding, 4};
-constexpr Cause kRounded{Rule::ValueRounded};
-constexpr Cause kSwallowedRows{Rule::RowLost, 2};
 
 // The first that is not from U+0020 to U+007F; four units at a time.
 const char16_t* SkipPrintableAscii(const char16_t* unit, const char16_t* end) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "checks/causes.h"
 #include "checks/characters.h"
 #include "checks/number_form.h"
 #include "checks/sentence.h"
@@ -107,7 +108,7 @@ Unreadable WhyUnreadable(NumberRole role, std::u16string_view cell, NumberNotati
 }
 
 Cause CauseOf(Unreadable reason) {
-    if (reason == Unreadable::CodeNotTaken) return {Rule::NotationMixed, 6};
+    if (reason == Unreadable::CodeNotTaken) return kCodeNotTaken;
     return {Rule::NumberUnreadable, static_cast<std::size_t>(reason)};
 }
 
