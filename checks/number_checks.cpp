@@ -16,6 +16,7 @@ using VSimpleXMLCreation::DtcNotation;
 using VSimpleXMLCreation::NumberReader;
 using VSimpleXMLCreation::NumberRole;
 using VSimpleXMLCreation::Trim;
+using VSimpleXMLCreation::UpperCase;
 
 namespace {
 
@@ -51,7 +52,10 @@ std::u16string_view LimitOf(NumberRole role, bool isDecimal) {
 }
 
 bool IsSameText(std::u16string_view one, std::u16string_view other) {
-    return VSimpleXMLCreation::UpperCase(Trim(one)) == VSimpleXMLCreation::UpperCase(Trim(other));
+    const auto isSame = [](char16_t unit, char16_t otherUnit) {
+        return UpperCase(unit) == UpperCase(otherUnit);
+    };
+    return std::ranges::equal(Trim(one), Trim(other), isSame);
 }
 
 }  // namespace

@@ -187,6 +187,11 @@ static void Find(const char* folder) {
     EXPECT(!xls2tki_findings_complete() && !xls2tki_finding_count(0, &count));
     EXPECT(ConvertTable(folder, "DTC;T\n;x\n", true, offsetof(Xls2TkiConversion, findings)));
     EXPECT(!xls2tki_findings_complete());
+    EXPECT(ConvertTable(folder, "DTC;T\nP0123;\"x\nP0124;y\nP0125;z\"\n", true, size));
+    EXPECT(FindingIs(
+        0, "row-lost", "B2", 2,
+        "\"x<U+000A>P0124;y<U+000A>P0125;z\" holds 2 lines that look like rows. Close the double quote "
+        "with which it begins."));
     EXPECT(ConvertTable(folder, "DTC;T\rP0123;x\r", true, size) && xls2tki_finding_count(8, &count));
     EXPECT(count.errors == 1);
 }
