@@ -95,7 +95,7 @@ void TextChecks::LookForRounding(std::size_t row) {
         const std::u16string_view cell = cells[column];
         if (!IsWritten({row, column}) || !IsExponent(cell)) continue;
         const std::optional<double> number = wishes_.numberOf({row, column});
-        if (!number) continue;
+        if (!number || DigitsOf(*number) == cell) continue;
         collector_.Add(kRounded, {row, column}, [&] {
             return Say(
                 u"The cell holds the number %s; the document has %s. Format the cell as text and enter the "
