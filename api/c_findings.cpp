@@ -32,7 +32,7 @@ WideString shownCell;
 WideString shownText;
 
 void Show(const Finding& finding) {
-    const bool isCell = finding.place.row != kNowhere && finding.place.column != kNowhere;
+    const bool isCell = finding.place.row != kNowhere;
     const std::u16string cell = isCell ? CellName(finding.place) : std::u16string();
     shownCell.assign(cell.begin(), cell.end());
     shownText.assign(finding.text.begin(), finding.text.end());

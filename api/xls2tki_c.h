@@ -112,7 +112,7 @@ enum {
     XLS2TKI_WARNING = 1 /* look at this */
 };
 
-/* In the place of a row or a column that a finding does not have. */
+/* In the place of row and column. */
 #define XLS2TKI_NOWHERE SIZE_MAX
 
 /* One thing that is wrong with a table, at one place. Several places may have it for one cause: 214 empty
@@ -121,12 +121,12 @@ typedef struct {
     size_t size;      /* sizeof(Xls2TkiFinding), set by the caller */
     const char* rule; /* in ASCII, such as "number-unreadable": docs/findings.md has them all */
     int32_t severity;
-    /* The cell, row and column from 0, row 0 being the header. Only the row, or only the column, where it is
-     * all of that; neither where it is the table as a whole. */
+    /* The cell, row and column from 0, row 0 being the header; both XLS2TKI_NOWHERE for the table as a whole.
+     */
     size_t row;
     size_t column;
-    const Xls2TkiChar* cell; /* as a worksheet names it, such as A7; null unless it is one cell */
-    /* Where the row begins in a text file, from 1; 0 for other inputs and where there is no row. */
+    const Xls2TkiChar* cell; /* as a worksheet names it, such as A7; null for the table as a whole */
+    /* Where the row begins in a text file, from 1; 0 for other inputs and for the table as a whole. */
     size_t line;
     /* One to three sentences in English, on one line: they quote the cell, say what the document has, and
      * what to do. Nothing in them does harm to a terminal. */
@@ -157,7 +157,7 @@ XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
  * refused. The message of the conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
-/* The findings of the last conversion that wanted them, one by one, and the counts of each rule. Those of a
+/* The findings of the last conversion, if it wanted them, one by one, and the counts of each rule. Those of a
  * conversion that failed are there as far as the table was read. They stay until the next conversion; the
  * texts of a finding are valid until this function is called again.
  *

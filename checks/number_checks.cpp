@@ -112,7 +112,7 @@ void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading)
 void NumberChecks::ReportEmpty(const Cell& cell) {
     if (IsBlankRow(table_.Row(cell.place.row))) {
         if (cell.place.column > 0) return;
-        return collector_.Add(kEmptyRow, {cell.place.row, kNowhere}, [&] {
+        return collector_.Add(kEmptyRow, cell.place, [&] {
             return Say(u"The row is empty but for separators; %s. Delete it.", {DocumentHas(cell.place.row)});
         });
     }

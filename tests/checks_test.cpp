@@ -21,12 +21,8 @@ using NTest::Table;
 using NTest::TestHeap;
 using Names = std::set<std::u16string>;
 
-// A3, 3 or nothing.
-std::string PlaceOf(const Place& place) {
-    if (place.row == kNowhere) return "";
-    const std::string row = std::to_string(place.row + 1);
-    return place.column == kNowhere ? row : NTest::Utf8(CellName(place));
-}
+// A3, or nothing for the table as a whole.
+std::string PlaceOf(const Place& place) { return place.row == kNowhere ? "" : NTest::Utf8(CellName(place)); }
 
 class Looked {
   public:
@@ -101,13 +97,13 @@ TEST(Checks, FindFaults) {
         {u"DTC|T|I||\nP0123|x|i||", ""},
         {u"DTC|T|SPN|FMI\nP0123|x|1|2", ""},
         {u"DTC|T", ""},
-        {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n", "number-empty 3"},
+        {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n", "number-empty A3"},
         // Numbers.
         {u"DTC|T\nP0123-11|x\nP0124|y", "number-unreadable A2"},
         {u"DTC|T\nP0123|x\nP01234|y\nP4123|z\nPO123|t",
          "number-unreadable A3, number-unreadable A4, number-unreadable A5"},
         {u"DTC|T\n\u00A012|x\n13\u200B|y\n 0x12|z", "number-unreadable A3, number-unreadable A4"},
-        {u"DTC|T\nP0123|x\n|y\n |z\n|", "number-empty A3, number-empty A4, number-empty 5"},
+        {u"DTC|T\nP0123|x\n|y\n |z\n|", "number-empty A3, number-empty A4, number-empty A5"},
         {u"DTC|T\n2147483647|x\n2147483648|y\n-5|z", "number-range A4, number-range A3"},
         {u"DTC|T\n0xFFFFFFFF|x\n0x1FFFFFFFF|y\n0x000000001|z", "number-range A3"},
         {u"DTC|T\n0xFFFFFFFF|x\n1234567890|y", "number-range A3, notation-mixed "},
