@@ -6,9 +6,12 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "cli/detection.h"
 #include "cli/failure.h"
+#include "cli/hints.h"
 #include "cli/input.h"
 #include "cli/library.h"
 #include "cli/output.h"
@@ -72,17 +75,33 @@ void CheckWorksheet(const Options& options) {
     RefuseWorksheet(options, names);
 }
 
-void ConvertTable(const Options& options) {
+// Carries out what the library may refuse, with what may help against that. `input` is what the options name,
+// or its copy.
+template <typename Task>
+void DoWithHints(const Options& options, const std::filesystem::path& input, Task task) {
+    try {
+        task();
+    } catch (Failure& failure) {
+        try {
+            failure.SetHint(FindHint(options, input, failure.what()));
+        } catch (const std::exception&) {  // the failure alone is what counts
+        }
+        throw;
+    }
+}
+
+void ConvertTable(Options& options) {
     RefuseInputAsOutput(options);
     RefuseToReplaceOthers(options);
     if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
     PrepareLibrary();
-    CheckWorksheet(options);
+    DoWithHints(options, options.input, [&] { CheckWorksheet(options); });
     std::optional<Output> output;
     if (!options.checks) output.emplace(options.output);
     const Input input(options.input, options.kind);
-    if (options.kind == ImportTypeCSV) input.RequireEncoding(options.utf8);
-    RunConversion(options, input.Path(), output ? output->Path() : kNoOutput);
+    if (options.kind == ImportTypeCSV) ChooseReading(options, input.Path());
+    DoWithHints(options, input.Path(),
+                [&] { RunConversion(options, input.Path(), output ? output->Path() : kNoOutput); });
     if (output) output->Publish(FindFacts()->written);
 }
 
@@ -96,19 +115,24 @@ void Print(const std::string& text, const std::string& name) {
 
 void ListWorksheets(const Options& options) {
     PrepareLibrary();
-    const std::vector<WideString> names = FindWorksheets(options);
-    if (names.empty()) FailWithLibraryMessage();
+    std::vector<WideString> names;
+    DoWithHints(options, options.input, [&] {
+        names = FindWorksheets(options);
+        if (names.empty()) FailWithLibraryMessage();
+    });
     std::string lines;
     for (const WideString& name : names) lines += ShownName(name, kWholeName) + "\n";
     Print(lines, "names");
 }
 
-void Convert(const Options& options) {
+void Convert(const Options& given) {
+    Options options = given;
     if (!options.reports) return ConvertTable(options);
     KeepMessages();
     try {
         ConvertTable(options);
     } catch (const std::exception& error) {
+        if (const std::string_view hint = HintOf(error); !hint.empty()) KeepMessage(hint);
         Print(MakeReport(options, SentenceOf(error)), "outcome");
         throw;
     }

@@ -7,6 +7,6 @@ namespace NCli {
 
 // Both throw Failure, and std::bad_alloc when the memory is exhausted.
 void ListWorksheets(const Options& options);
-void Convert(const Options& options);
+void Convert(const Options& given);
 
 }  // namespace NCli

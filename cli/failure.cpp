@@ -14,6 +14,16 @@ std::string_view SentenceOf(const std::exception& error) {
     return isOutOfMemory ? "Not enough memory to convert this table." : error.what();
 }
 
+std::string_view HintOf(const std::exception& error) {
+    const auto* const failure = dynamic_cast<const Failure*>(&error);
+    return failure == nullptr ? std::string_view() : failure->Hint();
+}
+
+static void TellError(const std::exception& error) {
+    Tell(SentenceOf(error));
+    if (const std::string_view hint = HintOf(error); !hint.empty()) Tell(hint);
+}
+
 int ExitStatusOf(const std::function<void()>& run) {
     constexpr int kDone = 0;
     constexpr int kFailed = 1;
@@ -22,10 +32,10 @@ int ExitStatusOf(const std::function<void()>& run) {
         run();
         return kDone;
     } catch (const WrongUsage& wrong) {
-        Tell(wrong.what());
+        TellError(wrong);
         return kWrongUsage;
     } catch (const std::exception& error) {
-        Tell(SentenceOf(error));
+        TellError(error);
     } catch (...) {
         Tell("The conversion ended with an unknown error.");
     }

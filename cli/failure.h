@@ -13,6 +13,17 @@ namespace NCli {
 class Failure : public std::runtime_error {
   public:
     using runtime_error::runtime_error;
+    Failure(const std::string& sentence, const std::string& hint) : runtime_error(sentence) { SetHint(hint); }
+
+    // What may help, as a sentence; none where it is empty.
+    void SetHint(const std::string& sentence) {
+        if (!sentence.empty()) hint_ = "Hint: " + sentence;
+    }
+    // With the word in front.
+    [[nodiscard]] const std::string& Hint() const { return hint_; }
+
+  private:
+    std::string hint_;
 };
 
 // The command line cannot be what the user meant; nothing was touched.
@@ -23,6 +34,9 @@ class WrongUsage : public Failure {
 
 // What the user is told about any error that ends the command.
 std::string_view SentenceOf(const std::exception& error);
+
+// The hint that goes with it, if there is one.
+std::string_view HintOf(const std::exception& error);
 
 // Calls `run`, tells the user how it failed, and returns the exit status that says so.
 int ExitStatusOf(const std::function<void()>& run);

@@ -1,7 +1,6 @@
 #include "cli/input.h"
 
 #include <cerrno>
-#include <string_view>
 #include <system_error>
 
 #include "cli/failure.h"
@@ -11,9 +10,6 @@ namespace NCli {
 namespace fs = std::filesystem;
 
 namespace {
-
-// The largest CSV text that the library reads.
-constexpr std::uint64_t kLargestInput = std::uint64_t{1} << 31;
 
 [[noreturn]] void RefuseToRead(const fs::path& origin, const std::string& reason) {
     throw Failure("Could not read " + NameOf(origin) + ": " + reason);
@@ -56,17 +52,6 @@ Input::Input(const fs::path& path, NXls2Tki::VImportType kind) : path_(path) {
         copy_.emplace("xls2tki-pipe");
         StorePipe(path, *copy_);
     }
-}
-
-void Input::RequireEncoding(bool utf8) const {
-    char bytes[3] = {};
-    const File file = IsRegularFile(Path()) ? OpenFile(Path(), "rb") : nullptr;
-    const std::string_view mark(bytes, file ? std::fread(bytes, 1, sizeof bytes, file.get()) : 0);
-    const std::string begin = NameOf(path_) + " begins with the byte order mark of ";
-    if (mark.starts_with("\xFE\xFF")) throw Failure(begin + "big-endian UTF-16. Save it as UTF-8.");
-    if (utf8) return;
-    if (mark.starts_with("\xFF\xFE")) throw Failure(begin + "UTF-16. Give --utf8, which reads that, too.");
-    if (mark == "\xEF\xBB\xBF") throw Failure(begin + "UTF-8. Give --utf8.");
 }
 
 }  // namespace NCli

@@ -1,6 +1,7 @@
 // The table to convert.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,6 +11,9 @@
 
 namespace NCli {
 
+// The largest CSV text that the library reads.
+inline constexpr std::uint64_t kLargestInput = std::uint64_t{1} << 31;
+
 // The library reads regular files. What comes through standard input or a pipe is first copied into a
 // temporary file, which goes with this object.
 class Input {
@@ -18,9 +22,6 @@ class Input {
     Input(const std::filesystem::path& path, NXls2Tki::VImportType kind);
 
     [[nodiscard]] const std::filesystem::path& Path() const { return copy_ ? copy_->Path() : path_; }
-
-    // Throws Failure when a CSV text says by its first bytes that it has to be read another way.
-    void RequireEncoding(bool utf8) const;
 
   private:
     std::filesystem::path path_;

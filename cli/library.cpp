@@ -1,6 +1,5 @@
 #include "cli/library.h"
 
-#include <cstdlib>
 #include <exception>
 #include <new>
 #include <string>
@@ -28,27 +27,15 @@ std::string LibraryMessage() { return EncodeUtf8(GetLoggedMessages()); }
     throw Failure(isNamed ? reason : NameOf(path) + ": " + reason);
 }
 
-// The message that Excel is not installed does not tell that the user has named the registry to look in.
-void NoteNamedRegistry(const std::string& message) {
-    const char* const path = std::getenv("XLS2TKI_REGISTRY");
-    if (path == nullptr || *path == '\0' || message.find(" is not installed ") == std::string::npos) return;
-    Note("XLS2TKI_REGISTRY names the registry file " + NameOf(path) +
-         ", which cannot be read or has no entry for Excel.");
-}
-
-void NoteMissingDriver(const std::string& message) {
-    if (message != "No Excel ODBC driver found") return;
-    Note(std::string("--excel needs no such driver. ").append(DriverAdvice()));
-}
-
 // The message has the reason when it returns false.
 bool CallConversion(const Options& options, const fs::path& input, const fs::path& output) {
     try {
         const fs::path given = options.kind == ImportTypeExcel ? ToExcelPath(input) : input;
         return Xls2TkiConvert(ToLibraryPath(given).c_str(), options.worksheet.c_str(),
-                              ToLibraryPath(output).c_str(), options.kind, true, options.separator,
-                              options.vsgNames, options.typeANames, {}, options.variant.c_str(),
-                              options.diagnosticInstance.c_str(), options.utf8);
+                              ToLibraryPath(output).c_str(), options.kind, true,
+                              options.separator.value_or(';'), options.vsgNames, options.typeANames, {},
+                              options.variant.c_str(), options.diagnosticInstance.c_str(),
+                              options.encoding.value_or(Encoding::EightBit) != Encoding::EightBit);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {  // from Excel
@@ -72,9 +59,7 @@ void RunConversion(const Options& options, const fs::path& input, const fs::path
     if (CallConversion(options, input, output)) return;
     if (const std::string reason = OpeningFailure(); !reason.empty()) Fail(options.input, reason);
     if (options.kind != ImportTypeODBC) FailWithLibraryMessage();
-    const std::string message = LibraryMessage();
-    NoteMissingDriver(message);
-    Fail(options.input, message);
+    Fail(options.input, LibraryMessage());
 }
 
 std::optional<Xls2TkiFacts> FindFacts() {
@@ -100,7 +85,6 @@ std::vector<WideString> FindWorksheets(const Options& options) {
 
 void FailWithLibraryMessage() {
     const std::string message = LibraryMessage();
-    NoteNamedRegistry(message);
     throw Failure(message.empty() ? "The conversion failed without a message." : message);
 }
 

@@ -29,7 +29,6 @@ std::optional<Xls2TkiFacts> FindFacts();
 // list them; the library's message has the reason.
 std::vector<NXls2Tki::WideString> FindWorksheets(const Options& options);
 
-// Notes also what may have caused the message.
 [[noreturn]] void FailWithLibraryMessage();
 
 }  // namespace NCli

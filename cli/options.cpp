@@ -11,6 +11,7 @@
 
 #include "cli/failure.h"
 #include "cli/files.h"
+#include "cli/hints.h"
 #include "cli/output.h"
 #include "cli/process.h"
 #include "cli/text.h"
@@ -28,8 +29,9 @@ struct Arguments {
     bool csv = false;
     bool excel = false;
     bool odbc = false;
-    std::string separator = ";";
+    std::optional<std::string> separator;
     bool utf8 = false;
+    std::optional<std::string> encoding;
     std::string worksheet;
     std::vector<std::string> vsgNames;
     std::vector<std::string> typeANames;
@@ -49,7 +51,7 @@ class HelpFormatter : public CLI::Formatter {
 
     // It fits on one screen, so there are no empty lines.
     std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode mode) const override {
-        return make_description(app) + make_usage(app, {}) + make_groups(app, mode) + make_footer(app);
+        return make_description(app) + make_usage(app, {}) + make_groups(app, mode);
     }
     [[nodiscard]] std::string make_group(std::string, bool,
                                          std::vector<const CLI::Option*> options) const override {
@@ -66,7 +68,9 @@ class HelpFormatter : public CLI::Formatter {
     }
 };
 
-constexpr char kExamples[] = "Example: xls2tki --utf8 --separator tab --vsg Severity body.tsv body.xml";
+constexpr char kExamples[] =
+    "Examples: xls2tki --worksheet J1939 powertrain.xlsx j1939.xml\n"
+    "          xls2tki --separator tab --vsg Severity body.txt body.xml";
 
 // CLI11 takes "[a,b]" for a list of two. Behind a zero, which no argument holds, it does not.
 constexpr char kMark = '\0';
@@ -77,7 +81,7 @@ std::string WithoutMark(std::string argument) {
 }
 
 void DeclareOptions(CLI::App& app, Arguments& arguments) {
-    const auto add = [&app](const char* name, std::string& value, const char* type, const char* help) {
+    const auto add = [&app](const char* name, auto& value, const char* type, const char* help) {
         app.add_option(name, value, help)->type_name(type)->take_last()->transform(WithoutMark);
     };
     const auto addList = [&app](const char* name, std::vector<std::string>& values, const char* help) {
@@ -93,8 +97,9 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
     addFlag("-x,--excel", arguments.excel, "Read INPUT with Excel (.xlsx, .xlsm, .xls).");
     addFlag("-o,--odbc", arguments.odbc, "Read INPUT through the Excel ODBC driver.");
-    add("-s,--separator", arguments.separator, "CHAR", "Split CSV rows at CHAR, tab, comma, pipe; else at ;");
-    addFlag("-u,--utf8", arguments.utf8, "Read CSV text as UTF-8, else as Latin-1.");
+    add("-s,--separator", arguments.separator, "CHAR", "Split CSV rows at CHAR or tab; else as they look.");
+    addFlag("-u,--utf8", arguments.utf8, "Read CSV text as UTF-8.");
+    add("--encoding", arguments.encoding, "utf-8|8-bit", "Read CSV text so; else as it looks.");
     add("-w,--worksheet", arguments.worksheet, "NAME", "Read this worksheet of an Excel workbook.");
     addList("--vsg", arguments.vsgNames, "Make columns headed NAME items of type VSG.");
     addList("--type-a", arguments.typeANames, "Make columns headed NAME items of type A.");
@@ -120,8 +125,8 @@ void DeclareCommandLine(CLI::App& app, Arguments& arguments) {
     DeclareOptions(app, arguments);
 }
 
-[[noreturn]] void RefuseUsage(const std::string& sentence) {
-    throw WrongUsage(sentence + " (xls2tki --help shows the options.)");
+[[noreturn]] void RefuseUsage(const std::string& sentence, const std::string& hint = {}) {
+    throw WrongUsage(sentence + " (xls2tki --help shows the options.)", hint);
 }
 
 WideString DecodeArgument(const char* option, const std::string& value) {
@@ -136,20 +141,26 @@ WideStringSet DecodeNames(const char* option, const std::vector<std::string>& va
     return names;
 }
 
-WideChar ReadSeparator(const std::string& value) {
-    constexpr struct {
-        const char* name;
-        WideChar separator;
-    } kNames[] = {{"tab", '\t'}, {"comma", ','}, {"semicolon", ';'}, {"pipe", '|'}};
-    for (const auto& [name, separator] : kNames) {
-        if (value == name) return separator;
+std::optional<WideChar> ReadSeparator(const std::optional<std::string>& value) {
+    if (!value) return std::nullopt;
+    for (const Separator& separator : kSeparators) {
+        if (value == separator.name) return separator.character;
     }
-    const WideString text = DecodeArgument("--separator", value);
+    const WideString text = DecodeArgument("--separator", *value);
     if (text.size() != 1) {
         RefuseUsage("--separator takes one character up to U+FFFF, or tab, comma, semicolon or pipe.");
     }
     if (text[0] == '"' || text[0] == '\n') RefuseUsage("A quote or a line feed cannot separate cells.");
     return text[0];
+}
+
+std::optional<Encoding> ReadEncoding(bool utf8, const std::optional<std::string>& value) {
+    const bool isUtf8 = value == NameOfEncoding(Encoding::Utf8);
+    const bool isEightBit = value == NameOfEncoding(Encoding::EightBit);
+    if (value && !isUtf8 && !isEightBit) RefuseUsage("--encoding takes utf-8 or 8-bit.");
+    if (utf8 && isEightBit) RefuseUsage("--utf8 and --encoding 8-bit exclude each other.");
+    if (isEightBit) return Encoding::EightBit;
+    return utf8 || isUtf8 ? std::optional(Encoding::Utf8) : std::nullopt;
 }
 
 std::size_t ReadJobs(const std::string& value) {
@@ -168,12 +179,13 @@ VImportType KindByExtension(const std::filesystem::path& input) {
         VImportType kind;
     } kExtensions[] = {{".csv", ImportTypeCSV},    {".txt", ImportTypeCSV},    {".tsv", ImportTypeCSV},
                        {".xlsx", ImportTypeExcel}, {".xlsm", ImportTypeExcel}, {".xls", ImportTypeExcel}};
-    const std::string extension = CLI::detail::to_lower(ToBytes(input.extension()));
+    const std::string extension = LowerCase(ToBytes(input.extension()));
     for (const auto& [known, kind] : kExtensions) {
         if (extension == known) return kind;
     }
-    RefuseUsage("The kind of " + NameOf(input) +
-                " is not known by its extension; give --csv, --excel or --odbc.");
+    RefuseUsage(
+        "The kind of " + NameOf(input) + " is not known by its extension; give --csv, --excel or --odbc.",
+        FindKindHint(input));
 }
 
 VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& input) {
@@ -208,7 +220,7 @@ void SetInput(Options& options, const Arguments& arguments, const std::string& f
 Options CheckSettings(const Arguments& arguments) {
     Options options;
     options.separator = ReadSeparator(arguments.separator);
-    options.utf8 = arguments.utf8;
+    options.encoding = ReadEncoding(arguments.utf8, arguments.encoding);
     options.checks = arguments.check;
     options.force = arguments.force;
     options.reports = arguments.json;
@@ -353,6 +365,11 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
 const char* NameOfKind(VImportType kind) {
     constexpr const char* kNames[] = {"odbc", "excel", "csv"};
     return kNames[kind];
+}
+
+const char* NameOfEncoding(Encoding encoding) {
+    constexpr const char* kNames[] = {"8-bit", "utf-8", "utf-16"};
+    return kNames[static_cast<std::size_t>(encoding)];
 }
 
 void ReadOptionTable(const std::function<void(const CLI::App&)>& reader) {

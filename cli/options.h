@@ -15,14 +15,30 @@ class App;
 
 namespace NCli {
 
+// A character that often separates cells.
+struct Separator {
+    NXls2Tki::WideChar character;
+    const char* name;  // as --separator takes it
+    const char* plural;
+};
+
+// The first is the default.
+inline constexpr Separator kSeparators[] = {{';', "semicolon", "semicolons"},
+                                            {'\t', "tab", "tabs"},
+                                            {',', "comma", "commas"},
+                                            {'|', "pipe", "pipes"}};
+
+// Of a CSV text. UTF-16 has a byte order mark, by which the library reads it where it is told to read UTF-8.
+enum class Encoding { EightBit, Utf8, Utf16 };
+
 // One task: a conversion, or a listing of worksheets.
 struct Options {
     bool listsWorksheets = false;
     std::filesystem::path input;  // also the workbook whose worksheets are listed
     std::filesystem::path output;
     NXls2Tki::VImportType kind = NXls2Tki::ImportTypeCSV;
-    NXls2Tki::WideChar separator = ';';
-    bool utf8 = false;
+    std::optional<NXls2Tki::WideChar> separator;  // where there is none, the text shows it
+    std::optional<Encoding> encoding;             // the same
     bool verbose = false;
     bool checks = false;   // nothing is written, so there is no output
     bool force = false;    // the output may be replaced whatever it is
@@ -46,6 +62,9 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
 
 // Of its long option, without the dashes.
 const char* NameOfKind(NXls2Tki::VImportType kind);
+
+// As --encoding has it; "utf-16" for the one that --encoding cannot name.
+const char* NameOfEncoding(Encoding encoding);
 
 // Lends the table of options that the command line is read by. The help is made of it, and so is whatever
 // else tells what the options are.

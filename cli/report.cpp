@@ -1,7 +1,8 @@
 #include "cli/report.h"
 
 #include <cstddef>
-#include <iterator>
+#include <deque>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "cli/files.h"
@@ -15,77 +16,48 @@ namespace {
 bool isKept = false;
 std::vector<std::string> messages;
 
-// Writes the members of one object, one after the other.
-class JsonObject {
-  public:
-    void Text(const char* name, std::string_view value) {
-        Name(name);
-        AppendJson(json_, value);
-    }
-    void Number(const char* name, std::size_t value) { Raw(name, std::to_string(value)); }
-    void Flag(const char* name, bool value) { Raw(name, value ? "true" : "false"); }
-    void Null(const char* name) { Raw(name, "null"); }
-    // The value is JSON already.
-    void Raw(const char* name, std::string_view value) {
-        Name(name);
-        json_ += value;
-    }
-    std::string Finish() { return std::move(json_) + '}'; }
+using Json = nlohmann::ordered_json;
 
-  private:
-    void Name(const char* name) {
-        if (json_.size() > 1) json_ += ',';
-        AppendJson(json_, name);
-        json_ += ':';
-    }
+// In their order.
+constexpr const char* kMembers[] = {
+    "input", "output",  "kind",         "encoding", "separator",       "layout",   "hexadecimal", "sae_codes",
+    "rows",  "columns", "item_columns", "items",    "skipped_columns", "messages", "failure"};
 
-    std::string json_ = "{";
-};
-
-// A list of what `append` puts behind the commas, one for each of so many.
-template <typename Append>
-std::string MakeList(std::size_t count, Append append) {
-    std::string list = "[";
-    for (std::size_t index = 0; index < count; ++index) {
-        if (index > 0) list += ',';
-        append(list, index);
-    }
-    return list + ']';
+// With null for each member. It stays until the process ends: to destroy an object takes memory, and without
+// that the process would end in its midst.
+Json& MakeObject() {
+    static auto& objects = *new std::deque<Json>;
+    Json& object = objects.emplace_back();
+    for (const char* const member : kMembers) object[member] = nullptr;
+    return object;
 }
 
-void AppendSkipped(std::string& list, std::size_t column, std::string_view reason) {
-    JsonObject skipped;
-    skipped.Number("index", column);
-    skipped.Text("reason", reason);
-    list += skipped.Finish();
+void AddSkipped(Json& list, std::size_t column, const char* reason) {
+    Json& skipped = list.emplace_back();
+    skipped["index"] = column;
+    skipped["reason"] = reason;
 }
 
-std::string ListSkippedColumns(const Xls2TkiFacts& facts) {
-    const std::size_t before = facts.columnsWithoutHeaderCount;
-    return MakeList(before + facts.columns - facts.endColumn, [&](std::string& list, std::size_t index) {
-        if (index < before) return AppendSkipped(list, facts.columnsWithoutHeader[index], "no header");
-        const std::size_t column = facts.endColumn + index - before;
-        AppendSkipped(list, column, column == facts.endColumn ? "empty" : "behind the end");
-    });
+void AddSkippedColumns(Json& list, const Xls2TkiFacts& facts) {
+    list = Json::array();
+    for (std::size_t index = 0; index < facts.columnsWithoutHeaderCount; ++index) {
+        AddSkipped(list, facts.columnsWithoutHeader[index], "no header");
+    }
+    for (std::size_t column = facts.endColumn; column < facts.columns; ++column) {
+        AddSkipped(list, column, column == facts.endColumn ? "empty" : "behind the end");
+    }
 }
 
-void AddFacts(JsonObject& report, const Xls2TkiFacts& facts) {
+void AddFacts(Json& report, const Xls2TkiFacts& facts) {
     constexpr const char* kLayouts[] = {"single-number", "spn-fmi", "base-and-failure-type"};
-    report.Text("layout", kLayouts[facts.layout]);
-    report.Flag("hexadecimal", facts.hexDigits);
-    report.Flag("sae_codes", facts.saeCodes);
-    report.Number("rows", facts.rows);
-    report.Number("columns", facts.columns);
-    report.Number("item_columns", facts.itemColumns);
-    report.Number("items", facts.items);
-    report.Raw("skipped_columns", ListSkippedColumns(facts));
-}
-
-void AddUnknownFacts(JsonObject& report) {
-    for (const char* const name : {"layout", "hexadecimal", "sae_codes", "rows", "columns", "item_columns",
-                                   "items", "skipped_columns"}) {
-        report.Null(name);
-    }
+    report["layout"] = kLayouts[facts.layout];
+    report["hexadecimal"] = facts.hexDigits;
+    report["sae_codes"] = facts.saeCodes;
+    report["rows"] = facts.rows;
+    report["columns"] = facts.columns;
+    report["item_columns"] = facts.itemColumns;
+    report["items"] = facts.items;
+    AddSkippedColumns(report["skipped_columns"], facts);
 }
 
 std::string PathOnCommandLine(const std::filesystem::path& path) {
@@ -101,28 +73,18 @@ void KeepMessage(std::string_view message) {
 }
 
 std::string MakeReport(const Options& options, std::string_view failure) {
-    JsonObject report;
-    report.Text("input", PathOnCommandLine(options.input));
-    if (options.checks) {
-        report.Null("output");
-    } else {
-        report.Text("output", ToBytes(options.output));
-    }
-    report.Text("kind", NameOfKind(options.kind));
-    if (const auto facts = FindFacts()) {
-        AddFacts(report, *facts);
-    } else {
-        AddUnknownFacts(report);
-    }
-    report.Raw("messages", MakeList(messages.size(), [](std::string& list, std::size_t index) {
-                   AppendJson(list, messages[index]);
-               }));
-    if (failure.empty()) {
-        report.Null("failure");
-    } else {
-        report.Text("failure", failure);
-    }
-    return report.Finish() + '\n';
+    Json& report = MakeObject();
+    report["input"] = PathOnCommandLine(options.input);
+    if (!options.checks) report["output"] = ToBytes(options.output);
+    report["kind"] = NameOfKind(options.kind);
+    const bool isText = options.kind == NXls2Tki::ImportTypeCSV;
+    if (isText && options.encoding) report["encoding"] = NameOfEncoding(*options.encoding);
+    if (isText && options.separator) report["separator"] = EncodeUtf8({&*options.separator, 1});
+    if (const auto facts = FindFacts()) AddFacts(report, *facts);
+    Json& list = report["messages"] = Json::array();
+    for (const std::string& message : messages) list.push_back(message);
+    if (!failure.empty()) report["failure"] = failure;
+    return EscapeControls(report.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
 }
 
 }  // namespace NCli

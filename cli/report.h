@@ -18,11 +18,12 @@ void KeepMessage(std::string_view message);
 // one. The members, null where they are not known:
 //   input, output     the paths; "-" for a standard stream; no output where nothing is to be written
 //   kind              "csv", "excel" or "odbc"
+//   encoding, separator    of a CSV text: "8-bit", "utf-8" or "utf-16", and the character
 //   layout            "single-number", "spn-fmi" or "base-and-failure-type"
 //   hexadecimal, sae_codes, rows, columns, item_columns, items    as in Xls2TkiFacts
 //   skipped_columns   for each its "index", from 0, and the "reason": "no header", "empty" or
 //                     "behind the end"
-//   messages          progress messages and notes, in their order
+//   messages          progress messages, notes and a hint, in their order
 //   failure           the sentence
 std::string MakeReport(const Options& options, std::string_view failure);
 

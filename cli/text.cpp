@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
+#include <cstring>
 
 namespace NCli {
 
@@ -61,6 +63,30 @@ bool IsControl(char32_t character) {
            (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
+bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
+const char* SkipAscii(const char* at, const char* end) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    for (std::uint64_t word = 0; at + sizeof word <= end; at += sizeof word) {
+        std::memcpy(&word, at, sizeof word);
+        if ((word & kHighBits) != 0) break;
+    }
+    while (at < end && IsAscii(*at)) ++at;
+    return at;
+}
+
+bool IsTrail(char byte) { return (byte & 0xC0) == 0x80; }
+bool IsBetween(char byte, unsigned lowest, unsigned highest) {
+    return static_cast<unsigned char>(byte) - lowest <= highest - lowest;
+}
+
+// Those characters of two and three bytes that need no closer look: most there are.
+const char* SkipPlain(const char* at, const char* end) {
+    while (end - at >= 2 && IsBetween(at[0], 0xC2, 0xDF) && IsTrail(at[1])) at += 2;
+    while (end - at >= 3 && IsBetween(at[0], 0xE1, 0xEC) && IsTrail(at[1]) && IsTrail(at[2])) at += 3;
+    return at;
+}
+
 bool IsHigh(char32_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLow(char32_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
@@ -82,6 +108,20 @@ DecodedText DecodeUtf8(std::string_view bytes) {
     return decoded;
 }
 
+Utf8Run MeasureUtf8(std::string_view bytes) {
+    const char* const end = bytes.data() + bytes.size();
+    const char* at = SkipAscii(bytes.data(), end);
+    const bool isAscii = at == end;
+    while (at < end) {
+        const char* const begin = at;
+        at = SkipPlain(at, end);
+        if (at < end && IsAscii(*at)) at = SkipAscii(at, end);
+        if (at == begin) at += ReadSequence({at, end}).length;
+        if (at == begin) break;
+    }
+    return {static_cast<std::size_t>(at - bytes.data()), isAscii};
+}
+
 std::string EncodeUtf8(std::basic_string_view<WideChar> text) {
     std::string bytes;
     for (std::size_t index = 0; index < text.size(); ++index) {
@@ -97,6 +137,14 @@ std::string EncodeUtf8(std::basic_string_view<WideChar> text) {
         }
     }
     return bytes;
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& character : lower) {
+        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    }
+    return lower;
 }
 
 std::string ShownName(std::basic_string_view<WideChar> name, std::size_t longest) {
@@ -123,24 +171,21 @@ void Show(std::string_view text, std::FILE* stream) {
     std::fwrite(text.data() + begin, 1, text.size() - begin, stream);
 }
 
-void AppendJson(std::string& json, std::string_view text) {
-    json += '"';
-    while (!text.empty()) {
-        const Sequence sequence = ReadSequence(text);
-        const std::string_view bytes = text.substr(0, std::max<std::size_t>(sequence.length, 1));
-        text.remove_prefix(bytes.size());
-        if (sequence.length == 0) {
-            AppendUtf8(json, 0xFFFD);
-        } else if (IsControl(sequence.character)) {
+std::string EscapeControls(std::string_view json) {
+    std::string escaped;
+    while (!json.empty()) {
+        const Sequence sequence = ReadSequence(json);
+        const std::string_view bytes = json.substr(0, std::max<std::size_t>(sequence.length, 1));
+        if (IsControl(sequence.character)) {
             char escape[7];
             std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(sequence.character));
-            json += escape;
+            escaped += escape;
         } else {
-            if (bytes == "\"" || bytes == "\\") json += '\\';
-            json += bytes;
+            escaped += bytes;
         }
+        json.remove_prefix(bytes.size());
     }
-    json += '"';
+    return escaped;
 }
 
 }  // namespace NCli

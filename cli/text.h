@@ -18,8 +18,20 @@ struct DecodedText {
 
 DecodedText DecodeUtf8(std::string_view bytes);
 
+struct Utf8Run {
+    std::size_t size;  // in bytes
+    bool isAscii;
+};
+
+// The whole characters of UTF-8 at the beginning, up to a byte that is not part of one. Where the bytes end
+// amid a character, up to 3 of them remain.
+Utf8Run MeasureUtf8(std::string_view bytes);
+
 // Lone surrogates that DecodeUtf8 makes become their byte again, all others U+FFFD.
 std::string EncodeUtf8(std::basic_string_view<NXls2Tki::WideChar> text);
+
+// With each ASCII letter in lower case.
+std::string LowerCase(std::string_view text);
 
 // What a table or a workbook holds must not control the terminal, nor look like something else. So people are
 // shown a question mark for each character of U+0000 to U+001F, U+007F to U+009F, and of those that begin a
@@ -33,8 +45,7 @@ std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size
 // Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.
 void Show(std::string_view text, std::FILE* stream);
 
-// Appends the text to JSON as a string between quotation marks, in valid UTF-8: each byte that is not part of
-// UTF-8 becomes U+FFFD, and the characters above, the quotation mark and the backslash are escaped.
-void AppendJson(std::string& json, std::string_view text);
+// JSON of one line with an escape in place of each character above.
+std::string EscapeControls(std::string_view json);
 
 }  // namespace NCli

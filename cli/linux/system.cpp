@@ -86,7 +86,7 @@ bool AreSameFile(const fs::path& one, const fs::path& other) {
 
 fs::path NameKey(const fs::path& name) { return name; }
 
-std::string_view DriverAdvice() { return "On Linux, scripts/install-odbc-driver installs one."; }
+std::string_view DriverAdvice() { return "On Linux, the package odbc-xls2tki has one."; }
 
 bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
 

@@ -36,13 +36,17 @@ UTF16 = TABLE.decode().encode("utf-16")
 EVERY_BYTE = b'P0123;"' + bytes(set(range(256)) - {ord('"')}) + b'";red\n'
 NO_WORKBOOK = "xls2tki: '%s' is not a workbook.\n"
 NOT_OPENED = "xls2tki: '%s' cannot be opened.\n"
-NO_EXCEL = ('xls2tki: Note: XLS2TKI_REGISTRY names the registry file "%s", which cannot be read or has no entry for '
-            "Excel.\nxls2tki: The application MS Excel 2000 or higher is not installed on this system. "
-            "Aborting data transformation.\n")
+NO_EXCEL = ("xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data "
+            'transformation.\nxls2tki: Hint: XLS2TKI_REGISTRY names the registry file "%s", which cannot be read or has no '
+            "entry for Excel.\n")
 NO_LIST = "xls2tki: On using Excel 2003, it is not possible to detect contained Worksheets!\n"
 NOT_NAMED = "xls2tki: Note: --worksheet has no effect with Excel 2003, which reads the first worksheet.\n"
-NO_DRIVER = ("xls2tki: Note: --excel needs no such driver. On Linux, scripts/install-odbc-driver installs one.\n"
-             'xls2tki: "in.csv": No Excel ODBC driver found\n')
+NO_DRIVER = ('xls2tki: "in.csv": No Excel ODBC driver found\n'
+             "xls2tki: Hint: --excel needs no such driver. On Linux, the package odbc-xls2tki has one.\n")
+READ = 'xls2tki: Note: "in.csv" is read %s.\n'
+HELP = "xls2tki: Hint: %s\n"
+NO_SUCH_FILE = HELP % 'There is no file "%s".'
+IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
 DATABASE_ERROR = "xls2tki: Database error: [xls2tki][Excel Driver]"
 
 
@@ -85,16 +89,23 @@ CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
 IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
 CASES = [
-    ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n", None),
+    ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n" + HELP % '"in.csv" is empty.', None),
+    ("unfinished header", b'"' + TABLE, IO, 1, "xls2tki: Empty data given ?!\n" + HELP % 'The first row of "in.csv" does not '
+     "end: no double quote closes a cell that begins with one.", None),
     ("one column", b"DTC\nP0123\n", IO, 1, ONE_COLUMN % "Z2S1", None),
-    ("another separator", TABLE, "-s tab " + IO, 1, ONE_COLUMN % "Z2S1", None),
+    ("another separator", TABLE, "-s tab " + IO, 1, ONE_COLUMN % "Z2S1" + HELP %
+     "The header has semicolons between its cells. Give --separator semicolon, or leave --separator out.", None),
     ("row of another length", HEAD + b"P0123;Stuck\n", IO, 1,
      "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nStuck\n", None),
     ("text behind a closing quote", HEAD + b'P0123;"Stuck"!;red\n', IO, 1,
      "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n", None),
     ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, "", b"<DTCS/>"),
     ("SAE code beyond the range", HEAD + b"PFFFF;Stuck;red\n", IO, 1,
-     "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n", None),
+     "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n"
+     + HELP % 'The code is in cell A2 of "in.csv", in line 2.', None),
+    ("SAE code of another length", b"DTC,\"a\nb\"\r\n\"P0123\",x\r\nP01x ,y\r\n", IO, 1, READ % "with commas between the cells"
+     + "xls2tki: Given SAE DTC number P01x has invalid length, expected 3, 5, 7 or 9 characters\n"
+     + HELP % 'The code is in cell A3 of "in.csv", in line 4.', None),
     ("a line of 100 MB", b"x" * 100_000_000, IO, 1, ONE_COLUMN % "Z1S1", None),
     ("a document that is too large", HEAD + b"P0123;" + b"&" * 144_000_000 + b";red\n", IO, 1,
      "xls2tki: The import document is too large, at most 715827882 characters can be written. "
@@ -103,14 +114,19 @@ CASES = [
     ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "-u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
     ("UTF-16", UTF16, "-u " + IO, 0, "", b"<ERRORTEXT>Stuck<"),
     ("no names", TABLE, "--variant= --diag-instance= " + IO, 0, "", b"<SERVICEMAPPING/>"),
-    ("UTF-16 as 8-bit", UTF16, IO, 1, MARK % "UTF-16. Give --utf8, which reads that, too.", None),
+    ("UTF-16 as 8-bit", UTF16, "--encoding 8-bit " + IO, 1, MARK % "UTF-16. Leave out --encoding 8-bit.", None),
     ("big-endian UTF-16", b"\xfe\xff\0D", "-u " + IO, 1, MARK % "big-endian UTF-16. Save it as UTF-8.", None),
-    ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, IO, 1, MARK % "UTF-8. Give --utf8.", None),
-    ("missing input", TABLE, "none.csv out.xml", 1, NO_FILE % "none.csv", None),
-    ("list as input", TABLE, "-c [in.csv] out.xml", 1, NO_FILE % "[in.csv]", None),
-    ("folder as input", TABLE, "-c tmp out.xml", 1, NO_FILE % "tmp", None),
-    ("endless device as input", TABLE, "-c /dev/zero out.xml", 1, NO_FILE % "/dev/zero", None),
+    ("UTF-8 as 8-bit", b"\xef\xbb\xbf" + TABLE, "--encoding 8-bit " + IO, 1, MARK % "UTF-8. Leave out --encoding 8-bit.",
+     None),
+    ("a file that cannot be read", TABLE, "-c /proc/self/mem out.xml", 1,
+     'xls2tki: Could not read "/proc/self/mem": the system reported an error\n', None),
+    ("missing input", TABLE, "none.csv out.xml", 1, NO_FILE % "none.csv" + NO_SUCH_FILE % "none.csv", None),
+    ("list as input", TABLE, "-c [in.csv] out.xml", 1, NO_FILE % "[in.csv]" + NO_SUCH_FILE % "[in.csv]", None),
+    ("folder as input", TABLE, "-c tmp out.xml", 1, NO_FILE % "tmp" + HELP % '"tmp" is a folder.', None),
+    ("endless device as input", TABLE, "-c /dev/zero out.xml", 1, NO_FILE % "/dev/zero" + HELP % '"/dev/zero" is a device or a pipe, not a file.',
+     None),
     ("file of another length than it says", TABLE, "-c /proc/self/status out.xml", 1,
+     'xls2tki: Note: "/proc/self/status" is read with tabs between the cells.\n'
      "xls2tki: Error reading inputfile:\n'/proc/self/status'\n", None),
     ("missing output folder", TABLE, "in.csv none/out.xml", 1,
      'xls2tki: Could not create a file in the folder "none": No such file or directory\n', None),
@@ -170,11 +186,11 @@ CASES = [
     ("a worksheet beside it", BROKEN, "-x -w Whole " + IO, 0, "", b'number="135"'),
     ("damaged worksheet", cut_worksheet(WORKBOOK), "-x " + IO, 1,
      "xls2tki: 'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
-    ("missing workbook", TABLE, "IN.XLSX out.xml", 1, NOT_OPENED % "IN.XLSX", None),
-    ("folder as workbook", TABLE, "-x tmp out.xml", 1, NOT_OPENED % "tmp", None),
-    ("no workbook", TABLE, "-x " + IO, 1, NO_WORKBOOK % "in.csv", None),
-    ("worksheet of no workbook", TABLE, "-x -w DTC " + IO, 1, NO_WORKBOOK % "in.csv", None),
-    ("worksheets of no workbook", TABLE, "--list-worksheets in.csv", 1, NO_WORKBOOK % "in.csv", None),
+    ("missing workbook", TABLE, "IN.XLSX out.xml", 1, NOT_OPENED % "IN.XLSX" + NO_SUCH_FILE % "IN.XLSX", None),
+    ("folder as workbook", TABLE, "-x tmp out.xml", 1, NOT_OPENED % "tmp" + HELP % '"tmp" is a folder.', None),
+    ("no workbook", TABLE, "-x " + IO, 1, NO_WORKBOOK % "in.csv" + IS_TEXT, None),
+    ("worksheet of no workbook", TABLE, "-x -w DTC " + IO, 1, NO_WORKBOOK % "in.csv" + IS_TEXT, None),
+    ("worksheets of no workbook", TABLE, "--list-worksheets in.csv", 1, NO_WORKBOOK % "in.csv" + IS_TEXT, None),
     ("table of a workbook", WORKBOOK, "-o " + IO, 0, "", DOCUMENT),
     ("table of another range", change_part(WORKBOOK, "workbook.xml", lambda part: part.replace(
         b"Powertrain!$A$1:$F$13", b"J1939!$A:$E")), "-o " + IO, 0, "", J1939),
@@ -182,8 +198,8 @@ CASES = [
     ("no table of a workbook", name_worksheets("A", "Ä"), "-o " + IO, 1, 'xls2tki: "in.csv": Database error: '
      '[xls2tki][Excel Driver]The workbook has no table "DTC"; it has: A$, Ä$.\n', None),
     ("missing workbook with tables", TABLE, "-o none.xlsx out.xml", 1,
-     DATABASE_ERROR + "'none.xlsx' cannot be opened.\n", None),
-    ("no workbook with tables", TABLE, "-o " + IO, 1, DATABASE_ERROR + "'in.csv' is not a workbook.\n", None),
+     DATABASE_ERROR + "'none.xlsx' cannot be opened.\n" + NO_SUCH_FILE % "none.xlsx", None),
+    ("no workbook with tables", TABLE, "-o " + IO, 1, DATABASE_ERROR + "'in.csv' is not a workbook.\n" + IS_TEXT, None),
     ("encrypted workbook", encrypt(), "-o " + IO, 1,
      DATABASE_ERROR + "'in.csv' is encrypted: a password is needed to open it.\n", None),
     ("damaged table", cut_worksheet(WORKBOOK), "-o " + IO, 1,
@@ -220,6 +236,91 @@ def test_tables():
                 check_document(name, part, Path("out.xml").read_bytes())
 
 
+COMMAS, TABS, PIPES = (f"with {name} between the cells" for name in ("commas", "tabs", "pipes"))
+UMLAUT = "P0123;\u00fc\n"
+# The name of the table, the table, how the note says it is read, and options that say the same.
+READINGS = [
+    ("a.csv", "DTC;a,b|c\td\nP0123;x\n", None, "-s ;"),
+    ("a.csv", "DTC,a|b\tc\nP0123\tx\n", TABS, "-s tab"),
+    ("a.csv", "DTC|a,b\nP0123|x,y\n", COMMAS, "-s comma"),
+    ("a.csv", "DTC|a\nP0123|x;y\n", PIPES, "-s pipe"),
+    ("a.csv", '"DTC;a",b\nP0123,x\n', COMMAS, "-s comma"),
+    ("a.csv", '"D""\n;TC"\r\n,a;b\n', None, "-s ;"),
+    ("a.csv", 'DTC,"a;b"\nP0123,"x;y"\n', None, "-s ;"),  # only the first quote of a cell counts
+    ("a.csv", "DTC,a" + "x" * (1 << 20) + "\nP0123,x\n", None, "-s ;"),
+    ("a.TSV", "DTC\ta;b\nP0123\tx\n", TABS, "-s tab"),
+    ("a.tsv", "DTC;a\nP0123;x\n", None, "-s ;"),
+    ("a.csv", "DTC;a\n" + UMLAUT, "as UTF-8", "-u"),
+    ("a.csv", "DTC,\U0010ffff\ud7ff\ue000\u0800\n", "as UTF-8, " + COMMAS, "-u -s comma"),
+    ("a.csv", "\ufeff\"DTC\",a\nP0123,x\n", "as UTF-8, " + COMMAS, "-u -s comma"),
+    ("a.csv", "DTC\ta\r\nP0123\t\u4e2d\r\n".encode("utf-16"), "as UTF-16, " + TABS, "-u -s tab"),
+    *[("a.csv", "DTC;" + "a" * (65523 + size) + "\n" + UMLAUT, "as UTF-8", "-u") for size in range(3)],
+    *[("a.csv", ("DTC;a\n" + UMLAUT).encode() + wrong, None, "--encoding 8-bit") for wrong in
+      (b"1;\xfc\n", b"1;\xc3", b"1;\xc0\x80\n", b"1;\xe0\x9f\x80\n", b"1;\xed\xa0\x80\n", b"1;\xf4\x90\x80\x80\n", b"\x80;\n")],
+]
+
+
+def test_readings():
+    for name, table, reading, options in READINGS:
+        with folder(TABLE) as environment:
+            Path(name).write_bytes(table if isinstance(table, bytes) else table.encode())
+            found, told = (run(arguments.replace("in.csv", name), environment) for arguments in (IO, f"{options} in.csv told.xml"))
+            outcome = Path("out.xml").read_bytes() if found.returncode == 0 else None
+            check(options, Path("told.xml").read_bytes() if told.returncode == 0 else None, outcome)
+            note = f'xls2tki: Note: "{name}" is read {reading}.\n' if reading else ""
+            check(options, True, found.stderr.decode().startswith(note or "xls2tki: The Header") or not found.stderr and not note)
+
+
+def zipped(name, content=b""):
+    archive = io.BytesIO()
+    with zipfile.ZipFile(archive, "w") as whole:
+        whole.writestr(name, content)
+    return archive.getvalue()
+
+
+OLDER = (b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(30, b"\0") + b"\x09".ljust(18, b"\0") + b"\1").ljust(1024, b"\0") + "Workbook\0".encode("utf-16-le")
+OPEN_DOCUMENT = zipped("mimetype", "application/vnd.oasis.opendocument.spreadsheet")
+PAGE = b"\xef\xbb\xbf \r\n<HTML><table>"
+# A file that is not what its name says, and the hint; None where there is nothing to say.
+FORMATS = [
+    ("in.csv", WORKBOOK, '"in.csv" is a workbook. Give --excel.'),
+    ("in.dat", WORKBOOK, '"in.dat" is a workbook. Give --excel.'),
+    ("-", WORKBOOK, "Standard input is a workbook. Save it as a file, for --excel."),
+    ("in.csv", OLDER, '"in.csv" is a workbook of the older kind (.xls). Save it as .xlsx.'),
+    ("in.ods", OPEN_DOCUMENT, '"in.ods" is an OpenDocument spreadsheet (.ods). Save it as .xlsx.'),
+    ("in.txt", zipped("xl/workbook.bin"), '"in.txt" is a binary workbook (.xlsb). Save it as .xlsx.'),
+    ("in.numbers", zipped("Index/Document.iwa"), '"in.numbers" is a document of Numbers or one of its sister programs. '
+     "Export the table as .xlsx."),
+    ("in.csv", zipped("word/document.xml"), None),
+    ("in.xls", PAGE, '"in.xls" is HTML or XML. Open it in a spreadsheet program and save it as .xlsx.'),
+    ("in.xlsx", b"%PDF-1.4, and more\n", '"in.xlsx" is text with separators. Give --csv.'),
+    ("in.xlsx", b"\x7fELF;\0", None),
+    ("in.xlsx", b"no table", None),
+    ("in.xlsx", b"", '"in.xlsx" is empty.'),
+    ("in.xlsx", "DTC\ta\n".encode("utf-16"), '"in.xlsx" is text with separators. Give --csv.'),
+    ("in.txt", WORKBOOK[:1000] + WORKBOOK[:-2000], None),
+]
+
+
+def test_hints_at_formats():
+    for name, content, hint in FORMATS:
+        with folder(TABLE) as environment:
+            Path(name).write_bytes(content)
+            result = run(f"--check {name}", environment, input=content)
+            hints = [line for line in result.stderr.decode().splitlines() if line.startswith("xls2tki: Hint: ")]
+            check(name, [HELP.strip() % hint] if hint else [], hints)
+            check(name, True, result.returncode in (1, 2))
+
+
+def test_no_permission():
+    with folder(TABLE) as environment:
+        os.chmod(".", 0o777)
+        os.chmod("in.csv", 0)
+        user = dict(user=65534, group=65534, extra_groups=[]) if os.geteuid() == 0 else {}
+        said = run("--check in.csv", environment, **user).stderr.decode()
+        check("no permission", NO_FILE % "in.csv" + HELP % '"in.csv" cannot be opened: Permission denied.', said)
+
+
 def test_installed_excels():
     for excel, listing, note, sheet in [("10", (0, NAMES, ""), "", "j1939"),
                                         ("11", (1, b"", NO_LIST), NOT_NAMED, "powertrain"),
@@ -254,23 +355,27 @@ def test_control_characters():
         check("verbose", True, "\nUsing sheet: '%s'\n" % CONTROLS_SHOWN[1] in steps)
 
 
-REPORT = {"input": "in.csv", "output": "out.xml", "kind": "csv", "layout": None, "hexadecimal": None, "sae_codes": None,
+REPORT = {"input": "in.csv", "output": "out.xml", "kind": "csv", "encoding": None, "separator": None, "layout": None, "hexadecimal": None, "sae_codes": None,
           "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "failure": None}
-FACTS = {"layout": "single-number", "hexadecimal": False, "sae_codes": True, "rows": 1, "columns": 3, "item_columns": 1,
+READING = {"encoding": "8-bit", "separator": ";"}
+FACTS = READING | {"layout": "single-number", "hexadecimal": False, "sae_codes": True, "rows": 1, "columns": 3, "item_columns": 1,
          "items": 1, "skipped_columns": []}
 SKIPPING = b"SPN;FMI;Text;;Lamp;;Reaction\n91;0x1A;Stuck;x;;;y\n94;3;Low;;red;;\n"
 # Table, arguments, exit status, what differs from the report above, and the last of the messages.
 REPORTS = [
     (TABLE, IO, 0, FACTS, "Writing to file completed."),
     (TABLE, "--check in.csv", 0, dict(FACTS, output=None), "Writing to file completed."),
-    (TABLE, "--check -c -", 1, {"input": "-", "output": None, "failure": "Empty data given ?!"},
-     "Checking consistency of data ... "),
-    (SKIPPING, IO, 0, {"layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
+    (TABLE, "--check -c -", 1, READING | {"input": "-", "output": None, "failure": "Empty data given ?!"},
+     "Hint: standard input is empty."),
+    (b"DTC\tText\xc3\xbc\nP0001\tx\n", IO, 0, FACTS | {"encoding": "utf-8", "separator": "\t", "columns": 2, "item_columns": 0,
+                                                     "items": 0}, "Writing to file completed."),
+    (SKIPPING, IO, 0, READING | {"layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
                        "item_columns": 1, "items": 1, "skipped_columns": [
                            {"index": 3, "reason": "no header"}, {"index": 5, "reason": "empty"},
                            {"index": 6, "reason": "behind the end"}]}, "Writing to file completed."),
-    (TABLE + b'P"45;x;\n', IO, 1, {"failure": 'Given SAE DTC number P"45 has invalid length, '
-                                   'expected 3, 5, 7 or 9 characters'}, "Checking consistency of data ... done"),
+    (TABLE + b'P"45;x;\n', IO, 1, READING | {"failure": 'Given SAE DTC number P"45 has invalid length, '
+                                   'expected 3, 5, 7 or 9 characters'},
+     'Hint: The code is in cell A3 of "in.csv", in line 3.'),
     (WORKBOOK, "-x -w \u202e\\ " + IO, 1, {"kind": "excel", "failure":
      '"in.csv" has no worksheet "?\\", only:\n  Powertrain\n  J1939\n  Body'}, None),
     (TABLE, b"-w x in.csv \xff/\xc3\xa4", 1, {"output": "\ufffd/\u00e4", "failure":
@@ -307,7 +412,7 @@ def test_many_files():
             Path("-c\n.csv").write_bytes(TABLE)
             command = [COMMAND, "--jobs", jobs, *"-w x --output-dir out -- none.xls".split(), "a b.csv", "b.txt", "-c\n.csv"]
             note = "Note: --worksheet is for --excel only and has no effect here."
-            lines = ["none.xls: failed: 'none.xls' cannot be opened.", f"a b.csv: done: {note}",
+            lines = ["none.xls: failed: 'none.xls' cannot be opened. Hint: There is no file \"none.xls\".", f"a b.csv: done: {note}",
                      f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P", f"-c?.csv: done: {note}"]
             result = subprocess.run(command, env=environment, capture_output=True, text=True,  # as under some daemons:
                                     preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))

@@ -20,6 +20,7 @@
 
 #include "api/xls2tki.h"
 #include "api/xls2tki_c.h"
+#include "cli/report.h"
 #include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
 #include "tests/recording_server.h"
@@ -461,6 +462,28 @@ TEST_F(Command, LeavesTheOutputWholeWhenACallFails) {
         FailEach(*fault, "table.csv", "output", "output", true);
         FailEach(*fault, "-", "-", "printed", false);
     }
+}
+
+// Whose lists take memory when they are destroyed, too.
+TEST_F(Conversions, AreReportedOrThereIsNoMemory) {
+    ASSERT_TRUE(Convert(XLS2TKI_CSV, folder_.Put("table", "DTC;Text;;;x\nP0001;first;x;;x\n")));
+    NCli::KeepMessages();
+    NCli::KeepMessage("One");
+    std::string report;
+    int number = 0;
+    for (bool isReached = true; isReached;) {
+        allocation.Begin(++number, true);
+        try {
+            report = NCli::MakeReport({}, "Two");
+        } catch (const std::bad_alloc&) {
+        }
+        isReached = allocation.End();
+        EXPECT_NE(report.empty(), !isReached);
+    }
+    EXPECT_NE(report.find(R"("reason":"behind the end"}],"messages":["One"],"failure":"Two"})"),
+              std::string::npos)
+        << report;
+    std::printf("%d allocations failed, with all behind them.\n", number - 1);
 }
 
 TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {

@@ -28,6 +28,9 @@ ODBC_DRIVER = LINUX_BUILD / "lib/libxls2tki-odbc.so"
 DRIVER_NAME = "xls2tki Excel Driver (*.xlsx, *.xlsm)"
 TABLE = (EXAMPLES / "powertrain.csv").read_bytes()
 BODY = (EXAMPLES / "base-and-failure-type.xml").read_bytes()
+HELP = "xls2tki: Hint: %s\n"
+NO_SUCH_FILE = HELP % 'There is no file "%s".'
+IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
 LONG = "/".join(["ein langer Name \u4e2d\u6587"] * 16)
 NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data transformation.\n"
 # Arguments, standard input, exit status, standard error, standard output, and what is in out.xml. In what is expected
@@ -37,21 +40,22 @@ CASES = [
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),
     ("--utf8 --vsg Sch\u00e4den \u00e4\u4e2d\U0001f600.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-v in.csv -", b"", 0, "...\nWriting to file completed.\n", DOCUMENT, OLD),
-    ("missing\u00e4.csv out.xml", b"", 1, "xls2tki: Error opening inputfile:\n'missing\u00e4.csv'\n", b"", OLD),
+    ("missing\u00e4.csv out.xml", b"", 1, "xls2tki: Error opening inputfile:\n'missing\u00e4.csv'\n"
+     + NO_SUCH_FILE % "missing\u00e4.csv", b"", OLD),
     ("in.csv NUL", b"", 0, "", b"", OLD),
     ("in.csv missing/out.xml", b"", 1, "xls2tki: Could not create a file in the folder \"missing\": No such file or directory\n",
      b"", OLD),
-    ("-x in.csv out.xml", b"", 1, NO_EXCEL, b"", OLD),
-    ("-o in.csv out.xml", b"", 1, "xls2tki: Note: --excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, "
-     "has one.\nxls2tki: \"in.csv\": No Excel ODBC driver found\n", b"", OLD),
+    ("-x in.csv out.xml", b"", 1, NO_EXCEL + IS_TEXT, b"", OLD),
+    ("-o in.csv out.xml", b"", 1, "xls2tki: \"in.csv\": No Excel ODBC driver found\n" + HELP %
+     "--excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, has one.", b"", OLD),
     ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n",
-     b'{"input":"in.csv","output":"in.csv","kind":"csv","layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
+     b'{"input":"in.csv","output":"in.csv","kind":"csv","encoding":null,"separator":null,"layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
      b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],'
      b'"failure":"The output \\"in.csv\\" is the input itself."}\n', OLD),
     ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
      "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
     ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
-     b"missing.csv: failed: Error opening inputfile: 'missing.csv'\nout.csv: done\n",
+     b"missing.csv: failed: Error opening inputfile: 'missing.csv' Hint: There is no file \"missing.csv\".\nout.csv: done\n",
      DOCUMENT.replace(b"Emission_Related_Trouble_Codes", b"\\&quot;\\").replace(b"COMMON_DIAGNOSTICS", b"a&quot;b\\\\")),
     ("--output-dir o in.csv missing/IN.csv", b"", 2, "xls2tki: \"in.csv\" and \"missing/IN.csv\" would both become \"o\\IN.xml\"."
      + HINT, b"", OLD),
@@ -59,7 +63,8 @@ CASES = [
 ]
 ODBC_CASES = [
     ("-o table.xlsx out.xml", b"", 0, "", b"", DOCUMENT),
-    ("-o in.csv out.xml", b"", 1, "xls2tki: Database error: [xls2tki][Excel Driver]'in.csv' is not a workbook.\n", b"", OLD),
+    ("-o in.csv out.xml", b"", 1, "xls2tki: Database error: [xls2tki][Excel Driver]'in.csv' is not a workbook.\n" + IS_TEXT,
+     b"", OLD),
 ]
 
 OPEN_2000, OPEN, VALUE = "0x2AA", "0x783", "0x56C"
@@ -90,8 +95,10 @@ EXCEL_CASES = [
     ("16", "", CONVERSION, 0, "", b"", DOCUMENT),
     ("16", "", "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
     ("14", "", "\u00e4\u4e2d\U0001f600.xlsx out.xml", 0, "", b"", DOCUMENT),
-    ("12", "", "missing.xlsx out.xml", 1, "xls2tki: Error opening inputfile:\n'...missing.xlsx'\n", b"", OLD),
-    ("14", "", "missing.xlsx out.xml", 1, "xls2tki: '...missing.xlsx' cannot be opened.\n", b"", OLD),
+    ("12", "", "missing.xlsx out.xml", 1, "xls2tki: Error opening inputfile:\n'...missing.xlsx'\n" + NO_SUCH_FILE % "missing.xlsx",
+     b"", OLD),
+    ("14", "", "missing.xlsx out.xml", 1, "xls2tki: '...missing.xlsx' cannot be opened.\n" + NO_SUCH_FILE % "missing.xlsx",
+     b"", OLD),
     ("10", "--fail " + OPEN_2000, CONVERSION, 1, FAILED, b"", OLD),
     ("11", "--fail " + OPEN, CONVERSION, 1, f"xls2tki: {REASON} Please use -o (=ODBC) to convert file to tki.\n", b"", OLD),
     ("14", "--fail " + OPEN, "-v " + CONVERSION, 1, EXPLAINED, b"", OLD),

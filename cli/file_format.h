@@ -1,0 +1,23 @@
+// What a file is by its content, whatever its name says.
+#pragma once
+
+#include <filesystem>
+
+namespace NCli {
+
+enum class FileFormat {
+    Unknown,
+    Empty,
+    Text,            // that nothing below begins like
+    Markup,          // an HTML page, or a spreadsheet in XML
+    Workbook,        // .xlsx, .xlsm
+    OlderWorkbook,   // .xls
+    BinaryWorkbook,  // .xlsb
+    OpenDocument,    // .ods
+    Numbers,         // or another document of the programs it comes with
+};
+
+// Looks at no more than the beginning and the end of the file.
+FileFormat FormatOf(const std::filesystem::path& path);
+
+}  // namespace NCli
