@@ -63,6 +63,7 @@ class Installed:
         assert set(self.complete(bash, "--")) == names
         assert self.complete(bash, "--list-w") == ["--list-worksheets"]
         assert self.complete(bash, "--separator", "") == []
+        assert self.complete(bash, "--encoding", "") == self.complete(bash, "--encoding", "=") == ["utf-8", "8-bit"]
         zsh = (share / "zsh/site-functions/_xls2tki").read_text(encoding="utf-8")
         assert long_names(zsh.replace("[", " [")) >= names
         fish = share / "fish/vendor_completions.d/xls2tki.fish"

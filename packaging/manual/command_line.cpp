@@ -18,7 +18,15 @@ ValueKind KindOfValue(std::string_view word) {
     for (const char* folder : {"DIR", "FOLDER"}) {
         if (word == folder) return ValueKind::Folder;
     }
-    return ValueKind::Text;
+    return word.find('|') == std::string_view::npos ? ValueKind::Text : ValueKind::Choice;
+}
+
+// "a|b" is a choice.
+std::vector<std::string> ChoicesOf(const std::string& word) {
+    std::istringstream words(word);
+    std::vector<std::string> choices;
+    for (std::string choice; std::getline(words, choice, '|');) choices.push_back(choice);
+    return choices;
 }
 
 Option DescribeOption(const CLI::Option& declared) {
@@ -31,6 +39,7 @@ Option DescribeOption(const CLI::Option& declared) {
         option.value = declared.get_type_name();
     }
     if (!option.value.empty()) option.kind = KindOfValue(option.value);
+    if (option.kind == ValueKind::Choice) option.choices = ChoicesOf(option.value);
     option.isRepeatable = !option.value.empty() && declared.get_items_expected_max() > 1;
     option.help = declared.get_description();
     return option;

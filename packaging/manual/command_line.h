@@ -6,12 +6,13 @@
 
 namespace NManual {
 
-enum class ValueKind { None, Text, File, Folder };
+enum class ValueKind { None, Text, Choice, File, Folder };
 
 struct Option {
     std::vector<std::string> names;  // with their hyphens, short ones first; an operand has none
     std::string value;               // the word that stands for its value
     ValueKind kind = ValueKind::None;
+    std::vector<std::string> choices;  // of which one is the value
     bool isRepeatable = false;
     std::string help;
 };

@@ -39,6 +39,14 @@ void WriteBashCase(const CommandLine& commandLine, ValueKind kind, const char* a
     if (!names.empty()) file << "        " << Join(names, "|") << ") " << action << "; return ;;\n";
 }
 
+void WriteBashChoices(const CommandLine& commandLine, std::ostream& file) {
+    for (const Option& option : commandLine.options) {
+        if (option.kind != ValueKind::Choice) continue;
+        file << "        " << Join(option.names, "|") << ") mapfile -t COMPREPLY < <(compgen -W '"
+             << Join(option.choices, " ") << "' -- \"${word#=}\"); return ;;\n";
+    }
+}
+
 // Between single quotes, within which zsh knows no escapes, and with a backslash before what would end a
 // part.
 std::string ZshText(const std::string& text) {
@@ -54,6 +62,7 @@ void WriteZshValue(const Option& option, std::ostream& file) {
     if (option.kind == ValueKind::None) return;
     file << ':' << ZshText(option.value) << ':';
     if (option.kind == ValueKind::Text) file << ' ';
+    if (option.kind == ValueKind::Choice) file << '(' << Join(option.choices, " ") << ')';
     if (option.kind == ValueKind::File) file << "_files";
     if (option.kind == ValueKind::Folder) file << "_files -/";
 }
@@ -86,6 +95,7 @@ void WriteFishOption(const Option& option, std::ostream& file) {
     }
     if (option.kind == ValueKind::File) file << " -r -F";
     if (option.kind == ValueKind::Text) file << " -x";
+    if (option.kind == ValueKind::Choice) file << " -x -a '" << Join(option.choices, " ") << '\'';
     if (option.kind == ValueKind::Folder) file << " -x -a '(__fish_complete_directories)'";
     file << " -d '" << Escape(option.help, "\\'") << "'\n";
 }
@@ -103,6 +113,7 @@ _xls2tki() {
 void WriteBashCompletion(const CommandLine& commandLine, std::ostream& file) {
     file << kBashBeginning;
     WriteBashCase(commandLine, ValueKind::Text, "compopt +o bashdefault +o default", file);
+    WriteBashChoices(commandLine, file);
     WriteBashCase(commandLine, ValueKind::Folder, "compopt +o bashdefault +o default -o dirnames", file);
     WriteBashCase(commandLine, ValueKind::File, ":", file);
     file << "    esac\n    if [[ $word == -* ]]; then mapfile -t COMPREPLY < <(compgen -W '";
