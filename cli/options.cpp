@@ -49,15 +49,13 @@ class HelpFormatter : public CLI::Formatter {
   public:
     HelpFormatter() { column_width(29); }
 
-    // It fits on one screen, so there are no empty lines.
-    std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode mode) const override {
-        return make_description(app) + make_usage(app, {}) + make_groups(app, mode);
-    }
-    [[nodiscard]] std::string make_group(std::string, bool,
-                                         std::vector<const CLI::Option*> options) const override {
-        std::string lines = "Options:\n";
-        for (const CLI::Option* const option : options) lines += make_option(option, false);
-        return lines;
+    // It fits on one screen, so there are no empty lines; where CLI11 has some depends on its version.
+    std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
+        std::string help = app->get_description() + "\n" + make_usage(app, {}) + "Options:\n";
+        for (const CLI::Option* const option : app->get_options()) {
+            if (option->nonpositional()) help += make_option(option, false);
+        }
+        return help;
     }
     std::string make_usage(const CLI::App*, std::string) const override {
         return "Usage: xls2tki [OPTIONS] INPUT OUTPUT     (- is standard input or output)\n"

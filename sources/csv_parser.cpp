@@ -35,13 +35,13 @@ void* VParserStateInterface::operator new(std::size_t size) {
     return ::operator new(size);
 }
 
-void VParserStateInterface::operator delete(void* state, std::size_t size) noexcept {
+void VParserStateInterface::operator delete(void* state) noexcept {
     for (Place& place : places) {
         if (state != place.bytes) continue;
         place.isTaken = false;
         return;
     }
-    ::operator delete(state, size);
+    ::operator delete(state);
 }
 
 bool VParserStateInterface::EndsCell(char16_t character) {

@@ -29,7 +29,7 @@ class VParserStateInterface {
     virtual const char16_t* HandleRun(const char16_t* first, const char16_t* /*last*/) { return first; }
 
     static void* operator new(std::size_t size);
-    static void operator delete(void* state, std::size_t size) noexcept;
+    static void operator delete(void* state) noexcept;
 
   protected:
     // `heap` receives the cells and is not owned.

@@ -136,7 +136,7 @@ TEST_F(Odbc, ReadsTheTable) {
 // Also where a piece of the value ends with it, as it does before a surrogate pair.
 TEST_F(Odbc, EndsAValueAtItsNul) {
     const NTest::TempFolder folder;
-    for (const std::size_t size : {32'764, 32'765, 32'766, 98'300}) {
+    for (const std::size_t size : {32'764u, 32'765u, 32'766u, 98'300u}) {
         const std::string text = NTest::Repeat("x", size) + "_x0000_" + NTest::Repeat("y", 70'000);
         const std::u16string path =
             NTest::Zip(folder, NTest::Small({{"s.xml", NTest::Sheet("<row><c><v>1</v></c></row><row><c "

@@ -167,7 +167,7 @@ class RecordingExcel::Object : public NPlatform::DispatchObject {
 
   private:
     Variant Answer(NPlatform::DispatchId member, InvokeKind kind, std::span<const Variant> args) {
-        std::vector<Sheet>& sheets = excel_.sheets;
+        std::vector<Sheet>& all = excel_.sheets;
         const auto object = [this](const char* name, std::vector<std::size_t> place = {}) {
             return Variant::Object(excel_.Make(name, std::move(place)));
         };
@@ -180,23 +180,23 @@ class RecordingExcel::Object : public NPlatform::DispatchObject {
             case 0x1EE:
                 return object("Worksheets");
             case 0x76:
-                return Variant::Int32(static_cast<std::int32_t>(sheets.size()));
+                return Variant::Int32(static_cast<std::int32_t>(all.size()));
             case 0xAA:
                 return object("Worksheet", {static_cast<std::size_t>(args[0].AsInteger()) - 1});
             case 0xB5:
                 if (name_ == "Workbooks") return object("Workbook");
-                sheets.push_back({u"New", {}});
-                return object("Worksheet", {sheets.size() - 1});
+                all.push_back({u"New", {}});
+                return object("Worksheet", {all.size() - 1});
             case 0x6E:
-                if (kind == InvokeKind::PropertyGet) return Variant::String(sheets.at(place_[0]).name);
-                sheets.at(place_[0]).name = args[0].AsString();
+                if (kind == InvokeKind::PropertyGet) return Variant::String(all.at(place_[0]).name);
+                all.at(place_[0]).name = args[0].AsString();
                 break;
             case 0xC5:
                 return object("Range", Place(Utf8(args[0].AsString()), Utf8(args[1].AsString())));
             case 0x56C:
                 return kind == InvokeKind::PropertyGet ? Value() : Variant();
             case 0x75:
-                sheets.erase(sheets.begin() + static_cast<std::ptrdiff_t>(place_[0]));
+                all.erase(all.begin() + static_cast<std::ptrdiff_t>(place_[0]));
                 break;
             default:
                 break;

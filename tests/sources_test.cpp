@@ -210,8 +210,8 @@ TEST_P(SourceContract, ChecksTheShapeOfItsTable) {
         {"AB/" + longCell + "!",
          u"Row [1] defines 1 columns. Header defines 2\nValues:\n" + std::u16string(1023 - 52, u'c')},
     };
-    for (const auto& [steps, message] : rows) {
-        EXPECT_EQ(MessageOf([&] { Fill(steps)->CheckConsistency(); }), message) << steps;
+    for (const auto& row : rows) {
+        EXPECT_EQ(MessageOf([&] { Fill(row.first)->CheckConsistency(); }), row.second) << row.first;
     }
     std::string manyCells(1'000'000, '.');
     EXPECT_EQ(MessageOf([&] { Fill(manyCells); }), u"");

@@ -164,9 +164,9 @@ TEST_F(WorkbookApplication, RefusesWithASentence) {
         {u"a\tb", nameRule},
         {u"\xD800z", nameRule},
     };
-    for (const auto& [name, reason] : names) {
-        EXPECT_EQ(RefusalOf([&] { Sheet(Variant::Int16(1)).Put(Ids::Worksheet::kName, Text(name)); }),
-                  u"A worksheet cannot be named '" + name + reason);
+    for (const auto& row : names) {
+        EXPECT_EQ(RefusalOf([&] { Sheet(Variant::Int16(1)).Put(Ids::Worksheet::kName, Text(row.first)); }),
+                  u"A worksheet cannot be named '" + row.first + row.second);
     }
     const Dispatch sheet = Sheet(Variant::Int16(1));
     sheet.Put(Ids::Worksheet::kName, Text(u"Übersicht Й"));

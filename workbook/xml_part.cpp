@@ -55,6 +55,15 @@ QualifiedName Split(const char* name) {
     return {{name, prefixSize}, {local, static_cast<std::size_t>(end - local)}};
 }
 
+// Expat 2.9 has new names for these two and warns about the old ones.
+#if XML_MAJOR_VERSION > 2 || XML_MINOR_VERSION >= 9
+std::int64_t ByteIndex(XML_Parser parser) { return XML_GetCurrentByteIndex64(parser); }
+std::uint64_t LineNumber(XML_Parser parser) { return XML_GetCurrentLineNumber64(parser); }
+#else
+std::int64_t ByteIndex(XML_Parser parser) { return XML_GetCurrentByteIndex(parser); }
+std::uint64_t LineNumber(XML_Parser parser) { return XML_GetCurrentLineNumber(parser); }
+#endif
+
 class PartParser {
   public:
     PartParser(Package& package, std::string_view part, XmlNamespace wanted, XmlReader& reader)
@@ -163,12 +172,12 @@ class PartParser {
 
     // How many bytes the parser is done with.
     [[nodiscard]] std::uint64_t Done() const {
-        return static_cast<std::uint64_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(parser_.get())));
+        return static_cast<std::uint64_t>(std::max<std::int64_t>(0, ByteIndex(parser_.get())));
     }
 
     [[nodiscard]] WorkbookError Located(const PartFault& fault) const {
-        const auto line = static_cast<std::int32_t>(std::min<XML_Size>(
-            XML_GetCurrentLineNumber(parser_.get()), std::numeric_limits<std::int32_t>::max()));
+        const auto line = static_cast<std::int32_t>(
+            std::min<std::uint64_t>(LineNumber(parser_.get()), std::numeric_limits<std::int32_t>::max()));
         return package_.LineError(part_, line, fault);
     }
 

@@ -87,7 +87,7 @@ int FailWith(int reason) {
 #define OURS(name) __wrap_##name
 #define SYSTEM(name) __real_##name
 #else
-#define OURS(name) name
+#define OURS(name) __attribute__((visibility("default"))) name
 #define SYSTEM(name) __libc_##name
 #endif
 
