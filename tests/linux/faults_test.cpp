@@ -87,10 +87,11 @@ int FailWith(int reason) {
 #define OURS(name) __wrap_##name
 #define SYSTEM(name) __real_##name
 #else
-#define OURS(name) __attribute__((visibility("default"))) name
+#define OURS(name) name
 #define SYSTEM(name) __libc_##name
 #endif
 
+#pragma GCC visibility push(default)
 extern "C" {
 
 void* SYSTEM(malloc)(std::size_t size);
@@ -109,8 +110,8 @@ void* OURS(realloc)(void* block, std::size_t size) {
     return FailsToAllocate(__builtin_return_address(0)) ? nullptr : SYSTEM(realloc)(block, size);
 }
 
-#define INSTEAD_OF(name, type, parameters)                                                  \
-    __attribute__((visibility("default"))) type InsteadOf_##name parameters __asm__(#name); \
+#define INSTEAD_OF(name, type, parameters)           \
+    type InsteadOf_##name parameters __asm__(#name); \
     type InsteadOf_##name parameters
 
 #define SYSTEMS(name)                                                                               \
@@ -181,6 +182,8 @@ INSTEAD_OF(fclose, int, (std::FILE * file)) {
     const int result = SYSTEMS(fclose)(file);
     return fails ? FailWith(ENOSPC) : result;
 }
+
+#pragma GCC visibility pop
 
 // Of the driver manager, what the library calls.
 #define FAILING(name, parameters, arguments) \
