@@ -52,8 +52,8 @@ std::wstring CommandLineOf(const Options& task) {
         AppendQuoted(line, name + value);
     };
     add(L"--", DecodeUtf8(NameOfKind(task.kind)).text);
-    add(L"--separator=", {task.separator});
-    if (task.utf8) line += L" --utf8";
+    if (task.separator) add(L"--separator=", {*task.separator});
+    if (task.encoding) add(L"--encoding=", DecodeUtf8(NameOfEncoding(*task.encoding)).text);
     if (task.checks) line += L" --check";
     if (task.force) line += L" --force";
     if (task.reports) line += L" --json";
