@@ -38,6 +38,9 @@ const Xls2TkiChar* thrownReason = nullptr;  // null unless the last operation en
 std::vector<WideString> listedNames;
 std::vector<const Xls2TkiChar*> listedTexts;  // of the names
 
+std::vector<WideString> shownHeaders;
+std::vector<const Xls2TkiChar*> shownHeaderTexts;  // of the headers
+
 // Keeps the text of the exception that is being handled.
 void KeepThrownText() {
     try {
@@ -108,6 +111,13 @@ bool Convert(const Xls2TkiConversion& conversion) {
         conversion.utf8, conversion.findings);
 }
 
+void KeepHeaders(const std::vector<std::u16string>& headers) {
+    shownHeaderTexts.clear();
+    shownHeaders.clear();
+    for (const std::u16string& header : headers) shownHeaders.push_back(Wide(header));
+    for (const WideString& header : shownHeaders) shownHeaderTexts.push_back(header.c_str());
+}
+
 }  // namespace
 
 bool xls2tki_init_ole(bool silent) {
@@ -136,6 +146,11 @@ bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names) {
 bool xls2tki_facts(Xls2TkiFacts* facts) {
     const auto& found = NXls2Tki::LastOutcome().facts;
     if (!found || !HasKnownSize(facts, kFirstFactsSize)) return false;
+    try {
+        KeepHeaders(found->itemHeaders);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     const Xls2TkiFacts whole = {.size = facts->size,
                                 .layout = static_cast<std::int32_t>(found->layout),
                                 .hexDigits = found->notation.hexDigits,
@@ -147,7 +162,10 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
                                 .columnsWithoutHeaderCount = found->columnsWithoutHeader.size(),
                                 .itemColumns = found->itemColumns,
                                 .items = found->items,
-                                .written = NXls2Tki::LastOutcome().isWritten};
+                                .written = NXls2Tki::LastOutcome().isWritten,
+                                .itemHeaders = {shownHeaderTexts.data(), shownHeaderTexts.size()},
+                                .smallestNumber = found->smallestNumber,
+                                .largestNumber = found->largestNumber};
     std::memcpy(facts, &whole, whole.size);
     return true;
 }

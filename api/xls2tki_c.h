@@ -104,6 +104,11 @@ typedef struct {
      * known here: a host that needs to be sure flushes the file (fsync, FlushFileBuffers) before it relies on
      * it. */
     bool written;
+    Xls2TkiNames itemHeaders; /* of the item columns, in their order, without white space at their ends */
+    /* Of the DTCs of the document, as unsigned numbers: what it writes as -1 is 0xFFFFFFFF. Both are 0 where
+     * no DTC has a number. */
+    uint32_t smallestNumber;
+    uint32_t largestNumber;
 } Xls2TkiFacts;
 
 /* What a finding means. */
@@ -153,8 +158,9 @@ XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 
 /* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next
- * conversion. False, with `facts` as they were: the conversion failed, there was none, or `facts->size` is
- * refused. The message of the conversion stays. */
+ * conversion, `itemHeaders` until this function is called again. False, with `facts` as they were: the
+ * conversion failed, there was none, `facts->size` is refused, or there is no memory for the headers. The
+ * message of the conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
 /* The findings of the last conversion, if it wanted them, one by one, and the counts of each rule. Those of a

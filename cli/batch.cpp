@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/command.h"
 #include "cli/failure.h"
 #include "cli/files.h"
 #include "cli/process.h"
@@ -23,7 +24,8 @@ namespace {
 struct Outcome {
     bool isKnown = false;
     bool isDone = false;
-    std::string line;  // for standard output
+    bool hasErrors = false;  // the table has, as its findings say
+    std::string line;        // for standard output
 };
 
 // What a process said, without the marks that it was the command.
@@ -47,19 +49,20 @@ std::string MakeLine(const Options& task, const char* end, std::string_view said
 
 // For a task whose process could not say so itself.
 Outcome MakeFailure(const Options& task, std::string_view failure) {
-    return {true, false, task.reports ? MakeReport(task, failure) : MakeLine(task, "failed", failure)};
+    return {true, false, false, task.reports ? MakeReport(task, failure) : MakeLine(task, "failed", failure)};
 }
 
 Outcome OutcomeOf(const Options& task, FinishedProcess& process) {
-    constexpr int kHighestStatus = 2;
+    constexpr int kHighestStatus = 2 | kErrorsFound;
     const bool isReported = !task.reports || process.text.ends_with('\n');
     if (process.status < 0 || process.status > kHighestStatus || !isReported) {
         return MakeFailure(task,
                            "The process ended unexpectedly, with status " + std::to_string(process.status));
     }
-    const bool isDone = process.status == 0;
-    if (task.reports) return {true, isDone, std::move(process.text)};
-    return {true, isDone, MakeLine(task, isDone ? "done" : "failed", process.text)};
+    const bool hasErrors = (process.status & kErrorsFound) != 0;
+    const bool isDone = (process.status & ~kErrorsFound) == 0;
+    if (task.reports) return {true, isDone, hasErrors, std::move(process.text)};
+    return {true, isDone, hasErrors, MakeLine(task, isDone ? "done" : "failed", process.text)};
 }
 
 class Batch {
@@ -69,6 +72,7 @@ class Batch {
     // Returns when all tasks have ended. Throws Failure when an outcome could not be told.
     void Run();
     [[nodiscard]] std::size_t Failures() const;
+    [[nodiscard]] std::size_t FilesWithErrors() const;
 
   private:
     void Start(std::size_t index);
@@ -154,6 +158,12 @@ std::size_t Batch::Failures() const {
     return static_cast<std::size_t>(failed);
 }
 
+std::size_t Batch::FilesWithErrors() const {
+    const auto count = std::count_if(outcomes_.begin(), outcomes_.end(),
+                                     [](const Outcome& outcome) { return outcome.hasErrors; });
+    return static_cast<std::size_t>(count);
+}
+
 void MakeFolder(const std::filesystem::path& folder) {
     std::error_code error;
     if (TypeOf(folder, error) == std::filesystem::file_type::directory) return;
@@ -174,11 +184,12 @@ void PrepareFolder(const CommandLine& line) {
     }
 }
 
-std::string Summarise(const CommandLine& line, std::size_t failed) {
+std::string Summarise(const CommandLine& line, std::size_t failed, std::size_t withErrors) {
     const std::size_t count = line.tasks.size();
     const char* const done = line.outputFolder.empty() ? " in order, " : " converted, ";
     return std::to_string(count) + (count == 1 ? " file: " : " files: ") + std::to_string(count - failed) +
-           done + std::to_string(failed) + " failed.";
+           done + std::to_string(failed) + " failed" +
+           (withErrors > 0 ? ", " + std::to_string(withErrors) + " with errors." : ".");
 }
 
 }  // namespace
@@ -188,7 +199,7 @@ void ConvertAll(const CommandLine& line) {
     Batch batch(line);
     batch.Run();
     const std::size_t failed = batch.Failures();
-    const std::string summary = Summarise(line, failed);
+    const std::string summary = Summarise(line, failed, batch.FilesWithErrors());
     if (failed > 0) throw Failure(summary);
     Tell(summary);
 }

@@ -11,11 +11,14 @@
 
 #include "cli/detection.h"
 #include "cli/failure.h"
+#include "cli/finding_lines.h"
+#include "cli/findings.h"
 #include "cli/hints.h"
 #include "cli/input.h"
 #include "cli/library.h"
 #include "cli/output.h"
 #include "cli/report.h"
+#include "cli/table_line.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -90,6 +93,23 @@ void DoWithHints(const Options& options, const std::filesystem::path& input, Tas
     }
 }
 
+// All that the command prints.
+void Print(const std::string& text, const std::string& name) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && CloseStandardOutput()) return;
+    throw Failure("Could not write the " + name + ": " + SystemText(errno));
+}
+
+// Why a table that converted is refused for its findings; empty where it is not.
+std::string ReasonInFindings(const Options& options) {
+    if (!options.findings || !(options.strict || options.checks)) return {};
+    const FindingTotals totals = CountFindings();
+    const std::string counts = CountedFindings(totals.errors, totals.warnings);
+    if (options.checks) return totals.errors > 0 ? "--check: " + counts + "." : std::string();
+    if (totals.errors > 0) return "--strict: " + counts + ", so nothing was written.";
+    if (xls2tki_findings_complete()) return {};
+    return "--strict: not all of the table was looked at for findings, so nothing was written.";
+}
+
 void ConvertTable(Options& options) {
     RefuseInputAsOutput(options);
     RefuseToReplaceOthers(options);
@@ -100,15 +120,18 @@ void ConvertTable(Options& options) {
     if (!options.checks) output.emplace(options.output);
     const Input input(options.input, options.kind);
     if (options.kind == ImportTypeCSV) ChooseReading(options, input.Path());
-    DoWithHints(options, input.Path(),
-                [&] { RunConversion(options, input.Path(), output ? output->Path() : kNoOutput); });
+    try {
+        DoWithHints(options, input.Path(),
+                    [&] { RunConversion(options, input.Path(), output ? output->Path() : kNoOutput); });
+    } catch (const Failure&) {
+        ShowFindings(options, false);
+        throw;
+    }
+    const std::string reason = ReasonInFindings(options);
+    if (reason.empty() || !options.isOneOfMany) ShowFindings(options, true);
+    if (options.checks && !options.reports && !options.isOneOfMany) Print(DescribeTable(options), "outcome");
+    if (!reason.empty()) throw Failure(reason);
     if (output) output->Publish(FindFacts()->written);
-}
-
-// All that the command prints.
-void Print(const std::string& text, const std::string& name) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && CloseStandardOutput()) return;
-    throw Failure("Could not write the " + name + ": " + SystemText(errno));
 }
 
 }  // namespace
@@ -124,6 +147,8 @@ void ListWorksheets(const Options& options) {
     for (const WideString& name : names) lines += ShownName(name, kWholeName) + "\n";
     Print(lines, "names");
 }
+
+int WithErrorsFound(int status) { return CountFindings().errors > 0 ? status | kErrorsFound : status; }
 
 void Convert(const Options& given) {
     Options options = given;

@@ -9,4 +9,10 @@ namespace NCli {
 void ListWorksheets(const Options& options);
 void Convert(const Options& given);
 
+// In the exit status of one of many files, which is else the command's: the table has an error.
+inline constexpr int kErrorsFound = 4;
+
+// The exit status of one of many files, of what it would be alone.
+int WithErrorsFound(int status);
+
 }  // namespace NCli

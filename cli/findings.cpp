@@ -32,6 +32,12 @@ void ForEachFindingCount(const std::function<void(const FindingCount&)>& use) {
     }
 }
 
+bool HaveBeenLookedFor() {
+    Xls2TkiFindingCount count{};
+    count.size = sizeof count;
+    return xls2tki_finding_count(0, &count);
+}
+
 FindingTotals CountFindings() {
     FindingTotals totals;
     ForEachFindingCount([&totals](const FindingCount& count) {

@@ -37,6 +37,9 @@ void ForEachFinding(const std::function<void(const Finding&)>& use);
 // look for findings or the table was not read.
 void ForEachFindingCount(const std::function<void(const FindingCount&)>& use);
 
+// Whether there may be any: the conversion was to look for findings, and read the table.
+bool HaveBeenLookedFor();
+
 // Of all rules together.
 struct FindingTotals {
     std::size_t errors = 0;

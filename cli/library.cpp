@@ -3,6 +3,7 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "cli/failure.h"
 #include "cli/files.h"
@@ -27,20 +28,41 @@ std::string LibraryMessage() { return EncodeUtf8(GetLoggedMessages()); }
     throw Failure(isNamed ? reason : NameOf(path) + ": " + reason);
 }
 
+std::vector<const Xls2TkiChar*> TextsOf(const WideStringSet& names) {
+    std::vector<const Xls2TkiChar*> texts;
+    for (const WideString& name : names) texts.push_back(name.c_str());
+    return texts;
+}
+
+// Whether the last operation ended with an exception, whose text is the message then.
+bool HasThrown() { return xls2tki_message() != GetLoggedMessages(); }
+
 // The message has the reason when it returns false.
 bool CallConversion(const Options& options, const fs::path& input, const fs::path& output) {
-    try {
-        const fs::path given = options.kind == ImportTypeExcel ? ToExcelPath(input) : input;
-        return Xls2TkiConvert(ToLibraryPath(given).c_str(), options.worksheet.c_str(),
-                              ToLibraryPath(output).c_str(), options.kind, true,
-                              options.separator.value_or(';'), options.vsgNames, options.typeANames, {},
-                              options.variant.c_str(), options.diagnosticInstance.c_str(),
-                              options.encoding.value_or(Encoding::EightBit) != Encoding::EightBit);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& error) {  // from Excel
-        Fail(options.input, error.what());
-    }
+    const WideString given = ToLibraryPath(options.kind == ImportTypeExcel ? ToExcelPath(input) : input);
+    const WideString document = ToLibraryPath(output);
+    const std::vector<const Xls2TkiChar*> vsgNames = TextsOf(options.vsgNames);
+    const std::vector<const Xls2TkiChar*> typeANames = TextsOf(options.typeANames);
+    const Xls2TkiConversion conversion = {
+        .size = sizeof conversion,
+        .inputPath = given.c_str(),
+        .worksheetName = options.worksheet.c_str(),
+        .outputPath = document.c_str(),
+        .importType = options.kind,
+        .separator = options.separator.value_or(';'),
+        .forwardMessages = true,
+        .utf8 = options.encoding.value_or(Encoding::EightBit) != Encoding::EightBit,
+        .vsgNames = {vsgNames.data(), vsgNames.size()},
+        .secondNames = {typeANames.data(), typeANames.size()},
+        .thirdNames = {},
+        .variant = options.variant.c_str(),
+        .diagnosticInstance = options.diagnosticInstance.c_str(),
+        .findings = options.findings};
+    if (xls2tki_convert(&conversion)) return true;
+    if (!HasThrown()) return false;
+    const std::string reason = EncodeUtf8(xls2tki_message());
+    if (reason == "There is not enough memory.") throw std::bad_alloc();
+    Fail(options.input, reason);  // from Excel
 }
 
 [[noreturn]] void FailWithoutWorksheets(const Options& options) {

@@ -7,10 +7,11 @@
 
 using namespace NCli;
 
-static void Run(const std::vector<std::string>& arguments) {
+static void Run(const std::vector<std::string>& arguments, bool& isOneOfMany) {
     CleanUpOnSignals();
     const std::optional<CommandLine> line = ReadCommandLine(arguments);
     if (!line) return;
+    isOneOfMany = !line->isBatch && line->tasks.front().isOneOfMany;
     if (line->isBatch) {
         ConvertAll(*line);
     } else if (line->tasks.front().listsWorksheets) {
@@ -22,5 +23,7 @@ static void Run(const std::vector<std::string>& arguments) {
 
 int main(int count, char** arguments) {
     const StandardStreams streams;
-    return ExitStatusOf([&] { Run(ReadArguments(count, arguments)); });
+    bool isOneOfMany = false;
+    const int status = ExitStatusOf([&] { Run(ReadArguments(count, arguments), isOneOfMany); });
+    return isOneOfMany ? WithErrorsFound(status) : status;
 }

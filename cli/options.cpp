@@ -42,6 +42,9 @@ struct Arguments {
     bool check = false;
     bool force = false;
     bool json = false;
+    bool noFindings = false;
+    bool strict = false;
+    bool oneOfMany = false;
     bool verbose = false;
 };
 
@@ -89,7 +92,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
             ->transform(WithoutMark);
     };
     const auto addFlag = [&app](const char* name, bool& value, const char* help) {
-        app.add_flag(name, value, help)->disable_flag_override();
+        return app.add_flag(name, value, help)->disable_flag_override();
     };
     app.add_option("FILES", arguments.files)->transform(WithoutMark);
     addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
@@ -107,9 +110,12 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
     add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
     add("--jobs", arguments.jobs, "N", "Convert so many at a time (1).");
-    addFlag("--check", arguments.check, "Convert, but write nothing.");
+    addFlag("--check", arguments.check, "Show what the table is, and write nothing.");
+    addFlag("--strict", arguments.strict, "Write no document if a finding is an error.");
+    addFlag("--no-findings", arguments.noFindings, "Do not look for what is wrong with the table.");
     addFlag("--force", arguments.force, "Replace also what is no import document.");
     addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
+    addFlag("--one-of-many", arguments.oneOfMany, "")->group("");  // from the command to its processes
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
     app.set_help_flag("--help", "Print this help.");
@@ -216,12 +222,17 @@ void SetInput(Options& options, const Arguments& arguments, const std::string& f
 
 // All but the files.
 Options CheckSettings(const Arguments& arguments) {
+    if (arguments.strict && arguments.noFindings)
+        RefuseUsage("--strict and --no-findings exclude each other.");
     Options options;
     options.separator = ReadSeparator(arguments.separator);
     options.encoding = ReadEncoding(arguments.utf8, arguments.encoding);
     options.checks = arguments.check;
     options.force = arguments.force;
     options.reports = arguments.json;
+    options.findings = !arguments.noFindings;
+    options.strict = arguments.strict;
+    options.isOneOfMany = arguments.oneOfMany;
     options.verbose = arguments.verbose;
     options.worksheet = DecodeArgument("--worksheet", arguments.worksheet);
     options.vsgNames = DecodeNames("--vsg", arguments.vsgNames);
@@ -290,6 +301,7 @@ std::vector<Options> CheckTasks(const Arguments& arguments, const std::filesyste
     for (std::size_t index = 0; index < tasks.size(); ++index) {
         Options& task = tasks[index];
         SetInput(task, arguments, arguments.files[index]);
+        task.isOneOfMany = true;
         if (task.input == kStandardInput) RefuseUsage("Standard input cannot be one of several files.");
         if (task.checks) continue;
         task.output = outputFolder / task.input.stem();

@@ -40,9 +40,12 @@ struct Options {
     std::optional<NXls2Tki::WideChar> separator;  // where there is none, the text shows it
     std::optional<Encoding> encoding;             // the same
     bool verbose = false;
-    bool checks = false;   // nothing is written, so there is no output
-    bool force = false;    // the output may be replaced whatever it is
-    bool reports = false;  // as JSON
+    bool checks = false;       // nothing is written, so there is no output
+    bool force = false;        // the output may be replaced whatever it is
+    bool reports = false;      // as JSON
+    bool findings = true;      // look for what is wrong with the table, and show it
+    bool strict = false;       // no document of a table with an error
+    bool isOneOfMany = false;  // of its findings only the counts are shown
     NXls2Tki::WideString worksheet;
     NXls2Tki::WideStringSet vsgNames;
     NXls2Tki::WideStringSet typeANames;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/files.h"
+#include "cli/findings.h"
 #include "cli/library.h"
 #include "cli/text.h"
 
@@ -20,8 +21,9 @@ using Json = nlohmann::ordered_json;
 
 // In their order.
 constexpr const char* kMembers[] = {
-    "input", "output",  "kind",         "encoding", "separator",       "layout",   "hexadecimal", "sae_codes",
-    "rows",  "columns", "item_columns", "items",    "skipped_columns", "messages", "failure"};
+    "input",           "output",    "kind",     "encoding",       "separator",    "layout",
+    "hexadecimal",     "sae_codes", "rows",     "columns",        "item_columns", "items",
+    "skipped_columns", "messages",  "findings", "finding_counts", "failure"};
 
 // With null for each member. It stays until the process ends: to destroy an object takes memory, and without
 // that the process would end in its midst.
@@ -60,6 +62,25 @@ void AddFacts(Json& report, const Xls2TkiFacts& facts) {
     AddSkippedColumns(report["skipped_columns"], facts);
 }
 
+void AddFindings(Json& report) {
+    Json& counts = report["finding_counts"] = Json::object();
+    ForEachFindingCount([&counts](const FindingCount& count) {
+        if (count.errors + count.warnings == 0) return;
+        Json& ofRule = counts[count.rule];
+        ofRule["errors"] = count.errors;
+        ofRule["warnings"] = count.warnings;
+    });
+    Json& list = report["findings"] = Json::array();
+    ForEachFinding([&list](const Finding& finding) {
+        Json& added = list.emplace_back();
+        added["rule"] = finding.rule;
+        added["severity"] = finding.isError ? "error" : "warning";
+        added["cell"] = finding.cell.empty() ? Json() : Json(finding.cell);
+        added["line"] = finding.line == 0 ? Json() : Json(finding.line);
+        added["text"] = finding.text;
+    });
+}
+
 std::string PathOnCommandLine(const std::filesystem::path& path) {
     return path == kStandardInput ? "-" : ToBytes(path);
 }
@@ -83,6 +104,7 @@ std::string MakeReport(const Options& options, std::string_view failure) {
     if (const auto facts = FindFacts()) AddFacts(report, *facts);
     Json& list = report["messages"] = Json::array();
     for (const std::string& message : messages) list.push_back(message);
+    if (HaveBeenLookedFor()) AddFindings(report);
     if (!failure.empty()) report["failure"] = failure;
     return EscapeControls(report.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
 }

@@ -24,6 +24,8 @@ void KeepMessage(std::string_view message);
 //   skipped_columns   for each its "index", from 0, and the "reason": "no header", "empty" or
 //                     "behind the end"
 //   messages          progress messages, notes and a hint, in their order
+//   findings          for each its "rule", "severity" ("error" or "warning"), "cell" ("A7"), "line" and
+//   "text" finding_counts    for each rule that found something, the numbers of "errors" and "warnings"
 //   failure           the sentence
 std::string MakeReport(const Options& options, std::string_view failure);
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include "document/table_scan.h"
@@ -19,7 +21,11 @@ struct DocumentFacts {
     std::size_t endColumn = 0;
     std::vector<std::size_t> columnsWithoutHeader;  // those before the end, which are skipped, in their order
     std::size_t itemColumns = 0;
-    std::size_t items = 0;  // in all rows
+    std::size_t items = 0;                    // in all rows
+    std::vector<std::u16string> itemHeaders;  // of the item columns
+    // Of all DTCs, as unsigned numbers; 0 where there are none.
+    std::uint32_t smallestNumber = 0;
+    std::uint32_t largestNumber = 0;
 };
 
 }  // namespace VSimpleXMLCreation

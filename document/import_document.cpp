@@ -1,6 +1,7 @@
 #include "document/import_document.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -130,6 +131,7 @@ void DocumentBuilder::AddHeader(const VTableRow& row) {
         }
     }
     facts_.itemColumns = itemColumns_.size();
+    facts_.smallestNumber = std::numeric_limits<std::uint32_t>::max();
     dtcs_->DropChildren();
     printer_.emplace(root_, *dtcs_);
     RequireFit();
@@ -152,6 +154,7 @@ void DocumentBuilder::AddItemColumn(std::size_t column, std::u16string_view head
     VXmlTag* const model = recordModel_->AddChild(u"RECORDITEM");
     model->SetAttribute(u"itemmappingref", id, true);
     itemColumns_.push_back({column, model});
+    facts_.itemHeaders.emplace_back(header);
 }
 
 void DocumentBuilder::AddDtc(const VTableRow& row) {
@@ -202,7 +205,10 @@ void DocumentBuilder::RefuseRow() const {
 void DocumentBuilder::AddNumber(VXmlTag& dtc, const VTableRow& row) {
     const std::size_t last = NumberColumns(facts_.layout) - 1;
     if (skipped_[last]) return;
-    dtc.SetNumberAttribute(u"number", numbers_->NumberOf(row, skipped_[0]));
+    const std::int32_t number = numbers_->NumberOf(row, skipped_[0]);
+    dtc.SetNumberAttribute(u"number", number);
+    facts_.smallestNumber = std::min(facts_.smallestNumber, static_cast<std::uint32_t>(number));
+    facts_.largestNumber = std::max(facts_.largestNumber, static_cast<std::uint32_t>(number));
 }
 
 }  // namespace
@@ -225,7 +231,9 @@ void BuildImportDocument(VHeapIterator& iterator, NPlatform::TextBuffer& result,
         }
     }
     result = builder.Finish();
-    if (facts != nullptr) *facts = std::move(builder.Facts());
+    if (facts == nullptr) return;
+    *facts = std::move(builder.Facts());
+    facts->smallestNumber = std::min(facts->smallestNumber, facts->largestNumber);
 }
 
 }  // namespace VSimpleXMLCreation

@@ -82,7 +82,7 @@ std::vector<Child> children;
     prctl(PR_SET_PDEATHSIG, SIGTERM);   // where the parent cannot end its children itself
     if (getppid() != parent) _exit(1);  // before the system was told so
     signals.Unblock();
-    _exit(ExitStatusOf([&task] { Convert(task); }));
+    _exit(WithErrorsFound(ExitStatusOf([&task] { Convert(task); })));
 }
 
 // Returns 0, or why there is no new process, as errno has it.

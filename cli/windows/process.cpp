@@ -57,6 +57,9 @@ std::wstring CommandLineOf(const Options& task) {
     if (task.checks) line += L" --check";
     if (task.force) line += L" --force";
     if (task.reports) line += L" --json";
+    if (task.strict) line += L" --strict";
+    if (!task.findings) line += L" --no-findings";
+    line += L" --one-of-many";
     add(L"--worksheet=", task.worksheet);
     for (const std::wstring& name : task.vsgNames) add(L"--vsg=", name);
     for (const std::wstring& name : task.typeANames) add(L"--type-a=", name);

@@ -67,6 +67,7 @@ CommandLine DescribeCommandLine() {
         description.usage = LinesBelowHeading(formatter.make_usage(&app, ""));
         description.examples = LinesBelowHeading(app.get_footer());
         for (const CLI::Option* declared : app.get_options()) {
+            if (declared->nonpositional() && declared->get_group().empty()) continue;  // hidden
             Option option = DescribeOption(*declared);
             (option.names.empty() ? description.operands : description.options).push_back(std::move(option));
         }
