@@ -119,15 +119,22 @@ static void TellFacts(const char* folder) {
     EXPECT(facts.rows == 2 && facts.columns == 8 && facts.endColumn == 6);
     EXPECT(facts.columnsWithoutHeaderCount == 1 && facts.columnsWithoutHeader[0] == 3);
     EXPECT(facts.itemColumns == 2 && facts.items == 3 && !facts.written);
+    EXPECT(facts.smallestNumber == 0x105 && facts.largestNumber == 0x1234);
+    EXPECT(facts.itemHeaders.count == 2 && facts.itemHeaders.texts[1][0] == 'J' &&
+           facts.itemHeaders.texts[1][1] == 0);
 
     EXPECT(FindFacts(folder, "SPN;FMI;T\n", &facts));
-    EXPECT(facts.layout == XLS2TKI_SPN_FMI && facts.rows == 0 && facts.items == 0);
+    EXPECT(facts.layout == XLS2TKI_SPN_FMI && facts.rows == 0 && facts.items == 0 &&
+           facts.itemHeaders.count == 0);
+    EXPECT(facts.smallestNumber == 0 && facts.largestNumber == 0);
     EXPECT(facts.columns == 3 && facts.endColumn == 3 && facts.columnsWithoutHeaderCount == 0);
 
     EXPECT(FindFacts(folder, "DTC;T\nP0123;t\n", &facts));
     EXPECT(facts.layout == XLS2TKI_SINGLE_NUMBER && facts.saeCodes && !facts.hexDigits);
-    facts = (Xls2TkiFacts){.size = offsetof(Xls2TkiFacts, written), .written = true}; /* as first released */
-    EXPECT(xls2tki_facts(&facts) && facts.rows == 1 && facts.items == 0 && facts.written);
+    facts = (Xls2TkiFacts){
+        .size = offsetof(Xls2TkiFacts, written), .written = true, .largestNumber = 7}; /* as first released */
+    EXPECT(xls2tki_facts(&facts) && facts.rows == 1 && facts.items == 0 && facts.written &&
+           facts.largestNumber == 7);
     facts.size = sizeof facts + 1;
     EXPECT(!xls2tki_facts(&facts));
     facts.size = 1;

@@ -46,6 +46,8 @@ NO_DRIVER = ('xls2tki: "in.csv": No Excel ODBC driver found\n'
 READ = 'xls2tki: Note: "in.csv" is read %s.\n'
 HELP = "xls2tki: Hint: %s\n"
 NO_SUCH_FILE = HELP % 'There is no file "%s".'
+NO_CODE = ('in.csv: A%s: error: "%s" is not an SAE code; there is no document. An SAE code is P, C, B or U and 2, 4, 6 or 8 '
+           "hexadecimal digits, the first of them 0 to 3. [number-unreadable]\n1 error\n")
 IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
 DATABASE_ERROR = "xls2tki: Database error: [xls2tki][Excel Driver]"
 
@@ -90,7 +92,7 @@ IO = "in.csv out.xml"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
 CASES = [
     ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n" + HELP % '"in.csv" is empty.', None),
-    ("unfinished header", b'"' + TABLE, IO, 1, "xls2tki: Empty data given ?!\n" + HELP % 'The first row of "in.csv" does not '
+    ("unfinished header", b'"' + TABLE, "--no-findings " + IO, 1, "xls2tki: Empty data given ?!\n" + HELP % 'The first row of "in.csv" does not '
      "end: no double quote closes a cell that begins with one.", None),
     ("one column", b"DTC\nP0123\n", IO, 1, ONE_COLUMN % "Z2S1", None),
     ("another separator", TABLE, "-s tab " + IO, 1, ONE_COLUMN % "Z2S1" + HELP %
@@ -99,19 +101,21 @@ CASES = [
      "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nStuck\n", None),
     ("text behind a closing quote", HEAD + b'P0123;"Stuck"!;red\n', IO, 1,
      "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n", None),
-    ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, "", b"<DTCS/>"),
+    ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, 'in.csv: B2 (line 2): error: The double quote with which this '
+     'cell begins is not closed: "Stuck;red<U+000A>". Its row and all behind it, 1 line, are left out. Close it, or remove it. '
+     "[row-lost]\n1 error in 0 rows\n", b"<DTCS/>"),
     ("SAE code beyond the range", HEAD + b"PFFFF;Stuck;red\n", IO, 1,
-     "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n"
+     NO_CODE % ("2 (line 2)", "PFFFF") + "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n"
      + HELP % 'The code is in cell A2 of "in.csv", in line 2.', None),
     ("SAE code of another length", b"DTC,\"a\nb\"\r\n\"P0123\",x\r\nP01x ,y\r\n", IO, 1, READ % "with commas between the cells"
-     + "xls2tki: Given SAE DTC number P01x has invalid length, expected 3, 5, 7 or 9 characters\n"
+     + NO_CODE % ("3 (line 4)", "P01x ") + "xls2tki: Given SAE DTC number P01x has invalid length, expected 3, 5, 7 or 9 characters\n"
      + HELP % 'The code is in cell A3 of "in.csv", in line 4.', None),
     ("a line of 100 MB", b"x" * 100_000_000, IO, 1, ONE_COLUMN % "Z1S1", None),
     ("a document that is too large", HEAD + b"P0123;" + b"&" * 144_000_000 + b";red\n", IO, 1,
      "xls2tki: The import document is too large, at most 715827882 characters can be written. "
      "Row [1] does not fit.\n", None),
-    ("every byte", HEAD + EVERY_BYTE, IO, 0, "", "\x7f\x80".encode()),
-    ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "-u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
+    ("every byte", HEAD + EVERY_BYTE, "--no-findings " + IO, 0, "", "\x7f\x80".encode()),
+    ("bytes that are not UTF-8", HEAD + EVERY_BYTE, "--no-findings -u " + IO, 0, "", "\x7f\ufffd\ufffd".encode()),
     ("UTF-16", UTF16, "-u " + IO, 0, "", b"<ERRORTEXT>Stuck<"),
     ("no names", TABLE, "--variant= --diag-instance= " + IO, 0, "", b"<SERVICEMAPPING/>"),
     ("UTF-16 as 8-bit", UTF16, "--encoding 8-bit " + IO, 1, MARK % "UTF-16. Leave out --encoding 8-bit.", None),
@@ -139,7 +143,8 @@ CASES = [
     ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, None),
     ("three files", TABLE, "in.csv out.xml b", 2, "xls2tki: More than two files need --output-dir or --check." + HINT,
      None),
-    ("check", TABLE, "--check in.csv", 0, "", None),
+    ("strict without findings", TABLE, "--strict --no-findings " + IO, 2,
+     "xls2tki: --strict and --no-findings exclude each other." + HINT, None),
     ("check of a wrong table", b"DTC\n", "--check in.csv", 1, ONE_COLUMN % "Z1S1", None),
     ("check without a table", TABLE, "--check", 2, "xls2tki: INPUT is needed." + HINT, None),
     ("check of an output", TABLE, "--check in.csv out.xml", 2, 'xls2tki: The kind of "out.xml" is not known by its '
@@ -206,7 +211,8 @@ CASES = [
      DATABASE_ERROR + "'in.csv' is damaged: part 'xl/worksheets/sheet1.xml', line 1: unclosed token.\n", None),
     ("worksheet of a CSV text", TABLE, "-w DTC " + IO, 0,
      "xls2tki: Note: --worksheet is for --excel only and has no effect here.\n", b">Stuck<"),
-    ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0, "",
+    ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0,
+     'in.csv: warning: No item column has the header "c", so none gets the type A by it. [item-header]\n1 warning in 1 row\n',
      b'"_1" type="A" >[a,b]</ITEMMAPPING>\r\n<ITEMMAPPING id="_2" type="VSG" >{}<'),
     ("service mapping", TABLE, "--variant \U0001f600 --diag-instance \u00fc " + IO, 0, "",
      'diaginstance="\u00fc" variant="\U0001f600"'.encode()),
@@ -268,7 +274,8 @@ def test_readings():
             outcome = Path("out.xml").read_bytes() if found.returncode == 0 else None
             check(options, Path("told.xml").read_bytes() if told.returncode == 0 else None, outcome)
             note = f'xls2tki: Note: "{name}" is read {reading}.\n' if reading else ""
-            check(options, True, found.stderr.decode().startswith(note or "xls2tki: The Header") or not found.stderr and not note)
+            said = found.stderr.decode()
+            check(options, True, said.startswith(note) if note else "xls2tki: Note:" not in said)
 
 
 def zipped(name, content=b""):
@@ -356,24 +363,33 @@ def test_control_characters():
 
 
 REPORT = {"input": "in.csv", "output": "out.xml", "kind": "csv", "encoding": None, "separator": None, "layout": None, "hexadecimal": None, "sae_codes": None,
-          "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "failure": None}
-READING = {"encoding": "8-bit", "separator": ";"}
+          "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "findings": None,
+          "finding_counts": None, "failure": None}
+READING = {"encoding": "8-bit", "separator": ";", "findings": [], "finding_counts": {}}
 FACTS = READING | {"layout": "single-number", "hexadecimal": False, "sae_codes": True, "rows": 1, "columns": 3, "item_columns": 1,
          "items": 1, "skipped_columns": []}
-SKIPPING = b"SPN;FMI;Text;;Lamp;;Reaction\n91;0x1A;Stuck;x;;;y\n94;3;Low;;red;;\n"
+SKIPPING = b"SPN;FMI;Text;;Lamp;;Reaction\n91;26;Stuck;x;;;y\n94;3;Low;;red;;\n"
 # Table, arguments, exit status, what differs from the report above, and the last of the messages.
 REPORTS = [
     (TABLE, IO, 0, FACTS, "Writing to file completed."),
     (TABLE, "--check in.csv", 0, dict(FACTS, output=None), "Writing to file completed."),
+    (TABLE, "--no-findings " + IO, 0, FACTS | {"findings": None, "finding_counts": None}, "Writing to file completed."),
+    (TABLE + b";Stuck;red\n", "--strict --type-a x " + IO, 1, FACTS | {"rows": 2, "items": 2, "findings": [
+        {"rule": "number-empty", "severity": "error", "cell": "A3", "line": 3, "text":
+         '"" is no number; the document has 0. Fill it in.'},
+        {"rule": "item-header", "severity": "warning", "cell": None, "line": None, "text":
+         'No item column has the header "x", so none gets the type A by it.'}],
+        "finding_counts": {"number-empty": {"errors": 1, "warnings": 0}, "item-header": {"errors": 0, "warnings": 1}},
+        "failure": "--strict: 1 error, 1 warning, so nothing was written."}, "Writing to file completed."),
     (TABLE, "--check -c -", 1, READING | {"input": "-", "output": None, "failure": "Empty data given ?!"},
      "Hint: standard input is empty."),
     (b"DTC\tText\xc3\xbc\nP0001\tx\n", IO, 0, FACTS | {"encoding": "utf-8", "separator": "\t", "columns": 2, "item_columns": 0,
                                                      "items": 0}, "Writing to file completed."),
-    (SKIPPING, IO, 0, READING | {"layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
+    (SKIPPING, "--no-findings " + IO, 0, READING | {"findings": None, "finding_counts": None, "layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
                        "item_columns": 1, "items": 1, "skipped_columns": [
                            {"index": 3, "reason": "no header"}, {"index": 5, "reason": "empty"},
                            {"index": 6, "reason": "behind the end"}]}, "Writing to file completed."),
-    (TABLE + b'P"45;x;\n', IO, 1, READING | {"failure": 'Given SAE DTC number P"45 has invalid length, '
+    (TABLE + b'P"45;x;\n', "--no-findings " + IO, 1, READING | {"findings": None, "finding_counts": None, "failure": 'Given SAE DTC number P"45 has invalid length, '
                                    'expected 3, 5, 7 or 9 characters'},
      'Hint: The code is in cell A3 of "in.csv", in line 3.'),
     (WORKBOOK, "-x -w \u202e\\ " + IO, 1, {"kind": "excel", "failure":
@@ -402,6 +418,57 @@ def test_reports():
         result = subprocess.run([COMMAND, "--json", "in.csv", "out.xml"], stdout=full, stderr=subprocess.PIPE)
         check("report to nowhere", (1, b"xls2tki: Could not write the outcome: No space left on device\n"),
               (result.returncode, result.stderr))
+
+
+EMPTY = 'in.csv: A%s (line %s): error: "" is no number; the document has 0. Fill it in. [number-empty]\n'
+MANY_EMPTY = "".join(EMPTY % (row, row + 1) for row in (2, 3, 4)) + "in.csv: error: The same in %s. [number-empty]\n"
+MULTI_HEAD = b'DTC;"Te\nxt";Lamp\n'
+# Table, arguments, exit status, standard error, standard output, and whether there is a new document.
+FINDINGS = [
+    (TABLE, "--check in.csv", 0, "", "in.csv: 1 DTC, SAE codes, 0x0123 to 0x0123, 1 item: Lamp\n", False),
+    (TABLE, "--strict " + IO, 0, "", "", True),
+    (MULTI_HEAD + b";t;r\n" * 4, IO, 0, "".join(EMPTY % (row, row + 1) for row in (2, 3, 4, 5)) + "4 errors in 4 rows\n", "", True),
+    (MULTI_HEAD + b";t;r\n" * 5, IO, 0, MANY_EMPTY % "A5 and A6" + "5 errors in 5 rows\n", "", True),
+    (MULTI_HEAD + b";t;r\n" * 5000, "--strict " + IO, 1, MANY_EMPTY % (", ".join(f"A{row}" for row in range(5, 17)) + " and 4985 more")
+     + "5000 errors in 5000 rows\nxls2tki: --strict: 5000 errors, so nothing was written.\n", "", False),
+    (TABLE + b";t;r\n", "-c --check -", 1, EMPTY.replace("in.csv", "standard input") % (3, 3)
+     + "1 error in 2 rows\nxls2tki: --check: 1 error.\n",
+     "standard input: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
+    (TABLE + b";t;r\n", "--check --no-findings in.csv", 0, "", "in.csv: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
+    (b"SPN;FMI;Text;\x1b[1m\x9b\n", "--check in.csv", 1, 'in.csv: D1 (line 1): error: "<U+001B>[1m<U+009B>" has the '
+     "character U+001B, with which no XML reader takes the document. Remove it. [text-not-xml]\n1 error in 0 rows\n"
+     "xls2tki: --check: 1 error.\n", "in.csv: 0 DTCs, 1 item: ?[1m?\n", False),
+    (b"DTC;Text" + b"".join(b";h%d" % number for number in range(22)) + b"\n0xFFFFFFFF;t" + b";" * 22 + b"\n1;t" + b";" * 22 + b"\n",
+     "--check in.csv", 0, "", "in.csv: 2 DTCs, hexadecimal numbers, 0x0001 to 0xFFFFFFFF, 22 items: "
+     + ", ".join(f"h{number}" for number in range(20)) + " and 2 more\n", False),
+    (b"BaseDTC;FTB;Text\nP0123;t\n", "--strict " + IO, 1,
+     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nt\n", "", False),
+]
+
+
+def test_findings():
+    for table, arguments, status, said, printed, is_new in FINDINGS:
+        with folder(table) as environment:
+            result = run(arguments, environment, input=table)
+            check(arguments, (status, said, printed), (result.returncode, result.stderr.decode(), result.stdout.decode()))
+            check(arguments, (is_new, BEFORE), (Path("out.xml").read_bytes() != OLD, files()))
+
+
+def test_findings_of_many_files():
+    for options, end, status in [("--output-dir out", "done: 1 error", 0), ("--check", "failed: --check: 1 error.", 1),
+                                 ("--strict --output-dir out", "failed: --strict: 1 error, so nothing was written.", 1)]:
+        with folder(TABLE + b";t;r\n") as environment:
+            Path("b.csv").write_bytes(TABLE)
+            Path("c.csv").write_bytes(HEAD + b"P4123;t;r\nP0123;t;r\n")
+            for last, summary in ("b.csv", (2, 1)), ("c.csv", (2, 2)):
+                result = run(f"{options} in.csv {last}", environment)
+                lines = result.stdout.decode().splitlines()
+                check(options, f"in.csv: {end}", lines[0])
+                check(options, "b.csv: done" if last == "b.csv" else "c.csv: failed: 1 error. Given SAE DTC 'P4123'", lines[1][:45])
+                check(options, (status if last == "b.csv" else 1, f"{summary[1]} with errors."),
+                      (result.returncode, result.stderr.decode().strip().split(", ")[-1]))
+            reports = [json.loads(line) for line in run(f"{options} --json --force in.csv b.csv", environment).stdout.splitlines()]
+            check(options, [1, 0], [len(report["findings"]) for report in reports])
 
 
 def test_many_files():
@@ -614,7 +681,7 @@ def test_signals_at_any_time():
         document = Path("out.xml").read_bytes()
         for part in range(20):
             Path("out.xml").write_bytes(OLD)
-            command = subprocess.Popen([COMMAND, *IO.split()], env=environment)
+            command = subprocess.Popen([COMMAND, *IO.split()], env=environment, stderr=subprocess.DEVNULL)
             time.sleep(duration * part / 20)
             command.terminate()
             is_done = command.wait() == 0
@@ -627,7 +694,7 @@ def test_what_it_shows():
         result = run("--help", environment)
         lines = result.stdout.splitlines()
         check("help", (0, b"", True, True),
-              (result.returncode, result.stderr, len(lines) <= 24, max(map(len, lines)) <= 80))
+              (result.returncode, result.stderr, len(lines) <= 30, max(map(len, lines)) <= 80))
         result = run("--version", environment)
         check("version", (0, b"xls2tki "), (result.returncode, result.stdout[:8]))
         steps = run("-v in.csv out.xml", environment).stderr.decode().splitlines()
