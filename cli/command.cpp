@@ -18,6 +18,7 @@
 #include "cli/library.h"
 #include "cli/output.h"
 #include "cli/report.h"
+#include "cli/sarif.h"
 #include "cli/table_line.h"
 #include "cli/text.h"
 
@@ -129,9 +130,29 @@ void ConvertTable(Options& options) {
     }
     const std::string reason = ReasonInFindings(options);
     if (reason.empty() || !options.isOneOfMany) ShowFindings(options, true);
-    if (options.checks && !options.reports && !options.isOneOfMany) Print(DescribeTable(options), "outcome");
+    const bool isDescribed = !options.reports && !options.isOneOfMany && options.sarif != kStandardOutput;
+    if (options.checks && isDescribed) Print(DescribeTable(options), "outcome");
     if (!reason.empty()) throw Failure(reason);
     if (output) output->Publish(FindFacts()->written);
+}
+
+// Findings are wanted most where there is no document for them.
+void ConvertWithFindings(Options& options) {
+    if (options.sarif.empty()) return ConvertTable(options);
+    SarifFile sarif(options.sarif);
+    try {
+        ConvertTable(options);
+    } catch (const WrongUsage&) {
+        throw;
+    } catch (const std::exception& error) {
+        try {
+            sarif.Write(options, SentenceOf(error));
+        } catch (const std::exception& other) {
+            Tell(SentenceOf(other));
+        }
+        throw;
+    }
+    sarif.Write(options, {});
 }
 
 }  // namespace
@@ -152,10 +173,10 @@ int WithErrorsFound(int status) { return CountFindings().errors > 0 ? status | k
 
 void Convert(const Options& given) {
     Options options = given;
-    if (!options.reports) return ConvertTable(options);
+    if (!options.reports) return ConvertWithFindings(options);
     KeepMessages();
     try {
-        ConvertTable(options);
+        ConvertWithFindings(options);
     } catch (const std::exception& error) {
         if (const std::string_view hint = HintOf(error); !hint.empty()) KeepMessage(hint);
         Print(MakeReport(options, SentenceOf(error)), "outcome");

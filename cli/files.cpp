@@ -45,7 +45,7 @@ struct Slot {
     volatile std::sig_atomic_t isUsed;
     fs::path::value_type path[32768];  // no system takes a longer one
 };
-constinit Slot slots[3]{};
+constinit Slot slots[4]{};
 
 void RemoveFilesAndDie(int number) {
     EndProcesses(number);

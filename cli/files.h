@@ -29,7 +29,7 @@ inline constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::ma
 CopyResult Copy(std::FILE* source, std::FILE* destination, std::uint64_t limit);
 
 // An empty file that nobody else has, removed at the end of its life, or when the user interrupts the
-// command. There may be three at a time.
+// command. There may be four at a time.
 class TemporaryFile {
   public:
     // Creates it in the folder under a hidden name that begins with `name`. Throws Failure.

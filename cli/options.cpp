@@ -45,6 +45,7 @@ struct Arguments {
     bool noFindings = false;
     bool strict = false;
     bool oneOfMany = false;
+    std::optional<std::string> sarif;
     bool verbose = false;
 };
 
@@ -115,6 +116,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     addFlag("--no-findings", arguments.noFindings, "Do not look for what is wrong with the table.");
     addFlag("--force", arguments.force, "Replace also what is no import document.");
     addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
+    add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE, for review tools and editors.");
     addFlag("--one-of-many", arguments.oneOfMany, "")->group("");  // from the command to its processes
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
@@ -206,7 +208,9 @@ VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& 
 
 Options CheckListing(const Arguments& arguments) {
     if (!arguments.files.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
-    if (arguments.check || arguments.json) RefuseUsage("--list-worksheets goes without --check and --json.");
+    if (arguments.check || arguments.json || arguments.sarif) {
+        RefuseUsage("--list-worksheets goes without --check, --json and --sarif.");
+    }
     if (arguments.workbook.empty()) RefuseUsage("--list-worksheets needs a workbook.");
     Options options;
     options.listsWorksheets = true;
@@ -290,6 +294,30 @@ void RefuseLosses(const std::vector<Options>& tasks) {
     }
 }
 
+// A file that is not there yet counts, too; a device can be written to by several.
+bool WouldReplace(const std::filesystem::path& file, const std::filesystem::path& other) {
+    std::error_code ignored;
+    if (std::filesystem::exists(other, ignored)) return IsRegularFile(other) && AreSameFile(file, other);
+    return !other.empty() && PlaceOf(file) == PlaceOf(other);
+}
+
+void SetSarif(Options& options, const std::string& file) {
+    if (file.empty()) RefuseUsage("--sarif needs a file.");
+    if (!options.findings) RefuseUsage("--sarif and --no-findings exclude each other.");
+    options.sarif = file == "-" ? kStandardOutput : ToPath(file);
+    if (options.sarif == kStandardOutput && (options.reports || options.output == kStandardOutput)) {
+        RefuseUsage("What --sarif writes and " +
+                    std::string(options.reports ? "what --json prints" : "the document") +
+                    " cannot both go to standard output.");
+    }
+    for (const std::filesystem::path& other : {options.input, options.output}) {
+        if (!WouldReplace(options.sarif, other)) continue;
+        RefuseUsage("What --sarif writes would take the place of " + NameOf(other) + ".");
+    }
+    const std::string reason = options.force ? std::string() : ReasonToKeepFromSarif(options.sarif);
+    if (!reason.empty()) RefuseUsage(reason);
+}
+
 void RefuseToReplaceOthers(const std::vector<Options>& tasks) {
     for (const Options& task : tasks) {
         if (const std::string reason = ReasonToKeep(task.output); !reason.empty()) RefuseUsage(reason);
@@ -328,8 +356,12 @@ CommandLine CheckConversions(const Arguments& arguments) {
     if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file needs a name.");
     if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is needed.");
     const std::size_t jobs = ReadJobs(arguments.jobs);
+    if (isBatch && arguments.sarif)
+        RefuseUsage("--sarif is for one file; of several, --json has the findings.");
     if (isBatch) return CheckBatch(arguments, jobs);
-    return OneTask(CheckConversion(arguments));
+    Options task = CheckConversion(arguments);
+    if (arguments.sarif) SetSarif(task, *arguments.sarif);
+    return OneTask(task);
 }
 
 // CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument

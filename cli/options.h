@@ -36,6 +36,7 @@ struct Options {
     bool listsWorksheets = false;
     std::filesystem::path input;  // also the workbook whose worksheets are listed
     std::filesystem::path output;
+    std::filesystem::path sarif;  // where the findings go as well; empty where they do not
     NXls2Tki::VImportType kind = NXls2Tki::ImportTypeCSV;
     std::optional<NXls2Tki::WideChar> separator;  // where there is none, the text shows it
     std::optional<Encoding> encoding;             // the same

@@ -47,6 +47,14 @@ bool IsBeginningOfDocument(std::string_view text) {
     return Skip(text, "<TAMRISKIMPORT") && text.find_first_of(" \t\r\n/>") == 0;
 }
 
+// Of any tool. JSON of other kinds is something else.
+bool IsBeginningOfSarif(std::string_view text) {
+    Skip(text, "\xEF\xBB\xBF");
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    const bool isNamed = text.find("sarif") != std::string_view::npos;
+    return text.starts_with('{') && (isNamed || text.find("\"runs\"") != std::string_view::npos);
+}
+
 // Asks the system why a file could not be written completely, by writing on and closing it.
 std::string FindReason(TemporaryFile& document) {
     const char bytes[4096] = {};
@@ -56,19 +64,27 @@ std::string FindReason(TemporaryFile& document) {
     return isWritten ? "the system gave no reason" : SystemText(errno);
 }
 
-}  // namespace
-
-std::string ReasonToKeep(const fs::path& output) {
+std::string ReasonToKeep(const fs::path& output, const char* kind, bool (*isOfKind)(std::string_view)) {
     if (output == kStandardOutput || !IsRegularFile(output)) return {};
     const std::string begin = "The output " + NameOf(output) + " exists and ";
     char bytes[4096];
     const File file = OpenFile(output, "rb");
     const std::size_t size = file ? std::fread(bytes, 1, sizeof bytes, file.get()) : 0;
     if (!file || std::ferror(file.get()) != 0) {
-        return begin + "cannot be read to see whether it is an import document: " + SystemText(errno) + ".";
+        return begin + "cannot be read to see whether it is " + kind + ": " + SystemText(errno) + ".";
     }
-    if (size == 0 || IsBeginningOfDocument({bytes, size})) return {};
-    return begin + "is not an import document; give --force to replace it.";
+    if (size == 0 || isOfKind({bytes, size})) return {};
+    return begin + "is not " + kind + "; give --force to replace it.";
+}
+
+}  // namespace
+
+std::string ReasonToKeep(const fs::path& output) {
+    return ReasonToKeep(output, "an import document", IsBeginningOfDocument);
+}
+
+std::string ReasonToKeepFromSarif(const fs::path& output) {
+    return ReasonToKeep(output, "a SARIF file", IsBeginningOfSarif);
 }
 
 Output::Output(const fs::path& path) : path_(path), destination_(path) {

@@ -13,6 +13,9 @@ namespace NCli {
 // something, but no import document. Empty where there is no reason.
 std::string ReasonToKeep(const std::filesystem::path& output);
 
+// The same of findings, which replace a SARIF file alone.
+std::string ReasonToKeepFromSarif(const std::filesystem::path& output);
+
 // The document is first written into a temporary file. When it is complete, the file takes the place of the
 // output; where the output is no regular file but a device or a pipe, the document is copied there.
 class Output {

@@ -176,7 +176,7 @@ std::string EscapeControls(std::string_view json) {
     while (!json.empty()) {
         const Sequence sequence = ReadSequence(json);
         const std::string_view bytes = json.substr(0, std::max<std::size_t>(sequence.length, 1));
-        if (IsControl(sequence.character)) {
+        if (IsControl(sequence.character) && sequence.character != '\n') {
             char escape[7];
             std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(sequence.character));
             escaped += escape;

@@ -45,7 +45,7 @@ std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size
 // Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.
 void Show(std::string_view text, std::FILE* stream);
 
-// JSON of one line with an escape in place of each character above.
+// JSON with an escape in place of each character above but line feeds.
 std::string EscapeControls(std::string_view json);
 
 }  // namespace NCli
