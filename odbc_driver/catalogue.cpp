@@ -63,7 +63,7 @@ std::vector<std::u16string_view> SortedNames(const NWorkbook::TableBook& book) {
 
 std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
     std::vector<Row> rows;
-    const NamePattern pattern(request.table, request.isName);
+    NamePattern pattern(request.table, request.isName);
     for (const std::u16string_view name : SortedNames(book)) {
         if (pattern.Fits(name))
             rows.push_back({kNull, kNull, std::u16string(name), std::u16string(kTableType)});
@@ -108,7 +108,7 @@ std::size_t WorkOf(const TableResult& table) {
     return work;
 }
 
-void DescribeColumns(TableResult& table, const NamePattern& pattern, std::vector<Row>& rows) {
+void DescribeColumns(TableResult& table, NamePattern& pattern, std::vector<Row>& rows) {
     for (std::size_t column = 0; column < table.ColumnCount(); ++column) {
         if (pattern.Fits(table.ColumnName(column))) rows.push_back(DescribeColumn(table, column));
     }
@@ -118,8 +118,7 @@ std::u16string TellLeftOut(std::u16string_view pattern, std::u16string_view tabl
     return NPlatform::Format(400, pattern, {NPlatform::Cut(table, 300)});
 }
 
-std::vector<Row> FindColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
-                             Diagnostics& diagnostics) {
+std::vector<Row> FindColumns(NWorkbook::TableBook& book, ColumnsRequest& request, Diagnostics& diagnostics) {
     std::vector<Row> rows;
     std::vector<std::pair<std::u16string_view, NWorkbook::WorkbookError>> failures;  // of tables
     std::u16string_view firstUnseen;
@@ -164,7 +163,7 @@ std::unique_ptr<Result> ListTables(const NWorkbook::TableBook& book, const Table
     return std::make_unique<RowsResult>(ColumnsOfTables(), std::move(rows));
 }
 
-std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
+std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, ColumnsRequest& request,
                                     Diagnostics& diagnostics) {
     std::vector<Row> rows;
     if (IncludesNameless(request.catalogue) && IncludesNameless(request.schema)) {

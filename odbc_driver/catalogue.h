@@ -32,8 +32,8 @@ struct ColumnsRequest {
 
 // SQLColumns. Reads the tables that match. One that cannot be read is left out, with a record (01000) that
 // names it; so are the last ones where it would take too long to look at all. Throws WorkbookError where
-// nothing is left to list.
-std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, const ColumnsRequest& request,
+// nothing is left to list, and OdbcError where a pattern takes too long.
+std::unique_ptr<Result> ListColumns(NWorkbook::TableBook& book, ColumnsRequest& request,
                                     Diagnostics& diagnostics);
 
 // SQLGetTypeInfo: texts are the only type.

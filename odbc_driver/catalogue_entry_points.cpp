@@ -39,10 +39,10 @@ SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT 
                               SQLSMALLINT tableLength, SQLWCHAR* column, SQLSMALLINT columnLength) {
     return Enter<Statement>(handle, [=](Statement& statement) {
         const bool isName = statement.metadataId == SQL_TRUE;
-        const ColumnsRequest request = {GetOptionalText(catalogue, catalogueLength),
-                                        GetOptionalText(schema, schemaLength),
-                                        NamePattern(GetOptionalText(table, tableLength), isName),
-                                        NamePattern(GetOptionalText(column, columnLength), isName)};
+        ColumnsRequest request = {GetOptionalText(catalogue, catalogueLength),
+                                  GetOptionalText(schema, schemaLength),
+                                  NamePattern(GetOptionalText(table, tableLength), isName),
+                                  NamePattern(GetOptionalText(column, columnLength), isName)};
         statement.Open(ListColumns(statement.Owner().Book(), request, statement.diagnostics));
     });
 }

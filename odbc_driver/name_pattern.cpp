@@ -1,6 +1,7 @@
 #include "odbc_driver/name_pattern.h"
 
 #include "odbc_driver/ascii.h"
+#include "odbc_driver/diagnostics.h"
 
 namespace NOdbcDriver {
 
@@ -18,11 +19,18 @@ bool ElementFits(std::u16string_view element, char16_t unit) {
     return element == u"_" || NWorkbook::WithoutCase(element.back()) == NWorkbook::WithoutCase(unit);
 }
 
-bool PatternFits(std::u16string_view pattern, std::u16string_view name) {
+// Takes each comparison from `stepsLeft`: there are up to |pattern| x |name| of them.
+bool PatternFits(std::u16string_view pattern, std::u16string_view name, std::size_t& stepsLeft) {
     std::u16string_view afterPercent;  // the pattern behind its latest %, and what of the name that % leaves
     std::u16string_view leftByPercent;
     bool hasPercent = false;
     for (;;) {
+        if (stepsLeft == 0) {
+            throw OdbcError(u"HY000",
+                            u"Comparing the pattern with all names takes too long. Use one with fewer "
+                            u"characters after its %.");
+        }
+        --stepsLeft;
         if (pattern.starts_with(u'%')) {
             pattern.remove_prefix(1);
             hasPercent = true;
@@ -46,10 +54,13 @@ bool PatternFits(std::u16string_view pattern, std::u16string_view name) {
 
 }  // namespace
 
-bool NamePattern::Fits(std::u16string_view name) const {
+NamePattern::NamePattern(OptionalText text, bool isName) : text_(text), isName_(isName) {
+    if (text_ && isName_) text_ = text_->substr(0, text_->find_last_not_of(kBlanks) + 1);
+}
+
+bool NamePattern::Fits(std::u16string_view name) {
     if (!text_) return true;
-    if (!isName_) return PatternFits(*text_, name);
-    return EqualsIgnoringCase(text_->substr(0, text_->find_last_not_of(kBlanks) + 1), name);
+    return isName_ ? EqualsIgnoringCase(*text_, name) : PatternFits(*text_, name, stepsLeft_);
 }
 
 }  // namespace NOdbcDriver

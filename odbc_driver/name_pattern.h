@@ -1,6 +1,7 @@
 // Which names an application asks a catalogue call for.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -14,13 +15,15 @@ using OptionalText = std::optional<std::u16string_view>;
 class NamePattern {
   public:
     // `isName`: the text is the name itself, and blanks behind it do not count.
-    NamePattern(OptionalText text, bool isName) : text_(text), isName_(isName) {}
+    NamePattern(OptionalText text, bool isName);
 
-    [[nodiscard]] bool Fits(std::u16string_view name) const;
+    // Throws OdbcError when comparing with all names so far has taken too long, a second or two.
+    [[nodiscard]] bool Fits(std::u16string_view name);
 
   private:
     OptionalText text_;
     bool isName_;
+    std::size_t stepsLeft_ = 200'000'000;
 };
 
 }  // namespace NOdbcDriver

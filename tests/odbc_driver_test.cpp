@@ -120,6 +120,16 @@ TEST(OdbcDriver, FindsNamesByPatterns) {
     }
 }
 
+TEST(OdbcDriver, RefusesPatternsThatTakeTooLong) {
+    const std::u16string text = u"%" + std::u16string(200, u'x') + u"b", name(1000, u'x');
+    NamePattern pattern(text, false);
+    EXPECT_FALSE(pattern.Fits(name));
+    const auto compareWithAll = [&] {
+        for (int count = 0; count < 3000; ++count) static_cast<void>(pattern.Fits(name));
+    };
+    EXPECT_THROW(compareWithAll(), OdbcError);
+}
+
 TEST(OdbcDriver, ReadsNumbers) {
     const auto read = [](std::u16string_view text, SQLSMALLINT type) -> std::string {
         char bytes[9] = "########";
