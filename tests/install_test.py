@@ -88,12 +88,15 @@ class Installed:
         """The hosts in the folder convert and list, and tell why they cannot."""
         self.run(folder / "cpp_host", EXAMPLES / "powertrain.csv", "cpp.xml", **environment)
         check_same(self.work / "cpp.xml", "powertrain.xml")
+        (self.work / "none.xml.new").write_text("the user's")
         for host, *arguments in [("cpp_host", "none.csv", "cpp.xml"),
+                                 ("cpp_host", EXAMPLES / "powertrain.csv", "none.xml"),
                                  ("cpp_host", EXAMPLES / "powertrain.csv", "none/cpp.xml"),
                                  ("c_host", EXAMPLES / "powertrain.xlsx", "none/c.xml")]:
             failed = subprocess.run([folder / host, *arguments], cwd=self.work, capture_output=True,
                                     env=dict(self.environment, **environment), check=False)
             assert failed.returncode == 1 and b"none" in failed.stderr, failed
+        assert (self.work / "none.xml.new").read_text() == "the user's"
         check_same(self.work / "cpp.xml", "powertrain.xml")
         names = self.run(folder / "c_host", EXAMPLES / "powertrain.xlsx", "c.xml", **environment)
         assert names == ["Powertrain", "J1939", "Body"], names
@@ -114,10 +117,21 @@ class Installed:
                  PKG_CONFIG_PATH=str(self.work / "lib/pkgconfig"))
 
     def check_python(self):
+        (self.work / "csv.xml").touch(mode=0o640)
+        (self.work / "csv.xml.new").symlink_to("other")
+        before = {file.name for file in self.work.iterdir()}
         self.run(sys.executable, EXAMPLES / "hosts" / "host.py", EXAMPLES / "powertrain.csv", "csv.xml",
                  EXAMPLES / "powertrain.xlsx", "xlsx.xml", LD_LIBRARY_PATH=str(self.libraries))
         check_same(self.work / "csv.xml", "powertrain.xml")
         check_same(self.work / "xlsx.xml", "powertrain.xml")
+        assert (self.work / "csv.xml").stat().st_mode & 0o777 == 0o640
+        (self.work / "large.csv").write_text("DTC;Text\n" + "P0123;Text\n" * 10_000)
+        failed = subprocess.run(["bash", "-c", 'ulimit -f 100; "$@"', "bash", sys.executable, EXAMPLES / "hosts/host.py",
+                                 "large.csv", "csv.xml"], cwd=self.work, capture_output=True, check=False,
+                                env=dict(self.environment, LD_LIBRARY_PATH=str(self.libraries)))
+        assert failed.returncode == 1 and b"could not be written" in failed.stdout, failed
+        check_same(self.work / "csv.xml", "powertrain.xml")
+        assert {file.name for file in self.work.iterdir()} == before | {"xlsx.xml", "large.csv"}
 
 
 def check_documentation():

@@ -22,7 +22,8 @@ int main(int count, char** arguments) try {
     const auto older = symlink_status(output);
     if (exists(older) && !is_regular_file(older))
         throw std::runtime_error(output.string() + " is not a regular file.");
-    remove(fresh);
+    if (exists(symlink_status(fresh)))
+        throw std::runtime_error(fresh.string() + " exists already: remove it.");
     const WideString from = input.string<WideChar>(), to = fresh.string<WideChar>();
     if (!Xls2TkiConvert(from.c_str(), to.c_str(), ImportTypeCSV, false, ';', true)) {
         throw std::runtime_error(path(GetLoggedMessages()).string());  // a path converts any text

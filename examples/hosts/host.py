@@ -4,12 +4,15 @@
 import ctypes
 import os
 import sys
+import tempfile
 
 library = ctypes.CDLL("xls2tki.dll" if os.name == "nt" else "libxls2tki.so.0")
 library.xls2tki_convert.restype = library.xls2tki_facts.restype = ctypes.c_bool
 library.xls2tki_message.restype = ctypes.POINTER(ctypes.c_uint16)
 
 EXCEL, CSV = 1, 2
+UMASK = os.umask(0o077)  # Python reads it only by setting it
+os.umask(UMASK)
 
 
 class Names(ctypes.Structure):
@@ -43,20 +46,44 @@ def message():
     return bytes((ctypes.c_uint16 * length)(*units[:length])).decode("utf-16-le", "replace")
 
 
-def convert(table, document):
-    """None, or why it could not be done. An older document stays until the new one is complete."""
-    if os.path.lexists(document) and (os.path.islink(document) or not os.path.isfile(document)):
-        return f"{document} is not a regular file."
-    fresh = document + ".new"
+def convert(table, fresh):
+    """None, or why it could not be done."""
     conversion = Conversion(size=ctypes.sizeof(Conversion), input_path=utf16(table), output_path=utf16(fresh),
                             import_type=CSV if table.endswith(".csv") else EXCEL, separator=ord(";"), utf8=True)
     if not library.xls2tki_convert(ctypes.byref(conversion)):
         return message()
     facts = Facts(size=ctypes.sizeof(Facts))
     if not (library.xls2tki_facts(ctypes.byref(facts)) and facts.written):
-        return f"{document} could not be written."
-    os.replace(fresh, document)
+        return "The document could not be written."
     return None
+
+
+def replace(fresh, document):
+    """Gives the new document the older one's permissions, or the usual ones, and then its place."""
+    usual = 0o666 & ~UMASK
+    os.chmod(fresh, os.stat(document).st_mode & 0o777 if os.path.exists(document) else usual)
+    with open(fresh, "rb+") as file:
+        os.fsync(file.fileno())
+    os.replace(fresh, document)
+
+
+def make(table, document):
+    """None, or why it could not be done. An older document stays until the new one is complete."""
+    if os.path.lexists(document) and (os.path.islink(document) or not os.path.isfile(document)):
+        return f"{document} is not a regular file."
+    fresh = None
+    try:
+        number, fresh = tempfile.mkstemp(dir=os.path.dirname(document) or ".")
+        os.close(number)
+        failure = convert(table, fresh)
+        if failure is None:
+            replace(fresh, document)
+        return failure
+    except OSError as error:
+        return f"{document}: {error.strerror}"
+    finally:
+        if fresh is not None and os.path.exists(fresh):
+            os.remove(fresh)
 
 
 if len(sys.argv) < 3 or len(sys.argv) % 2 == 0:
@@ -65,7 +92,7 @@ sys.stdout.reconfigure(errors="backslashreplace")  # for names that are no text
 library.xls2tki_init_ole(True)
 failed = False
 for table, document in zip(sys.argv[1::2], sys.argv[2::2]):
-    failure = convert(table, document)
+    failure = make(table, document)
     print(f"{table}: {failure or 'done'}")
     failed = failed or failure is not None
 sys.exit(failed)
