@@ -91,7 +91,10 @@ TemporaryFile::TemporaryFile(const fs::path& folder, const std::string& name, Re
     : path_(folder / ToPath(UniqueName(name))),
       slot_(TakeSlot(path_.native())),
       file_(CreateNewFile(path_, readers)) {
-    if (file_) return;
+    if (file_) {
+        pathToOpen_ = PathToOpenFile(file_.get(), path_);
+        return;
+    }
     const int error = errno;
     slots[slot_].isUsed = 0;
     throw Failure("Could not create a file in the folder " + NameOf(folder) + ": " + SystemText(error));

@@ -42,6 +42,8 @@ class TemporaryFile {
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+    // For those in this process who open the file by a path.
+    [[nodiscard]] const std::filesystem::path& PathToOpen() const { return pathToOpen_; }
     // To write and to read, open since the file was created: so the system tells it of every failure to write
     // the file, whoever wrote.
     [[nodiscard]] std::FILE* Stream() const { return file_.get(); }
@@ -52,6 +54,7 @@ class TemporaryFile {
     std::filesystem::path path_;
     std::size_t slot_;  // where the handler of signals finds the path
     File file_;
+    std::filesystem::path pathToOpen_;
 };
 
 // What the command printed is complete. False: it could not be written, and errno has the reason. Nothing can

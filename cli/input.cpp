@@ -17,7 +17,7 @@ namespace {
 
 void Store(std::FILE* source, const fs::path& origin, TemporaryFile& copy) {
     CopyResult result = Copy(source, copy.Stream(), kLargestInput);
-    if (result == CopyResult::Done && !copy.Close()) result = CopyResult::NotWritten;
+    if (result == CopyResult::Done && !FinishWriting(copy.Stream())) result = CopyResult::NotWritten;
     const std::string reason = SystemText(errno);
     switch (result) {
         case CopyResult::Done:

@@ -21,7 +21,7 @@ class Input {
     // Throws Failure.
     Input(const std::filesystem::path& path, NXls2Tki::VImportType kind);
 
-    [[nodiscard]] const std::filesystem::path& Path() const { return copy_ ? copy_->Path() : path_; }
+    [[nodiscard]] const std::filesystem::path& Path() const { return copy_ ? copy_->PathToOpen() : path_; }
 
   private:
     std::filesystem::path path_;

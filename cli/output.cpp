@@ -124,7 +124,9 @@ void Output::FindReplaced() {
 
 void Output::Publish(bool isWritten) {
     if (!isWritten) {
-        if (device_) path_ = Path().parent_path();  // the document is there, and not yet on the device
+        // The document is there, and not yet on the device.
+        if (device_) path_ = document_->Path().parent_path();
+        CheckName();
         Refuse(FindReason(*document_));
     }
     if (device_) {
@@ -140,13 +142,21 @@ void Output::CopyToDevice() {
     if (!isCopied || std::fclose(device_.release()) != 0) Refuse(SystemText(errno));
 }
 
+// Where others may write into the folder, the name could be another file's by now.
+void Output::CheckName() const {
+    if (HasName(document_->Stream(), document_->Path())) return;
+    Refuse(errno == 0 ? "its temporary file was replaced" : SystemText(errno));
+}
+
 // What was written may not be on the disk yet, and some file systems find out only now that it does not fit.
 void Output::MoveIntoPlace() {
     std::FILE* const document = document_->Stream();
-    if (!FlushToDisk(document) || !SetRights() || !document_->Close()) Refuse(SystemText(errno));
+    if (!FlushToDisk(document)) Refuse(SystemText(errno));
+    CheckName();
+    if (!SetRights() || !document_->Close()) Refuse(SystemText(errno));
     replaced_.reset();
     std::error_code error;
-    fs::rename(ToSystemPath(Path()), ToSystemPath(destination_), error);
+    fs::rename(ToSystemPath(document_->Path()), ToSystemPath(destination_), error);
     if (error) Refuse(error.message());
 }
 

@@ -24,7 +24,7 @@ class Output {
     explicit Output(const std::filesystem::path& path);
 
     // Where the library shall write the document.
-    [[nodiscard]] const std::filesystem::path& Path() const { return document_->Path(); }
+    [[nodiscard]] const std::filesystem::path& Path() const { return document_->PathToOpen(); }
 
     // Puts the document in its place, where the older one stays until the new one is whole and on the disk.
     // `isWritten` is what the library says of it. Throws Failure.
@@ -35,6 +35,7 @@ class Output {
     void FindReplaced();
     void CopyToDevice();
     void MoveIntoPlace();
+    void CheckName() const;
     bool SetRights();
     [[noreturn]] void Refuse(const std::string& reason) const;
 

@@ -50,6 +50,18 @@ File CreateNewFile(const std::filesystem::path& path, Readers readers);
 // errno has the reason.
 bool CopyRights(std::FILE* from, std::FILE* to);
 
+// The path by which this process reaches the open file itself, even where others have given its name to
+// another file. Where the system has no such path, `path`, by which the file was opened.
+std::filesystem::path PathToOpenFile(std::FILE* file, const std::filesystem::path& path);
+
+// Whether the path still leads to the open file and is no link to it. False: errno has the reason, 0 where
+// another file has the name.
+bool HasName(std::FILE* file, const std::filesystem::path& path);
+
+// Writes what is left in the stream, and learns of failures that some file systems report only when a file is
+// closed; the stream stays open. False: errno has the reason.
+bool FinishWriting(std::FILE* file);
+
 // Waits until what anybody wrote into the file is on the disk. False: it is not, and errno has the reason.
 bool FlushToDisk(std::FILE* file);
 

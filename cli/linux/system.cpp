@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
+#include <string>
 
 namespace NCli {
 
@@ -44,6 +45,26 @@ File CreateNewFile(const fs::path& path, Readers readers) {
     return file;
 }
 
+fs::path PathToOpenFile(std::FILE* file, const fs::path& path) {
+    const fs::path open = "/proc/self/fd/" + std::to_string(fileno(file));
+    return access(open.c_str(), R_OK | W_OK) == 0 ? open : path;
+}
+
+bool HasName(std::FILE* file, const fs::path& path) {
+    struct stat opened {};
+    struct stat there {};
+    if (fstat(fileno(file), &opened) != 0 || lstat(path.c_str(), &there) != 0) return false;
+    errno = 0;
+    return opened.st_dev == there.st_dev && opened.st_ino == there.st_ino;
+}
+
+// What the system reports at a close, it reports for each of a file's descriptors.
+bool FinishWriting(std::FILE* file) {
+    if (std::fflush(file) != 0) return false;
+    const int copy = fcntl(fileno(file), F_DUPFD_CLOEXEC, 0);
+    return copy >= 0 && close(copy) == 0;
+}
+
 bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
 
 fs::file_type TypeOf(const fs::path& path, std::error_code& error) { return fs::status(path, error).type(); }
@@ -52,11 +73,7 @@ fs::path PathOf(std::FILE* file, const fs::path& path) {
     std::error_code error;
     if (!fs::is_symlink(path, error)) return path;
     const fs::path found = fs::canonical(path, error);
-    struct stat opened {};
-    struct stat there {};
-    const bool isThere = !error && fstat(fileno(file), &opened) == 0 && lstat(found.c_str(), &there) == 0 &&
-                         opened.st_dev == there.st_dev && opened.st_ino == there.st_ino;
-    return isThere ? found : fs::path();
+    return !error && HasName(file, found) ? found : fs::path();
 }
 
 // The rule of Linux itself (fs.protected_symlinks).

@@ -124,6 +124,13 @@ bool CopyRights(std::FILE* from, std::FILE* to) {
     return isDone;
 }
 
+fs::path PathToOpenFile(std::FILE*, const fs::path& path) { return path; }
+
+// Who may replace a file follows from its folder.
+bool HasName(std::FILE*, const fs::path&) { return true; }
+
+bool FinishWriting(std::FILE* file) { return std::fflush(file) == 0; }
+
 bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
 
 // The runtime's own way knows no path of the long form.

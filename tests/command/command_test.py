@@ -634,6 +634,26 @@ def test_replacing():
         check("behind a dangling link", Path("out.xml").read_bytes(), Path("new.xml").read_bytes())
 
 
+def replace_by_link(name):
+    os.remove(name)
+    os.symlink("in.csv", name)
+
+
+# What another does with the temporary file of the document during the run, and why that is refused.
+CHANGES = [(replace_by_link, "its temporary file was replaced"), (os.remove, "No such file or directory")]
+
+
+def test_changes_during_the_run():
+    for change, reason in CHANGES:
+        with folder(TABLE) as environment:
+            command = subprocess.Popen([COMMAND, "-", "new.xml"], env=environment, stdin=subprocess.PIPE, stderr=subprocess.PIPE)
+            wait_until(lambda: len(files()) == 4)
+            change(*Path(".").glob(".new.xml.*"))
+            said = command.communicate(TABLE, timeout=60)[1].decode()
+            check(reason, f'xls2tki: Could not write "new.xml": {reason}\n', said)
+            check(reason, (BEFORE, TABLE), (files(), Path("in.csv").read_bytes()))
+
+
 def test_other_users():
     """Nobody may do more with a document than before, and links of others are not followed where all may put links."""
     if os.geteuid() != 0:
