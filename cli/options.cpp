@@ -265,10 +265,10 @@ CommandLine OneTask(const Options& task) {
     return line;
 }
 
-// Behind all links to it.
+// Behind all links to it, also where the file is missing.
 std::filesystem::path PlaceOf(const std::filesystem::path& file) {
     std::error_code error;
-    const std::filesystem::path place = std::filesystem::weakly_canonical(file, error);
+    const std::filesystem::path place = std::filesystem::weakly_canonical(FollowLinks(file), error);
     return NameKey(error ? file : place);
 }
 

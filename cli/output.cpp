@@ -16,17 +16,6 @@ namespace {
 
 fs::path Folder(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : "."; }
 
-// Where the system would create the file if it were asked for one at the path.
-fs::path FollowLinks(fs::path path) {
-    constexpr int kMostLinks = 40;
-    std::error_code ignored;
-    for (int links = 0; links < kMostLinks && fs::is_symlink(path, ignored); ++links) {
-        if (!MayFollow(path)) throw Failure("Could not write " + NameOf(path) + ": " + SystemText(EACCES));
-        path = path.parent_path() / fs::read_symlink(path, ignored);
-    }
-    return path;
-}
-
 bool Skip(std::string_view& text, std::string_view beginning) {
     if (!text.starts_with(beginning)) return false;
     text.remove_prefix(beginning.size());
@@ -79,6 +68,15 @@ std::string ReasonToKeep(const fs::path& output, const char* kind, bool (*isOfKi
 
 }  // namespace
 
+fs::path FollowLinks(fs::path path) {
+    constexpr int kMostLinks = 40;
+    std::error_code ignored;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, ignored) && MayFollow(path); ++links) {
+        path = path.parent_path() / fs::read_symlink(path, ignored);
+    }
+    return path;
+}
+
 std::string ReasonToKeep(const fs::path& output) {
     return ReasonToKeep(output, "an import document", IsBeginningOfDocument);
 }
@@ -98,6 +96,7 @@ Output::Output(const fs::path& path) : path_(path), destination_(path) {
         OpenDevice(OpenFile(path, "wb"));
     } else if (type == fs::file_type::not_found) {
         destination_ = FollowLinks(path);
+        if (fs::is_symlink(destination_, error)) Refuse(SystemText(EACCES));
     } else {
         Refuse(error.message());
     }

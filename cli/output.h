@@ -16,6 +16,10 @@ std::string ReasonToKeep(const std::filesystem::path& output);
 // The same of findings, which replace a SARIF file alone.
 std::string ReasonToKeepFromSarif(const std::filesystem::path& output);
 
+// Where the system would create the file if it were asked for one at the path. A link at the end is one that
+// this user may not follow, or one of a circle.
+std::filesystem::path FollowLinks(std::filesystem::path path);
+
 // The document is first written into a temporary file. When it is complete, the file takes the place of the
 // output; where the output is no regular file but a device or a pipe, the document is copied there.
 class Output {

@@ -626,6 +626,11 @@ def test_replacing():
         for output in "link", "dangling":
             check(output, 0, run("in.csv " + output, environment).returncode)
             check(output, True, os.path.islink(output))
+        os.mkdir("dir")
+        for name, target in ("a.xml", "../c.xml"), ("b.xml", "../c.xml"):
+            os.symlink(target, "dir/" + name)
+        refused = run("--output-dir dir a.csv b.csv", environment).stderr
+        check("links to one missing file", True, b'"a.csv" and "b.csv" would both become "dir/b.xml".' in refused)
         os.symlink("in.csv", "table.xml")
         refused = run("--output-dir . table.csv in.csv", environment).stderr
         check("behind a link to a table", True, b'"table.csv" would take the place of "in.csv".' in refused)
