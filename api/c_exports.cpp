@@ -147,7 +147,7 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
     const auto& found = NXls2Tki::LastOutcome().facts;
     if (!found || !HasKnownSize(facts, kFirstFactsSize)) return false;
     try {
-        KeepHeaders(found->itemHeaders);
+        if (facts->size > offsetof(Xls2TkiFacts, itemHeaders)) KeepHeaders(found->itemHeaders);
     } catch (const std::bad_alloc&) {
         return false;
     }

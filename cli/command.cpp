@@ -133,7 +133,7 @@ void ConvertTable(Options& options) {
     const bool isDescribed = !options.reports && !options.isOneOfMany && options.sarif != kStandardOutput;
     if (options.checks && isDescribed) Print(DescribeTable(options), "outcome");
     if (!reason.empty()) throw Failure(reason);
-    if (output) output->Publish(FindFacts()->written);
+    if (output) output->Publish(FactsOfDocument().written);
 }
 
 // Findings are wanted most where there is no document for them.

@@ -1,5 +1,8 @@
 #include "cli/findings.h"
 
+#include <algorithm>
+#include <new>
+
 #include "api/xls2tki_c.h"
 #include "cli/text.h"
 
@@ -7,10 +10,24 @@ namespace NCli {
 
 static_assert(kNowhere == XLS2TKI_NOWHERE);
 
+// How many findings the library hands out.
+static std::size_t CountKept() {
+    static constexpr std::size_t kMostOfRule = 1000;
+    std::size_t kept = 0;
+    ForEachFindingCount(
+        [&kept](const FindingCount& count) { kept += std::min(count.errors + count.warnings, kMostOfRule); });
+    return kept;
+}
+
 void ForEachFinding(const std::function<void(const Finding&)>& use) {
     Xls2TkiFinding found{};
     found.size = sizeof found;
-    for (std::size_t index = 0; xls2tki_finding(index, &found); ++index) {
+    const std::size_t count = CountKept();
+    for (std::size_t index = 0; index < count; ++index) {
+        if (!xls2tki_finding(index, &found)) {
+            if (xls2tki_findings_complete()) throw std::bad_alloc();
+            return;  // the last one that was counted found no room
+        }
         const bool isCell = found.cell != nullptr;
         use({.rule = found.rule,
              .isError = found.severity == XLS2TKI_ERROR,

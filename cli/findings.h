@@ -30,7 +30,8 @@ struct FindingCount {
     std::size_t warnings;
 };
 
-// Lends the findings, one at a time, in the order of the rules; of each rule at most 1000.
+// Lends the findings, one at a time, in the order of the rules; of each rule at most 1000. Throws
+// std::bad_alloc.
 void ForEachFinding(const std::function<void(const Finding&)>& use);
 
 // The same for the counts of all rules, those that found nothing included. None where the conversion did not

@@ -91,6 +91,12 @@ std::optional<Xls2TkiFacts> FindFacts() {
     return facts;
 }
 
+Xls2TkiFacts FactsOfDocument() {
+    const auto facts = FindFacts();
+    if (!facts) throw std::bad_alloc();
+    return *facts;
+}
+
 std::vector<WideString> FindWorksheets(const Options& options) {
     std::vector<WideString> names;
     bool isListed = true;

@@ -43,7 +43,7 @@ std::string ListItems(const Xls2TkiNames& headers) {
 }  // namespace
 
 std::string DescribeTable(const Options& options) {
-    const Xls2TkiFacts facts = FindFacts().value();
+    const Xls2TkiFacts facts = FactsOfDocument();
     std::string line = ShownInput(options) + ": " + Counted(facts.rows, "DTC");
     if (facts.rows > 0) {
         line.append(", ").append(NotationOf(facts)).append(", ").append(Hexadecimal(facts.smallestNumber));

@@ -483,7 +483,7 @@ TEST_F(Conversions, AreReportedOrThereIsNoMemory) {
         isReached = allocation.End();
         EXPECT_NE(report.empty(), !isReached);
     }
-    EXPECT_NE(report.find(R"("reason":"behind the end"}],"messages":["One"],"failure":"Two"})"),
+    EXPECT_NE(report.find(R"("finding_counts":{"column-lost":{"errors":2,"warnings":0}},"failure":"Two"})"),
               std::string::npos)
         << report;
     std::printf("%d allocations failed, with all behind them.\n", number - 1);
