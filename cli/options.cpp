@@ -268,7 +268,8 @@ CommandLine OneTask(const Options& task) {
 // Behind all links to it, also where the file is missing.
 std::filesystem::path PlaceOf(const std::filesystem::path& file) {
     std::error_code error;
-    const std::filesystem::path place = std::filesystem::weakly_canonical(FollowLinks(file), error);
+    const std::filesystem::path full = std::filesystem::absolute(FollowLinks(file), error);
+    const std::filesystem::path place = std::filesystem::weakly_canonical(full, error);
     return NameKey(error ? file : place);
 }
 

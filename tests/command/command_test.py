@@ -9,6 +9,7 @@ import io
 import json
 import os
 import pty
+import re
 import resource
 import signal
 import stat
@@ -165,7 +166,7 @@ CASES = [
     ("two things on standard output", TABLE, "--json in.csv -", 2,
      "xls2tki: The document and what --json prints cannot both go to standard output." + HINT, None),
     ("worksheets as JSON", TABLE, "--json --list-worksheets in.csv", 2,
-     "xls2tki: --list-worksheets goes without --check and --json." + HINT, None),
+     "xls2tki: --list-worksheets goes without --check, --json and --sarif." + HINT, None),
     ("unknown option", TABLE, "--cvs " + IO, 2,
      "xls2tki: The following argument was not expected: --cvs." + HINT, None),
     ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known by its extension; '
@@ -452,6 +453,57 @@ def test_findings():
             result = run(arguments, environment, input=table)
             check(arguments, (status, said, printed), (result.returncode, result.stderr.decode(), result.stdout.decode()))
             check(arguments, (is_new, BEFORE), (Path("out.xml").read_bytes() != OLD, files()))
+
+
+# What becomes of --sarif, by the other arguments: exit status, and where nothing is written, what standard error says.
+SARIF = [
+    ("s.sarif in.csv out.xml", 0, None), ("s.sarif --strict in.csv out.xml", 1, None), ("s.sarif in.csv none/out.xml", 1, None),
+    ("s.sarif none.csv out.xml", 1, None), ("- --check in.csv", 1, None),
+    ("- in.csv -", 2, "and the document cannot both go"), ("- --json in.csv out.xml", 2, "and what --json prints cannot both go"),
+    ("in.csv --force in.csv out.xml", 2, 'take the place of "in.csv"'), ("./new.xml in.csv new.xml", 2, 'take the place of "new.xml"'),
+    ("out.xml in.csv new.xml", 2, '"out.xml" exists and is not a SARIF file'), ("s.sarif --no-findings in.csv out.xml", 2, "exclude"),
+    ("s.sarif --check in.csv in.csv", 2, "is for one file"), ("none/s.sarif in.csv out.xml", 1, 'in the folder "none"'),
+    ("/dev/full in.csv out.xml", 1, 'Could not write "/dev/full": No space left'),
+]
+
+
+def test_sarif():
+    table = HEAD + b"1234;{0}](x\xe2\x80\xae;r\nTBD;[a](b)\x01;r\n"
+    rules = re.findall("^## ([a-z]+-[a-z-]+)$", (SOURCES / "docs/findings.md").read_text(), re.MULTILINE)
+    for arguments, status, refusal in SARIF:
+        with folder(table) as environment:
+            result = run("--sarif " + arguments, environment)
+            check(arguments, (status, True), (result.returncode, (refusal or "") in result.stderr.decode()))
+            is_there = os.path.exists("s.sarif")
+            check(arguments, (refusal is None and "s.sarif" in arguments, True), (is_there, (refusal is None) >= (result.stdout != b"")))
+            if refusal is not None:
+                continue
+            text = Path("s.sarif").read_bytes() if is_there else result.stdout
+            only_run, = json.loads(text)["runs"]
+            check("rules", rules, [rule["id"] for rule in only_run["tool"]["driver"]["rules"]])
+            check(arguments, "none" not in arguments, only_run["invocations"][0]["executionSuccessful"])
+            check(arguments, status, int(bool(only_run["invocations"][0]["toolExecutionNotifications"])))
+            shown = [(found["ruleId"], rules[found["ruleIndex"]], found["level"], found["message"]["text"].split(" ")[:2],
+                      found["locations"][0]["physicalLocation"].get("region"), found["locations"][0].get("logicalLocations"))
+                     for found in only_run["results"]]
+            cell = {"fullyQualifiedName": "A3", "kind": "cell"}
+            check(arguments, [] if "none" in arguments else [
+                ("number-unreadable",) * 2 + ("error", ["A3:", '"TBD"'], {"startLine": 3}, [cell]),
+                ("notation-mixed",) * 2 + ("error", ["Cell", "A3"], None, None),
+                ("text-not-xml",) * 2 + ("error", ["B3:", '"[a\\](b)<U+0001>"'], {"startLine": 3}, [dict(cell, fullyQualifiedName="B3")]),
+            ], shown)
+    with folder(table) as environment:
+        names = [b"a #%:\\\xc3\xa4\xff\x1b.csv", os.path.abspath("in.csv").encode()]
+        os.rename("in.csv", names[0])
+        os.link(names[0], "in.csv")
+        for name, uri in zip(names, ["a%20%23%25%3A%5C%C3%A4%FF%1B.csv", "file://" + os.path.abspath("in.csv")]):
+            for content, is_replaced in (b"", True), (b'\xef\xbb\xbf\n{"runs"', True), (b'{"name"', False), (b"sarif", False):
+                Path("s.json").write_bytes(content)
+                status = subprocess.run([COMMAND, "--sarif", "s.json", name, "out.xml"], env=environment, capture_output=True).returncode
+                check(f"{content} is replaced", (0 if is_replaced else 2, is_replaced), (status, Path("s.json").read_bytes() != content))
+                if is_replaced:
+                    result = json.loads(Path("s.json").read_bytes())["runs"][0]["results"][0]
+                    check("uri", uri, result["locations"][0]["physicalLocation"]["artifactLocation"]["uri"])
 
 
 def test_findings_of_many_files():
