@@ -116,7 +116,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     addFlag("--no-findings", arguments.noFindings, "Do not look for what is wrong with the table.");
     addFlag("--force", arguments.force, "Replace also what is no import document.");
     addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
-    add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE, for review tools and editors.");
+    add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE, for review tools.");
     addFlag("--one-of-many", arguments.oneOfMany, "")->group("");  // from the command to its processes
     addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
