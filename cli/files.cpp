@@ -10,6 +10,7 @@
 
 #include "cli/failure.h"
 #include "cli/process.h"
+#include "cli/text.h"
 
 namespace NCli {
 
@@ -18,7 +19,7 @@ namespace fs = std::filesystem;
 std::string NameOf(const fs::path& path) {
     if (path == kStandardInput) return "standard input";
     if (path == kStandardOutput) return "standard output";
-    return std::string("\"").append(ToBytes(path)).append("\"");
+    return "\"" + ShownName(DecodeUtf8(ToBytes(path)).text, kWholeName) + "\"";
 }
 
 bool IsRegularFile(const fs::path& path) {

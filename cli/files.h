@@ -15,7 +15,8 @@ namespace NCli {
 inline constexpr char kStandardInput[] = "/dev/stdin";
 inline constexpr char kStandardOutput[] = "/dev/stdout";
 
-// What a sentence calls the file: "standard input", "standard output", or its path between quotation marks.
+// What a sentence calls the file: "standard input", "standard output", or its path between quotation marks,
+// in one line.
 std::string NameOf(const std::filesystem::path& path);
 
 bool IsRegularFile(const std::filesystem::path& path);

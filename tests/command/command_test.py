@@ -135,6 +135,8 @@ CASES = [
      "xls2tki: Error reading inputfile:\n'/proc/self/status'\n", None),
     ("missing output folder", TABLE, "in.csv none/out.xml", 1,
      'xls2tki: Could not create a file in the folder "none": No such file or directory\n', None),
+    ("folder of two lines", TABLE, "in.csv a\nb/out.xml", 1,
+     'xls2tki: Could not create a file in the folder "a?b": No such file or directory\n', None),
     ("folder as output", TABLE, "in.csv tmp", 1, 'xls2tki: Could not write "tmp": Is a directory\n', None),
     ("full device", TABLE, "in.csv /dev/full", 1,
      'xls2tki: Could not write "/dev/full": No space left on device\n', None),
