@@ -34,8 +34,12 @@ File OpenToReplace(const fs::path& path) { return OpenFile(path, "r+b"); }
 
 File CreateNewFile(const fs::path& path, Readers readers) {
     constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int descriptor = open(path.c_str(), kFlags, readers == Readers::Owner ? 0600 : 0666);
+    const bool isForOwner = readers == Readers::Owner;
+    const int descriptor = open(path.c_str(), kFlags, isForOwner ? 0600 : 0666);
     if (descriptor < 0) return nullptr;
+    // The umask can keep it even from its owner. A file system without permissions refuses, and needs
+    // nothing.
+    if (isForOwner) static_cast<void>(fchmod(descriptor, 0600));
     File file(fdopen(descriptor, "w+b"));
     if (!file) {
         close(descriptor);

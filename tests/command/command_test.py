@@ -736,12 +736,12 @@ def test_other_users():
 
 
 def test_signals():
-    for number in signal.SIGINT, signal.SIGTERM, signal.SIGALRM, signal.SIGRTMAX:
+    for number, umask in (signal.SIGINT, 0), (signal.SIGTERM, 0), (signal.SIGALRM, 0o277), (signal.SIGRTMAX, 0o777):
         with folder(TABLE) as environment:
             def choose():
                 signal.signal(number, signal.SIG_DFL)
                 signal.signal(signal.SIGHUP, signal.SIG_IGN)
-            command = subprocess.Popen([COMMAND, "-", "new.xml"], env=environment, stdin=subprocess.PIPE, umask=0,
+            command = subprocess.Popen([COMMAND, "-", "new.xml"], env=environment, stdin=subprocess.PIPE, umask=umask,
                                        preexec_fn=choose)
             wait_until(lambda: len(files()) == 4)
             check("temporary files", [0o600] * 2,
