@@ -118,7 +118,7 @@ void ConvertTable(Options& options) {
     PrepareLibrary();
     DoWithHints(options, options.input, [&] { CheckWorksheet(options); });
     std::optional<Output> output;
-    if (!options.checks) output.emplace(options.output);
+    if (!options.checks) output.emplace(options.output, options.force);
     const Input input(options.input, options.kind);
     if (options.kind == ImportTypeCSV) ChooseReading(options, input.Path());
     try {

@@ -19,7 +19,8 @@ namespace fs = std::filesystem;
 std::string NameOf(const fs::path& path) {
     if (path == kStandardInput) return "standard input";
     if (path == kStandardOutput) return "standard output";
-    return "\"" + ShownName(DecodeUtf8(ToBytes(path)).text, kWholeName) + "\"";
+    const std::string name = ShownName(DecodeUtf8(ToBytes(path)).text, kWholeName);
+    return std::string("\"").append(name).append("\"");
 }
 
 bool IsRegularFile(const fs::path& path) {

@@ -85,7 +85,8 @@ std::string ReasonToKeepFromSarif(const fs::path& output) {
     return ReasonToKeep(output, "a SARIF file", IsBeginningOfSarif);
 }
 
-Output::Output(const fs::path& path) : path_(path), destination_(path) {
+Output::Output(const fs::path& path, bool mayReplaceOthers)
+    : path_(path), destination_(path), mayReplaceOthers_(mayReplaceOthers) {
     std::error_code error;
     const fs::file_type type = TypeOf(path, error);
     if (path == kStandardOutput) {
@@ -153,9 +154,20 @@ void Output::MoveIntoPlace() {
     if (!FlushToDisk(document)) Refuse(SystemText(errno));
     CheckName();
     if (!SetRights() || !document_->Close()) Refuse(SystemText(errno));
+    TakePlace();
+}
+
+// What is there may not be what was there at the beginning.
+void Output::TakePlace() {
+    if (replaced_ && !mayReplaceOthers_) {
+        if (const std::string reason = ReasonToKeep(destination_); !reason.empty()) throw Failure(reason);
+    }
+    const bool mayReplace = replaced_ || mayReplaceOthers_;
     replaced_.reset();
-    std::error_code error;
-    fs::rename(ToSystemPath(document_->Path()), ToSystemPath(destination_), error);
+    const std::error_code error = Rename(document_->Path(), destination_, mayReplace);
+    if (error == std::errc::file_exists) {
+        Refuse("it has appeared since the conversion began; give --force to replace it.");
+    }
     if (error) Refuse(error.message());
 }
 

@@ -24,8 +24,9 @@ std::filesystem::path FollowLinks(std::filesystem::path path);
 // output; where the output is no regular file but a device or a pipe, the document is copied there.
 class Output {
   public:
-    // Makes sure that the output can be written. Throws Failure.
-    explicit Output(const std::filesystem::path& path);
+    // Makes sure that the output can be written. A file that is no import document, or appears only later, is
+    // replaced where `mayReplaceOthers`. Throws Failure.
+    Output(const std::filesystem::path& path, bool mayReplaceOthers);
 
     // Where the library shall write the document.
     [[nodiscard]] const std::filesystem::path& Path() const { return document_->PathToOpen(); }
@@ -40,13 +41,15 @@ class Output {
     void CopyToDevice();
     void MoveIntoPlace();
     void CheckName() const;
+    void TakePlace();
     bool SetRights();
     [[noreturn]] void Refuse(const std::string& reason) const;
 
     std::filesystem::path path_;         // as the user knows it
     std::filesystem::path destination_;  // behind all symbolic links
-    File device_;                        // open where the output is no regular file
-    File replaced_;                      // open where there is a regular file
+    bool mayReplaceOthers_;
+    File device_;    // open where the output is no regular file
+    File replaced_;  // open where there is a regular file at the beginning
     std::optional<TemporaryFile> document_;
 };
 

@@ -54,6 +54,10 @@ bool CopyRights(std::FILE* from, std::FILE* to);
 // another file. Where the system has no such path, `path`, by which the file was opened.
 std::filesystem::path PathToOpenFile(std::FILE* file, const std::filesystem::path& path);
 
+// Gives the file another name in the same folder. Where not `mayReplace`, fails with std::errc::file_exists
+// if anything has that name.
+std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to, bool mayReplace);
+
 // Whether the path still leads to the open file and is no link to it. False: errno has the reason, 0 where
 // another file has the name.
 bool HasName(std::FILE* file, const std::filesystem::path& path);

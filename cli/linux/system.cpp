@@ -54,6 +54,18 @@ fs::path PathToOpenFile(std::FILE* file, const fs::path& path) {
     return access(open.c_str(), R_OK | W_OK) == 0 ? open : path;
 }
 
+std::error_code Rename(const fs::path& from, const fs::path& to, bool mayReplace) {
+    const auto rename = [&](unsigned flags) -> std::error_code {
+        if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0) return {};
+        return {errno, std::generic_category()};
+    };
+    if (mayReplace) return rename(0);
+    const std::error_code error = rename(RENAME_NOREPLACE);
+    if (error != std::errc::invalid_argument && error != std::errc::function_not_supported) return error;
+    struct stat there {};  // the file system or the kernel cannot do both at once
+    return lstat(to.c_str(), &there) == 0 ? std::make_error_code(std::errc::file_exists) : rename(0);
+}
+
 bool HasName(std::FILE* file, const fs::path& path) {
     struct stat opened {};
     struct stat there {};

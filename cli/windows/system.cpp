@@ -126,6 +126,12 @@ bool CopyRights(std::FILE* from, std::FILE* to) {
 
 fs::path PathToOpenFile(std::FILE*, const fs::path& path) { return path; }
 
+std::error_code Rename(const fs::path& from, const fs::path& to, bool mayReplace) {
+    const DWORD flags = mayReplace ? MOVEFILE_REPLACE_EXISTING : 0;
+    const bool isDone = MoveFileExW(ToSystemPath(from).c_str(), ToSystemPath(to).c_str(), flags) != 0;
+    return isDone ? std::error_code() : LastError();
+}
+
 // Who may replace a file follows from its folder.
 bool HasName(std::FILE*, const fs::path&) { return true; }
 

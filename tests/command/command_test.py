@@ -699,7 +699,8 @@ def replace_by_link(name):
 
 
 # What another does with the temporary file of the document during the run, and why that is refused.
-CHANGES = [(replace_by_link, "its temporary file was replaced"), (os.remove, "No such file or directory")]
+CHANGES = [(replace_by_link, "its temporary file was replaced"), (os.remove, "No such file or directory"),
+           (lambda _: os.link("in.csv", "new.xml"), "it has appeared since the conversion began; give --force to replace it.")]
 
 
 def test_changes_during_the_run():
@@ -710,6 +711,7 @@ def test_changes_during_the_run():
             change(*Path(".").glob(".new.xml.*"))
             said = command.communicate(TABLE, timeout=60)[1].decode()
             check(reason, f'xls2tki: Could not write "new.xml": {reason}\n', said)
+            Path("new.xml").unlink("appeared" not in reason)
             check(reason, (BEFORE, TABLE), (files(), Path("in.csv").read_bytes()))
 
 
