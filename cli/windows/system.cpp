@@ -41,8 +41,12 @@ File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
         SetErrno();
         return nullptr;
     }
-    const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file.release()), _O_BINARY);
-    return File(descriptor < 0 ? nullptr : _fdopen(descriptor, mode));
+    const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file.get()), _O_BINARY);
+    if (descriptor < 0) return nullptr;
+    static_cast<void>(file.release());  // it is the descriptor's
+    File stream(_fdopen(descriptor, mode));
+    if (!stream) _close(descriptor);
+    return stream;
 }
 
 HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
