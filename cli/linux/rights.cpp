@@ -38,23 +38,13 @@ bool WriteList(int file, const AccessList& list) {
 }
 
 // A file of another group: its members were among the others before, and those of the old group are now.
-mode_t WithoutGroup(mode_t mode) {
-    const mode_t common = (mode >> 3) & mode & S_IRWXO;
-    return (mode & S_IRWXU) | common << 3 | common;
-}
-
-// Null where it has none, as no valid list.
-std::uint16_t* FindPermissions(AccessList& list, std::uint16_t who) {
+// Anybody whom the list names becomes one of them, too, so they may do only what everybody could.
+mode_t WithoutGroup(mode_t mode, const AccessList& list) {
+    mode_t common = (mode >> 3) & mode & S_IRWXO;
     for (std::size_t at = 2; at + 4 <= list.size(); at += 4) {
-        if (le16toh(list[at]) == who) return &list[at + 1];
+        if (le16toh(list[at]) != ACL_USER_OBJ) common &= le16toh(list[at + 1]);
     }
-    return nullptr;
-}
-
-void RemoveGroup(AccessList& list) {
-    std::uint16_t* const group = FindPermissions(list, ACL_GROUP_OBJ);
-    std::uint16_t* const others = FindPermissions(list, ACL_OTHER);
-    if (group != nullptr && others != nullptr) *group = *others &= *group;
+    return (mode & S_IRWXU) | common << 3 | common;
 }
 
 // Some file systems have the same permissions for all files, and refuse to set any.
@@ -78,9 +68,8 @@ bool CopyRights(std::FILE* from, std::FILE* to) {
     const bool isSameGroup =
         now.st_gid == before.st_gid || fchown(target, static_cast<uid_t>(-1), before.st_gid) == 0;
     const mode_t mode = before.st_mode & kPermissions;
-    if (list.empty()) return SetMode(target, isSameGroup ? mode : WithoutGroup(mode));
-    if (!isSameGroup) RemoveGroup(list);
-    return WriteList(target, list);
+    if (!isSameGroup) return SetMode(target, WithoutGroup(mode, list));
+    return list.empty() ? SetMode(target, mode) : WriteList(target, list);
 }
 
 }  // namespace NCli

@@ -13,6 +13,7 @@ import re
 import resource
 import signal
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
@@ -715,6 +716,13 @@ def test_changes_during_the_run():
             check(reason, (BEFORE, TABLE), (files(), Path("in.csv").read_bytes()))
 
 
+ACCESS_LIST = "system.posix_acl_access"
+OWNER, GROUP, NAMED_GROUP, MASK, OTHERS = 1, 4, 8, 16, 32
+# Permissions of the document, and the access list of the older one, of another group: who, what, and their number.
+ACCESS_LISTS = [(0o644, (OWNER, 6, 0), (GROUP, 7, 0), (MASK, 4, 0), (OTHERS, 6, 0)),
+                (0o600, (OWNER, 6, 0), (GROUP, 6, 0), (NAMED_GROUP, 0, 65534), (MASK, 6, 0), (OTHERS, 6, 0))]
+
+
 def test_other_users():
     """Nobody may do more with a document than before, and links of others are not followed where all may put links."""
     if os.geteuid() != 0:
@@ -733,8 +741,15 @@ def test_other_users():
                 run(IO, environment, **other)
                 status = os.stat("out.xml")
                 check(f"rights {before:o}", (after, 65534), (stat.S_IMODE(status.st_mode), status.st_gid))
+            for after, *entries in ACCESS_LISTS:
+                os.chown("out.xml", 65534, 0)
+                os.setxattr("out.xml", ACCESS_LIST, struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries))
+                run(IO, environment, **other)
+                check(f"access list {entries}", (after, False), (stat.S_IMODE(os.stat("out.xml").st_mode), ACCESS_LIST in os.listxattr("out.xml")))
         except PermissionError as error:
             print("not tested: rights of other groups,", error)  # the command is in a folder of root's
+        except OSError as error:
+            print("not tested: access lists,", error)  # the file system has none
 
 
 def test_signals():
