@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <mutex>
+#include <new>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -108,13 +109,20 @@ Child Start(std::size_t index, const Options& task) {
     return {index, Handle(started.hProcess), std::move(source), {}};
 }
 
+// A child that writes more than there is memory for is not heard any longer; it ends by writing on.
 void ReadAvailable(Child& child) {
     char piece[4096];
     DWORD count = 0;
-    while (PeekNamedPipe(child.source.get(), piece, sizeof piece, &count, nullptr, nullptr) != 0 &&
+    while (child.source &&
+           PeekNamedPipe(child.source.get(), piece, sizeof piece, &count, nullptr, nullptr) != 0 &&
            count > 0) {
         if (ReadFile(child.source.get(), piece, count, &count, nullptr) == 0) return;
-        child.text.append(piece, count);
+        try {
+            child.text.append(piece, count);
+        } catch (const std::bad_alloc&) {
+            child.text = {};
+            child.source.reset();
+        }
     }
 }
 
