@@ -57,7 +57,7 @@ class HelpFormatter : public CLI::Formatter {
     std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
         std::string help = app->get_description() + "\n" + make_usage(app, {}) + "Options:\n";
         for (const CLI::Option* const option : app->get_options()) {
-            if (option->nonpositional()) help += make_option(option, false);
+            if (!option->get_group().empty() && option->nonpositional()) help += make_option(option, false);
         }
         return help;
     }
