@@ -33,7 +33,6 @@ WideString Wide(std::u16string_view text) { return {text.begin(), text.end()}; }
 const WideString noMemory = Wide(u"There is not enough memory.");
 
 WideString thrownText;
-const Xls2TkiChar* thrownReason = nullptr;  // null unless the last operation ended with an exception
 
 std::vector<WideString> listedNames;
 std::vector<const Xls2TkiChar*> listedTexts;  // of the names
@@ -71,11 +70,11 @@ const Xls2TkiChar* ThrownReason() noexcept {
 // Runs an operation. False also where it throws.
 template <typename Operation>
 bool Run(Operation operation) noexcept {
-    thrownReason = nullptr;
+    NXls2Tki::LastOutcome().thrownReason = nullptr;
     try {
         return operation();
     } catch (...) {
-        thrownReason = ThrownReason();
+        NXls2Tki::LastOutcome().thrownReason = ThrownReason();
         return false;
     }
 }
@@ -172,7 +171,8 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
 
 const Xls2TkiChar* xls2tki_message() {
     try {
-        return thrownReason != nullptr ? thrownReason : NXls2Tki::GetLoggedMessages();
+        const Xls2TkiChar* const thrown = NXls2Tki::LastOutcome().thrownReason;
+        return thrown != nullptr ? thrown : NXls2Tki::GetLoggedMessages();
     } catch (const std::bad_alloc&) {
         return noMemory.c_str();
     }

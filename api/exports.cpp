@@ -104,6 +104,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImpo
 }
 
 bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names) {
+    lastOutcome.thrownReason = nullptr;
     const NPlatform::ModuleState moduleState;
     std::vector<std::u16string> found;
     if (!ListWorksheets(Inside(path), found, lastOutcome.messageText)) return false;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "api/xls2tki.h"
 #include "checks/finding.h"
 #include "document/document_facts.h"
 
@@ -14,6 +15,8 @@ struct Outcome {
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
     bool isWritten = false;                        // with facts only: the whole document is in the output
     std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
+    const WideChar* thrownReason =
+        nullptr;  // for C: why the last operation ended with an exception, if it did
 };
 
 Outcome& LastOutcome() noexcept;

@@ -126,8 +126,7 @@ typedef struct {
     size_t size;      /* sizeof(Xls2TkiFinding), set by the caller */
     const char* rule; /* in ASCII, such as "number-unreadable": docs/findings.md has them all */
     int32_t severity;
-    /* The cell, row and column from 0, row 0 being the header; both XLS2TKI_NOWHERE for the table as a whole.
-     */
+    /* The cell, from 0; row 0 is the header. Both are XLS2TKI_NOWHERE for the table as a whole. */
     size_t row;
     size_t column;
     const Xls2TkiChar* cell; /* as a worksheet names it, such as A7; null for the table as a whole */

@@ -110,7 +110,7 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
         "Set the instance (Emission_Related_Trouble_Codes).");
     add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
     add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
-    add("--jobs", arguments.jobs, "N", "Convert so many at a time (1).");
+    add("--jobs", arguments.jobs, "N", "Convert N files at a time (1).");
     addFlag("--check", arguments.check, "Show what the table is, and write nothing.");
     addFlag("--strict", arguments.strict, "Write no document if a finding is an error.");
     addFlag("--no-findings", arguments.noFindings, "Do not look for what is wrong with the table.");

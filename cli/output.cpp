@@ -22,24 +22,30 @@ bool Skip(std::string_view& text, std::string_view beginning) {
     return true;
 }
 
+bool SkipBehind(std::string_view& text, std::string_view end) {
+    const std::size_t found = text.find(end);
+    if (found == std::string_view::npos) return false;
+    text.remove_prefix(found + end.size());
+    return true;
+}
+
+void SkipBlanks(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+}
+
 // Documents that were edited or come from elsewhere count, too.
 bool IsBeginningOfDocument(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    constexpr std::string_view kEndOfDeclaration = "?>";
     Skip(text, "\xEF\xBB\xBF");
-    if (text.starts_with("<?xml")) {
-        const std::size_t end = text.find(kEndOfDeclaration);
-        if (end == std::string_view::npos) return false;
-        text.remove_prefix(end + kEndOfDeclaration.size());
-    }
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    if (!Skip(text, "<?xml") || !SkipBehind(text, "?>")) return false;
+    SkipBlanks(text);
+    while (Skip(text, "<!--") && SkipBehind(text, "-->")) SkipBlanks(text);
     return Skip(text, "<TAMRISKIMPORT") && text.find_first_of(" \t\r\n/>") == 0;
 }
 
 // Of any tool. JSON of other kinds is something else.
 bool IsBeginningOfSarif(std::string_view text) {
     Skip(text, "\xEF\xBB\xBF");
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    SkipBlanks(text);
     const bool isNamed = text.find("sarif") != std::string_view::npos;
     return text.starts_with('{') && (isNamed || text.find("\"runs\"") != std::string_view::npos);
 }

@@ -5,6 +5,7 @@
 
 #include "api/excel_detection.h"
 #include "api/xls2tki.h"
+#include "api/xls2tki_c.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/ole.h"
@@ -99,8 +100,10 @@ TEST(Api, LeavesTheOutputAloneWhenItFails) {
     const auto expectFailure = [&](const std::u16string& from, VImportType importType,
                                    const std::u16string& message) {
         const Progress progress;
+        EXPECT_FALSE(xls2tki_convert(nullptr));  // leaves a reason of its own
         EXPECT_FALSE(Xls2TkiConvert(Wide(from).c_str(), Wide(output).c_str(), importType, true, u';', false));
         EXPECT_EQ(LoggedMessages(), message);
+        EXPECT_EQ(WideString(xls2tki_message()), Wide(message));
         EXPECT_EQ(folder.Read("output"), "as it was");
         EXPECT_NE(Progress::Messages().back(), u"Writing XML structure to file.");
     };

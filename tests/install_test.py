@@ -117,7 +117,8 @@ class Installed:
                  PKG_CONFIG_PATH=str(self.work / "lib/pkgconfig"))
 
     def check_python(self):
-        (self.work / "csv.xml").touch(mode=0o640)
+        (self.work / "csv.xml").touch()
+        (self.work / "csv.xml").chmod(0o640)
         (self.work / "csv.xml.new").symlink_to("other")
         before = {file.name for file in self.work.iterdir()}
         self.run(sys.executable, EXAMPLES / "hosts" / "host.py", EXAMPLES / "powertrain.csv", "csv.xml",

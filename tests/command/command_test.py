@@ -653,7 +653,8 @@ def test_no_room():
 
 
 # What an output begins with, and whether it is replaced.
-OUTPUTS = [(b"", True), (b"<TAMRISKIMPORT>", True), (b"\xef\xbb\xbf<?xml version='1.0'?>\n\r\n <TAMRISKIMPORT\nx", True),
+OUTPUTS = [(b"", True), (b"<TAMRISKIMPORT>", False), (b"\xef\xbb\xbf<?xml version='1.0'?>\n\r\n <TAMRISKIMPORT\nx", True),
+           (b"<?xml?><!-- a --> <!-- b -->\n<TAMRISKIMPORT>", True),
            (b"<TAMRISKIMPORTS>", False), (b"<?xml version='1.0'?><dtcs>", False), (b"<?xml", False), (TABLE, False)]
 
 
