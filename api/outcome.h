@@ -15,8 +15,8 @@ struct Outcome {
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
     bool isWritten = false;                        // with facts only: the whole document is in the output
     std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
-    const WideChar* thrownReason =
-        nullptr;  // for C: why the last operation ended with an exception, if it did
+    // For the C interface: why the last operation ended with an exception, null if it did not.
+    const WideChar* thrownReason = nullptr;
 };
 
 Outcome& LastOutcome() noexcept;
