@@ -240,7 +240,7 @@ int CommandMain(int count, char** arguments);
 
 namespace {
 
-constexpr auto kBefore = "<TAMRISKIMPORT>as it was</TAMRISKIMPORT>";
+constexpr auto kBefore = "<?xml?><TAMRISKIMPORT>as it was</TAMRISKIMPORT>";
 const std::filesystem::path kExamples = XLS2TKI_TEST_DATA "/../../examples";
 const std::string kDocument = NTest::ReadBytes(kExamples / "powertrain.xml");
 
