@@ -38,7 +38,8 @@ NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on
 CASES = [
     ("in.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),
-    ("--utf8 --vsg Sch\u00e4den \u00e4\u4e2d\U0001f600.csv out.xml", b"", 0, "", b"", DOCUMENT),
+    ("--utf8 --vsg Sch\u00e4den \u00e4\u4e2d\U0001f600.csv out.xml", b"", 0, "\u00e4\u4e2d\U0001f600.csv: warning: No item column has "
+     "the header \"Sch\u00e4den\", so none gets the type VSG by it. [item-header]\n1 warning in 12 rows\n", b"", DOCUMENT),
     ("-v in.csv -", b"", 0, "...\nWriting to file completed.\n", DOCUMENT, OLD),
     ("missing\u00e4.csv out.xml", b"", 1, "xls2tki: Error opening inputfile:\n'missing\u00e4.csv'\n"
      + NO_SUCH_FILE % "missing\u00e4.csv", b"", OLD),
@@ -50,7 +51,7 @@ CASES = [
      "--excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, has one.", b"", OLD),
     ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n",
      b'{"input":"in.csv","output":"in.csv","kind":"csv","encoding":null,"separator":null,"layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
-     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],'
+     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],"findings":null,"finding_counts":null,'
      b'"failure":"The output \\"in.csv\\" is the input itself."}\n', OLD),
     ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
      "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
