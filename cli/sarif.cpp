@@ -167,7 +167,7 @@ void FillRun(Json& run, const Options& options, std::string_view failure) {
 
 std::string MakeLog(const Options& options, std::string_view failure) {
     // It stays until the process ends: to destroy it takes memory, and without that the process would end.
-    Json& log = *new Json;
+    static Json& log = *new Json;
     log["$schema"] = kSchema;
     log["version"] = "2.1.0";
     FillRun(log["runs"].emplace_back(), options, failure);

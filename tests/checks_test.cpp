@@ -29,6 +29,7 @@ class Looked {
     explicit Looked(const Table& table, const Names& vsgNames = {}, decltype(Wishes::numberOf) numberOf = {})
         : heap_(u"", &log_, table) {
         heap_.ReadData();
+        heap_.CheckConsistency();
         list_ = FindFindings(*heap_.GetIterator(), true, nullptr, {vsgNames, {}, {}, u'|', true, numberOf});
     }
 
@@ -97,7 +98,7 @@ TEST(Checks, FindFaults) {
         {u"DTC|T|I||\nP0123|x|i||", ""},
         {u"DTC|T|SPN|FMI\nP0123|x|1|2", ""},
         {u"DTC|T", ""},
-        {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n", "number-empty A3"},
+        {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n||", "number-empty A3"},
         // Numbers.
         {u"DTC|T\nP0123-11|x\nP0124|y", "number-unreadable A2"},
         {u"DTC|T\nP0123|x\nP01234|y\nP4123|z\nPO123|t",
