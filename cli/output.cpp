@@ -46,8 +46,8 @@ bool IsBeginningOfDocument(std::string_view text) {
 bool IsBeginningOfSarif(std::string_view text) {
     Skip(text, "\xEF\xBB\xBF");
     SkipBlanks(text);
-    const bool isNamed = text.find("sarif") != std::string_view::npos;
-    return text.starts_with('{') && (isNamed || text.find("\"runs\"") != std::string_view::npos);
+    const auto has = [text](std::string_view member) { return text.find(member) != std::string_view::npos; };
+    return text.starts_with('{') && has("\"2.1.0\"") && has("\"runs\"");
 }
 
 // Asks the system why a file could not be written completely, by writing on and closing it.

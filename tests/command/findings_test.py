@@ -235,7 +235,7 @@ def test_sarif():
         os.rename("in.csv", names[0])
         os.link(names[0], "in.csv")
         for name, uri in zip(names, ["a%20%23%25%3A%5C%C3%A4%FF%1B.csv", "file://" + os.path.abspath("in.csv")]):
-            for content, is_replaced in (b"", True), (b'\xef\xbb\xbf\n{"runs"', True), (b'{"name"', False), (b"sarif", False):
+            for content, is_replaced in (b"", True), (b'\xef\xbb\xbf\n{"version": "2.1.0", "runs"', True), (b'{"name":"sarif","version":"2.1.0"', False), (b"sarif", False):
                 Path("s.json").write_bytes(content)
                 status = subprocess.run([COMMAND, "--sarif", "s.json", name, "out.xml"], env=environment, capture_output=True).returncode
                 check(f"{content} is replaced", (0 if is_replaced else 2, is_replaced), (status, Path("s.json").read_bytes() != content))
