@@ -59,7 +59,7 @@ void TextBuilder::EndElement() {
     if (keepsBlanks_ || !hasBlanks) return;
     char16_t* const begin = store_.Extend(0) - text.size();
     char16_t* const end = begin + text.size();
-    char16_t* const first = std::find_if_not(begin, end, IsXmlBlank<char16_t>);
+    auto* const first = std::find_if_not(begin, end, IsXmlBlank<char16_t>);
     char16_t* last = end;
     while (last != first && IsXmlBlank(last[-1])) --last;
     std::copy(first, last, begin);
