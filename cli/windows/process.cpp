@@ -152,6 +152,7 @@ FinishedProcess WaitForProcess() {
     static_assert(kMostProcesses <= MAXIMUM_WAIT_OBJECTS);
     for (;;) {
         std::vector<HANDLE> processes;
+        processes.reserve(children.size());
         for (const Child& child : children) processes.push_back(child.process.get());
         const auto count = static_cast<DWORD>(processes.size());
         const DWORD ended = WaitForMultipleObjects(count, processes.data(), FALSE, kMilliseconds);

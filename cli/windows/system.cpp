@@ -49,6 +49,7 @@ File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
     return stream;
 }
 
+// NOLINTNEXTLINE(performance-no-int-to-ptr): the runtime hands it out as a number
 HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
 
 // Opens whatever it is, to ask for what is known of it.
