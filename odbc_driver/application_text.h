@@ -21,25 +21,13 @@ inline std::u16string_view GetText(const SQLWCHAR* text, SQLINTEGER length) {
     return {units, static_cast<std::size_t>(length)};
 }
 
-// How many units of the text go into `room` of them so that no character is divided - unless there is not
-// even room for one, since who asks again and again has to get on.
-template <typename Unit>
-std::size_t UnitsThatFit(std::basic_string_view<Unit> text, std::size_t room) {
-    const auto continuesCharacter = [](Unit unit) {
-        if constexpr (sizeof(Unit) == 1) return (static_cast<unsigned char>(unit) & 0xC0U) == 0x80;
-        return (static_cast<char16_t>(unit) & 0xFC00U) == 0xDC00;
-    };
-    if (text.size() <= room) return text.size();
-    std::size_t size = room;
-    while (size > 0 && continuesCharacter(text[size])) --size;
-    return size > 0 ? size : room;
-}
-
-// Copies what fits into a buffer of `capacity` units, and the terminator. Returns how many units it copied.
+// Fills a buffer of `capacity` units with the text and the terminator. Returns how many units of the text it
+// copied: a text that is cut fills the buffer, since programs take the rest of it for text, even where that
+// divides a character.
 template <typename Unit>
 std::size_t CopyPiece(std::basic_string_view<Unit> text, void* buffer, std::size_t capacity) {
     if (capacity == 0) return 0;
-    const std::size_t size = UnitsThatFit(text, capacity - 1);
+    const std::size_t size = std::min(text.size(), capacity - 1);
     const Unit terminator = 0;
     if (size > 0) std::memcpy(buffer, text.data(), size * sizeof(Unit));
     std::memcpy(static_cast<char*>(buffer) + size * sizeof(Unit), &terminator, sizeof terminator);

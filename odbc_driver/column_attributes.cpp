@@ -1,7 +1,5 @@
 #include "odbc_driver/column_attributes.h"
 
-#include <algorithm>
-
 #include "odbc_driver/diagnostics.h"
 
 namespace NOdbcDriver {
@@ -18,9 +16,9 @@ std::u16string_view TypeName(SQLSMALLINT type) {
     return type == SQL_SMALLINT ? u"SMALLINT" : u"INTEGER";
 }
 
-// A number is shown with its sign. Programs that show texts as narrow ones take this for their bytes.
+// A number is shown with its sign.
 SQLLEN DisplaySize(Result& result, std::size_t column) {
-    if (IsText(result, column)) return static_cast<SQLLEN>(result.WidthOf(column).utf8Bytes);
+    if (IsText(result, column)) return static_cast<SQLLEN>(result.WidthOf(column));
     return static_cast<SQLLEN>(ColumnSize(result, column) + 1);
 }
 
@@ -90,15 +88,16 @@ SQLLEN GetNumber(Result& result, std::size_t column, SQLSMALLINT attribute) {
 }  // namespace
 
 SQLULEN ColumnSize(Result& result, std::size_t column) {
-    if (IsText(result, column)) return result.WidthOf(column).units;
-    return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
+    constexpr std::size_t kLongestShort = 255;
+    if (!IsText(result, column)) {
+        return result.ColumnType(column) == SQL_SMALLINT ? kSmallIntDigits : kIntegerDigits;
+    }
+    const std::size_t width = result.WidthOf(column);
+    return width > kLongestShort ? width + 1 : width;
 }
 
 SQLLEN OctetLength(Result& result, std::size_t column) {
-    if (IsText(result, column)) {
-        const Result::Width& width = result.WidthOf(column);
-        return static_cast<SQLLEN>(std::max(width.units * sizeof(char16_t), width.utf8Bytes));
-    }
+    if (IsText(result, column)) return static_cast<SQLLEN>(ColumnSize(result, column) * sizeof(char16_t));
     return result.ColumnType(column) == SQL_SMALLINT ? sizeof(SQLSMALLINT) : sizeof(SQLINTEGER);
 }
 

@@ -14,10 +14,11 @@ namespace NOdbcDriver {
 std::variant<SQLLEN, std::u16string_view> GetColumnAttribute(Result& result, std::size_t column,
                                                              SQLSMALLINT attribute);
 
-// The UTF-16 units, or digits, that a value has at most.
+// The digits that a number has at most. Of a text the bytes in UTF-8, since many programs make a buffer for
+// narrow text from it; and, above 255, one more for its terminator, which some of them forget there.
 SQLULEN ColumnSize(Result& result, std::size_t column);
 
-// The bytes that a value has at most: of a text in UTF-16 or in UTF-8, whichever is longer.
+// The bytes that a value has at most: of a text, twice its column's size, which is enough in UTF-16 as well.
 SQLLEN OctetLength(Result& result, std::size_t column);
 
 // The type of a value that an application fetches as SQL_C_DEFAULT.

@@ -25,17 +25,15 @@ std::size_t Utf8Size(std::u16string_view text) {
 
 }  // namespace
 
-const Result::Width& Result::WidthOf(std::size_t column) {
+std::size_t Result::WidthOf(std::size_t column) {
     widths_.resize(ColumnCount());
-    Width& known = widths_[column];
-    if (known.units != 0) return known;
-    Width widest = {1, 1};
+    std::size_t& known = widths_[column];
+    if (known != 0) return known;
+    std::size_t widest = 1;
     NWorkbook::NumberText scratch;
     const std::size_t rowCount = RowCount();
     for (std::size_t row = 0; row < rowCount; ++row) {
-        const std::u16string_view text = Value(row, column, scratch).value_or(std::u16string_view());
-        widest.units = std::max(widest.units, text.size());
-        widest.utf8Bytes = std::max(widest.utf8Bytes, Utf8Size(text));
+        widest = std::max(widest, Utf8Size(Value(row, column, scratch).value_or(std::u16string_view())));
     }
     return known = widest;
 }

@@ -29,16 +29,12 @@ class Result {
     [[nodiscard]] virtual std::optional<std::u16string_view> Value(std::size_t row, std::size_t column,
                                                                    NWorkbook::NumberText& scratch) const = 0;
 
-    // How long values are at most, each at least 1, though of different values perhaps.
-    struct Width {
-        std::size_t units = 0;      // in UTF-16
-        std::size_t utf8Bytes = 0;  // in UTF-8
-    };
-    // Looks at all values of the column when it is first asked.
-    const Width& WidthOf(std::size_t column);
+    // The bytes in UTF-8 of the longest value, at least 1. Looks at all values of the column when it is first
+    // asked.
+    std::size_t WidthOf(std::size_t column);
 
   private:
-    std::vector<Width> widths_;  // of no units: not known yet
+    std::vector<std::size_t> widths_;  // 0: not known yet
 };
 
 // The records of a table.

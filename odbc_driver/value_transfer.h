@@ -22,9 +22,9 @@ struct Target {
 enum class Transferred { Whole, Cut, WithoutFraction, NothingLeft };
 
 // Hands out one value, a text in as many pieces as the application takes. Texts are SQL_C_WCHAR, in UTF-16,
-// or SQL_C_CHAR, in UTF-8; each piece ends with NUL and with a whole character, and the length is that of
-// everything that was left before it. SQL_C_BINARY gets the bytes of the text in UTF-16, without NUL. Numbers
-// go into any C type for numbers.
+// or SQL_C_CHAR, in UTF-8; each piece ends with NUL and fills its buffer, so that it may divide a character,
+// and the length is that of everything that was left before it. SQL_C_BINARY gets the bytes of the text in
+// UTF-16, without NUL. Numbers go into any C type for numbers.
 class ValueTransfer {
   public:
     // The text stays valid until the last piece; nothing is NULL.

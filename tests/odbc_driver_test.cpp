@@ -184,10 +184,10 @@ TEST(OdbcDriver, HandsOutValuesInPieces) {
         SQLLEN capacity;
         std::string pieces;  // "units:left in bytes" of each call
     } const rows[] = {
-        {u"aä😀z", SQL_C_WCHAR, 12, "5:10 "},    {u"aä😀z", SQL_C_WCHAR, 9, "2:10 3:6 "},
-        {u"aä😀z", SQL_C_WCHAR, 8, "2:10 3:6 "}, {u"aä😀z", SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
+        {u"aä😀z", SQL_C_WCHAR, 12, "5:10 "},    {u"aä😀z", SQL_C_WCHAR, 9, "3:10 2:4 "},
+        {u"aä😀z", SQL_C_WCHAR, 8, "3:10 2:4 "}, {u"aä😀z", SQL_C_WCHAR, 4, "1:10 1:8 1:6 1:4 1:2 "},
         {u"aä😀z", SQL_C_CHAR, 9, "8:8 "},       {u"aä😀z", SQL_C_CHAR, 8, "7:8 1:1 "},
-        {u"aä😀z", SQL_C_CHAR, 7, "3:8 5:5 "},   {u"aä😀z", SQL_C_CHAR, 3, "1:8 2:7 2:5 2:3 1:1 "},
+        {u"aä😀z", SQL_C_CHAR, 7, "6:8 2:2 "},   {u"aä😀z", SQL_C_CHAR, 3, "2:8 2:6 2:4 2:2 "},
         {u"aä😀z", SQL_C_BINARY, 10, "10:10 "},  {u"aä😀z", SQL_C_BINARY, 3, "3:10 3:7 3:4 1:1 "},
         {u"", SQL_C_CHAR, 1, "0:0 "},           {u"", SQL_C_WCHAR, 2, "0:0 "},
     };
@@ -224,8 +224,12 @@ TEST(OdbcDriver, TellsHowLongTextsAre) {
         std::u16string one, other;
         SQLLEN size, displaySize, bytes;
     } const rows[] = {
-        {u"", u"", 1, 1, 2},     {u"ab", u"c", 2, 2, 4}, {u"ÄÖÜ", u"abcd", 4, 6, 8},
-        {u"ࠀࠀ", u"ab", 2, 6, 6}, {u"😀", u"a", 2, 4, 4},  {u"\xDE00\xD83D", u"\xD83D", 2, 6, 6},
+        {u"", u"", 1, 1, 2},
+        {u"ab", u"c", 2, 2, 4},
+        {u"ÄÖÜ", u"abcd", 6, 6, 12},
+        {u"\xDE00\xD83D", u"\xD83D", 6, 6, 12},
+        {u"😀ࠀ", std::u16string(255, u'x'), 255, 255, 510},
+        {std::u16string(128, u'ä'), u"", 257, 256, 514},
     };
     for (const auto& row : rows) {
         RowsResult result({{u"A"}}, {{row.one}, {std::nullopt}, {row.other}});
@@ -244,7 +248,7 @@ TEST(OdbcDriver, TellsOfColumns) {
         {SQL_DESC_NAME, "A,B,C,"},           {SQL_DESC_TYPE_NAME, "VARCHAR,SMALLINT,INTEGER,"},
         {SQL_DESC_LITERAL_PREFIX, "',,,"},   {SQL_DESC_TABLE_NAME, ",,,"},
         {SQL_DESC_SCHEMA_NAME, ",,,"},       {SQL_DESC_CONCISE_TYPE, "-9,5,4,"},
-        {SQL_DESC_LENGTH, "2,5,10,"},        {SQL_DESC_OCTET_LENGTH, "4,2,4,"},
+        {SQL_DESC_LENGTH, "3,5,10,"},        {SQL_DESC_OCTET_LENGTH, "6,2,4,"},
         {SQL_DESC_DISPLAY_SIZE, "3,6,11,"},  {SQL_DESC_NULLABLE, "1,1,1,"},
         {SQL_DESC_CASE_SENSITIVE, "1,0,0,"}, {SQL_DESC_NUM_PREC_RADIX, "0,10,10,"},
         {SQL_DESC_SEARCHABLE, "0,0,0,"},     {12345, "HY091,HY091,HY091,"},
