@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "fuzz/memory_file.h"
-#include "workbook/workbook.h"
+#include "workbook/file_formats.h"
 
 namespace NFuzz {
 

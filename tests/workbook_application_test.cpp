@@ -6,7 +6,7 @@
 #include "tests/made_workbook.h"
 #include "workbook/application.h"
 #include "workbook/dispatch_ids.h"
-#include "workbook/workbook.h"
+#include "workbook/file_formats.h"
 
 namespace {
 

@@ -1,20 +1,20 @@
-#include "workbook/workbook.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
 
 #include "tests/host.h"
 #include "tests/made_workbook.h"
-#include "workbook/cell_value.h"
-#include "workbook/date_serial.h"
-#include "workbook/part_name.h"
+#include "workbook/file_formats.h"
 #include "workbook/range_address.h"
-#include "workbook/text_builder.h"
+#include "workbook/xlsx/cell_value.h"
+#include "workbook/xlsx/date_serial.h"
+#include "workbook/xlsx/part_name.h"
+#include "workbook/xlsx/text_builder.h"
 
 namespace {
 
 using namespace NWorkbook;
+using namespace NWorkbook::NXlsx;
 using namespace NTest;
 
 // Everything that a workbook holds, as the texts beside the files in tests/data/workbooks have it.

@@ -2,6 +2,7 @@
 
 #include "workbook/dispatch_ids.h"
 #include "workbook/engine_object.h"
+#include "workbook/file_formats.h"
 #include "workbook/workbook_object.h"
 
 namespace NWorkbook {

@@ -1,4 +1,4 @@
-// What is wrong with a part, found by somebody who does not know which part it is.
+// What is wrong with a part of a workbook's file, found by somebody who does not know which part it is.
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 #include "workbook/tables.h"
 
 #include "workbook/column_names.h"
+#include "workbook/file_formats.h"
 #include "workbook/sheet_rows.h"
 
 namespace NWorkbook {

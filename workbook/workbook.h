@@ -61,11 +61,4 @@ struct Workbook {
     std::function<std::vector<DefinedName>()> readDefinedNames;
 };
 
-// Opens a file for reading, decided by its content. Throws WorkbookError.
-std::unique_ptr<Workbook> OpenWorkbook(std::u16string_view path);
-
-// Writes the workbook as .xlsx and remembers the path. What the file held before stays when this fails, or
-// when findWhatIsNotKept finds something. Throws WorkbookError.
-void SaveWorkbook(Workbook& workbook, std::u16string_view path);
-
 }  // namespace NWorkbook

@@ -7,6 +7,7 @@
 #include "workbook/cell_rules.h"
 #include "workbook/dispatch_ids.h"
 #include "workbook/engine_object.h"
+#include "workbook/file_formats.h"
 
 namespace NWorkbook {
 

@@ -1,6 +1,6 @@
 #include "sources/odbc_heap.h"
 #include "tests/source_kind.h"
-#include "workbook/workbook.h"
+#include "workbook/file_formats.h"
 
 namespace NTest {
 

@@ -1,0 +1,22 @@
+// How much memory one workbook may ask for.
+#pragma once
+
+#include "workbook/cells.h"
+#include "workbook/part_fault.h"
+
+namespace NWorkbook {
+
+// What is left of it: generous limits, so that a small file cannot fill the memory.
+struct Budget {
+    std::size_t cells = CellTable::kMostCells;
+    std::size_t sharedStrings = CellTable::kMostCells;
+    std::size_t units = std::size_t{1} << 29;  // of texts that are kept, UTF-16
+};
+
+// Takes `count` from it. Throws PartFault, with the words for too much, where less is left.
+inline void Spend(std::size_t& left, std::size_t count, const char16_t* tooMuch) {
+    if (count > left) throw PartFault{Fault::TooLarge, tooMuch};
+    left -= count;
+}
+
+}  // namespace NWorkbook
