@@ -9,22 +9,16 @@ using namespace NOdbcDriver;
 
 namespace {
 
-OptionalText GetOptionalText(const SQLWCHAR* text, SQLSMALLINT length) {
+template <typename Unit>
+OptionalText GetOptionalText(const Unit* text, SQLSMALLINT length) {
     if (text == nullptr) return std::nullopt;
     return GetText(text, length);
 }
 
-SQLRETURN OpenNothing(SQLHSTMT handle, Absent what) {
-    return Enter<Statement>(handle, [=](Statement& statement) { statement.Open(ListNothing(what)); });
-}
-
-}  // namespace
-
-extern "C" {
-
-SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
-                             SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
-                             SQLSMALLINT tableLength, SQLWCHAR* types, SQLSMALLINT typesLength) {
+template <typename Unit>
+SQLRETURN OpenTables(SQLHSTMT handle, Unit* catalogue, SQLSMALLINT catalogueLength, Unit* schema,
+                     SQLSMALLINT schemaLength, Unit* table, SQLSMALLINT tableLength, Unit* types,
+                     SQLSMALLINT typesLength) {
     return Enter<Statement>(handle, [=](Statement& statement) {
         const TablesRequest request = {GetOptionalText(catalogue, catalogueLength),
                                        GetOptionalText(schema, schemaLength),
@@ -34,9 +28,10 @@ SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT c
     });
 }
 
-SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
-                              SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
-                              SQLSMALLINT tableLength, SQLWCHAR* column, SQLSMALLINT columnLength) {
+template <typename Unit>
+SQLRETURN OpenColumns(SQLHSTMT handle, Unit* catalogue, SQLSMALLINT catalogueLength, Unit* schema,
+                      SQLSMALLINT schemaLength, Unit* table, SQLSMALLINT tableLength, Unit* column,
+                      SQLSMALLINT columnLength) {
     return Enter<Statement>(handle, [=](Statement& statement) {
         const bool isName = statement.metadataId == SQL_TRUE;
         ColumnsRequest request = {GetOptionalText(catalogue, catalogueLength),
@@ -47,13 +42,64 @@ SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT 
     });
 }
 
-SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type) {
+SQLRETURN OpenTypes(SQLHSTMT handle, SQLSMALLINT type) {
     return Enter<Statement>(handle, [=](Statement& statement) { statement.Open(ListTypes(type)); });
+}
+
+SQLRETURN OpenNothing(SQLHSTMT handle, Absent what) {
+    return Enter<Statement>(handle, [=](Statement& statement) { statement.Open(ListNothing(what)); });
+}
+
+}  // namespace
+
+extern "C" {
+
+SQLRETURN SQL_API SQLTables(SQLHSTMT handle, SQLCHAR* catalogue, SQLSMALLINT catalogueLength, SQLCHAR* schema,
+                            SQLSMALLINT schemaLength, SQLCHAR* table, SQLSMALLINT tableLength, SQLCHAR* types,
+                            SQLSMALLINT typesLength) {
+    return OpenTables(handle, catalogue, catalogueLength, schema, schemaLength, table, tableLength, types,
+                      typesLength);
+}
+
+SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
+                             SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
+                             SQLSMALLINT tableLength, SQLWCHAR* types, SQLSMALLINT typesLength) {
+    return OpenTables(handle, catalogue, catalogueLength, schema, schemaLength, table, tableLength, types,
+                      typesLength);
+}
+
+SQLRETURN SQL_API SQLColumns(SQLHSTMT handle, SQLCHAR* catalogue, SQLSMALLINT catalogueLength,
+                             SQLCHAR* schema, SQLSMALLINT schemaLength, SQLCHAR* table,
+                             SQLSMALLINT tableLength, SQLCHAR* column, SQLSMALLINT columnLength) {
+    return OpenColumns(handle, catalogue, catalogueLength, schema, schemaLength, table, tableLength, column,
+                       columnLength);
+}
+
+SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalogue, SQLSMALLINT catalogueLength,
+                              SQLWCHAR* schema, SQLSMALLINT schemaLength, SQLWCHAR* table,
+                              SQLSMALLINT tableLength, SQLWCHAR* column, SQLSMALLINT columnLength) {
+    return OpenColumns(handle, catalogue, catalogueLength, schema, schemaLength, table, tableLength, column,
+                       columnLength);
+}
+
+SQLRETURN SQL_API SQLGetTypeInfo(SQLHSTMT handle, SQLSMALLINT type) { return OpenTypes(handle, type); }
+
+SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type) { return OpenTypes(handle, type); }
+
+SQLRETURN SQL_API SQLPrimaryKeys(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                 SQLSMALLINT) {
+    return OpenNothing(handle, Absent::PrimaryKeys);
 }
 
 SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
                                   SQLSMALLINT) {
     return OpenNothing(handle, Absent::PrimaryKeys);
+}
+
+SQLRETURN SQL_API SQLForeignKeys(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                 SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                 SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ForeignKeys);
 }
 
 SQLRETURN SQL_API SQLForeignKeysW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
@@ -62,9 +108,19 @@ SQLRETURN SQL_API SQLForeignKeysW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWC
     return OpenNothing(handle, Absent::ForeignKeys);
 }
 
+SQLRETURN SQL_API SQLStatistics(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT) {
+    return OpenNothing(handle, Absent::Statistics);
+}
+
 SQLRETURN SQL_API SQLStatisticsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
                                  SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT) {
     return OpenNothing(handle, Absent::Statistics);
+}
+
+SQLRETURN SQL_API SQLSpecialColumns(SQLHSTMT handle, SQLUSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                    SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT) {
+    return OpenNothing(handle, Absent::SpecialColumns);
 }
 
 SQLRETURN SQL_API SQLSpecialColumnsW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
@@ -72,9 +128,19 @@ SQLRETURN SQL_API SQLSpecialColumnsW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR*, S
     return OpenNothing(handle, Absent::SpecialColumns);
 }
 
+SQLRETURN SQL_API SQLTablePrivileges(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                     SQLSMALLINT) {
+    return OpenNothing(handle, Absent::TablePrivileges);
+}
+
 SQLRETURN SQL_API SQLTablePrivilegesW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
                                       SQLWCHAR*, SQLSMALLINT) {
     return OpenNothing(handle, Absent::TablePrivileges);
+}
+
+SQLRETURN SQL_API SQLColumnPrivileges(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                      SQLSMALLINT, SQLCHAR*, SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ColumnPrivileges);
 }
 
 SQLRETURN SQL_API SQLColumnPrivilegesW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
@@ -82,9 +148,19 @@ SQLRETURN SQL_API SQLColumnPrivilegesW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, 
     return OpenNothing(handle, Absent::ColumnPrivileges);
 }
 
+SQLRETURN SQL_API SQLProcedures(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                SQLSMALLINT) {
+    return OpenNothing(handle, Absent::Procedures);
+}
+
 SQLRETURN SQL_API SQLProceduresW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*,
                                  SQLSMALLINT) {
     return OpenNothing(handle, Absent::Procedures);
+}
+
+SQLRETURN SQL_API SQLProcedureColumns(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT, SQLCHAR*,
+                                      SQLSMALLINT, SQLCHAR*, SQLSMALLINT) {
+    return OpenNothing(handle, Absent::ProcedureColumns);
 }
 
 SQLRETURN SQL_API SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,

@@ -1,6 +1,5 @@
 #include "odbc_driver/descriptor.h"
 
-#include "odbc_driver/application_text.h"
 #include "odbc_driver/column_attributes.h"
 #include "odbc_driver/number_value.h"
 
@@ -22,21 +21,19 @@ SQLPOINTER Move(SQLPOINTER address, SQLLEN bytes) { return Move(static_cast<char
 SQLLEN ToNumber(SQLPOINTER value) { return reinterpret_cast<SQLLEN>(value); }
 
 // Each field of a descriptor has a size of its own.
-void PutFieldNumber(SQLSMALLINT field, SQLLEN number, SQLPOINTER value) {
+FieldValue ToFieldValue(SQLSMALLINT field, SQLLEN number) {
     switch (field) {
         case SQL_DESC_LENGTH:
         case SQL_DESC_OCTET_LENGTH:
         case SQL_DESC_DISPLAY_SIZE:
-            PutNumber(number, value);
-            break;
+            return number;
         case SQL_DESC_AUTO_UNIQUE_VALUE:
         case SQL_DESC_CASE_SENSITIVE:
         case SQL_DESC_DATETIME_INTERVAL_PRECISION:
         case SQL_DESC_NUM_PREC_RADIX:
-            PutNumber(static_cast<SQLINTEGER>(number), value);
-            break;
+            return static_cast<SQLINTEGER>(number);
         default:
-            PutNumber(static_cast<SQLSMALLINT>(number), value);
+            return static_cast<SQLSMALLINT>(number);
     }
 }
 
@@ -78,31 +75,24 @@ bool Descriptor::SetHeaderField(SQLSMALLINT field, SQLPOINTER value) {
     }
 }
 
-bool Descriptor::GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const {
+std::optional<FieldValue> Descriptor::HeaderField(SQLSMALLINT field) const {
     switch (field) {
         case SQL_DESC_ARRAY_SIZE:
-            PutNumber(arraySize, value);
-            return true;
+            return static_cast<SQLLEN>(arraySize);
         case SQL_DESC_BIND_TYPE:
-            PutNumber(static_cast<SQLINTEGER>(bindType), value);
-            return true;
+            return static_cast<SQLINTEGER>(bindType);
         case SQL_DESC_BIND_OFFSET_PTR:
-            PutNumber(bindOffset, value);
-            return true;
+            return static_cast<SQLPOINTER>(bindOffset);
         case SQL_DESC_ARRAY_STATUS_PTR:
-            PutNumber(arrayStatus, value);
-            return true;
+            return static_cast<SQLPOINTER>(arrayStatus);
         case SQL_DESC_ROWS_PROCESSED_PTR:
-            PutNumber(rowsProcessed, value);
-            return true;
+            return static_cast<SQLPOINTER>(rowsProcessed);
         case SQL_DESC_COUNT:
-            PutNumber(static_cast<SQLSMALLINT>(Count()), value);
-            return true;
+            return static_cast<SQLSMALLINT>(Count());
         case SQL_DESC_ALLOC_TYPE:
-            PutNumber(SQLSMALLINT{SQL_DESC_ALLOC_AUTO}, value);
-            return true;
+            return SQLSMALLINT{SQL_DESC_ALLOC_AUTO};
         default:
-            return false;
+            return std::nullopt;
     }
 }
 
@@ -135,32 +125,23 @@ void Descriptor::SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER valu
     }
 }
 
-void Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
-                          SQLINTEGER* length) {
-    if (GetHeaderField(field, value)) return;
-    if (described_ == nullptr) {
-        GetBindingField(column, field, value);
-    } else {
-        GetResultField(column, field, value, capacity, length);
-    }
+FieldValue Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field) const {
+    if (std::optional<FieldValue> value = HeaderField(field)) return *std::move(value);
+    return described_ == nullptr ? BindingField(column, field) : ResultField(column, field);
 }
 
-void Descriptor::GetResultField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
-                                SQLINTEGER* length) {
+FieldValue Descriptor::ResultField(SQLSMALLINT column, SQLSMALLINT field) const {
     Result* const result = described_->get();
     if (result == nullptr) throw OdbcError(u"HY007", u"No statement is prepared or executed.");
     if (column <= 0 || static_cast<std::size_t>(column) > result->ColumnCount()) {
         throw OdbcError(u"07009", u"The result has no column of this number.");
     }
     const auto found = GetColumnAttribute(*result, static_cast<std::size_t>(column) - 1, field);
-    if (const auto* const text = std::get_if<std::u16string_view>(&found)) {
-        diagnostics.AddIfCut(PutTextInBytes(*text, value, capacity, length));
-    } else {
-        PutFieldNumber(field, std::get<SQLLEN>(found), value);
-    }
+    if (const auto* const text = std::get_if<std::u16string_view>(&found)) return *text;
+    return ToFieldValue(field, std::get<SQLLEN>(found));
 }
 
-void Descriptor::GetBindingField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const {
+FieldValue Descriptor::BindingField(SQLSMALLINT column, SQLSMALLINT field) const {
     if (column <= 0 || static_cast<std::size_t>(column) > bindings_.size()) {
         throw OdbcError(u"07009", u"Nothing is bound to this column.");
     }
@@ -168,20 +149,15 @@ void Descriptor::GetBindingField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINT
     switch (field) {
         case SQL_DESC_TYPE:
         case SQL_DESC_CONCISE_TYPE:
-            PutNumber(binding.type, value);
-            break;
+            return binding.type;
         case SQL_DESC_DATA_PTR:
-            PutNumber(binding.data, value);
-            break;
+            return binding.data;
         case SQL_DESC_OCTET_LENGTH:
-            PutNumber(binding.capacity, value);
-            break;
+            return binding.capacity;
         case SQL_DESC_OCTET_LENGTH_PTR:
-            PutNumber(binding.length, value);
-            break;
+            return static_cast<SQLPOINTER>(binding.length);
         case SQL_DESC_INDICATOR_PTR:
-            PutNumber(binding.indicator, value);
-            break;
+            return static_cast<SQLPOINTER>(binding.indicator);
         default:
             RefuseField();
     }

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "odbc_driver/handle.h"
@@ -23,6 +26,9 @@ struct Binding {
     }
 };
 
+// A field of a descriptor, in the type that ODBC has for it.
+using FieldValue = std::variant<std::u16string_view, SQLLEN, SQLINTEGER, SQLSMALLINT, SQLPOINTER>;
+
 // One of a statement's four. That of the application's rows holds the bindings; that of the implementation's
 // rows tells what is known about the columns of the statement's result; of the others only the header
 // matters.
@@ -37,10 +43,8 @@ class Descriptor : public Handle {
     // `column` counts from 1; number 0 names the header. Throws OdbcError: HY091 for a field there is not,
     // 07009 for a column that is not bound or that the result has not, HY016 where columns are only told of.
     void SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value);
-    // A text gets `capacity` bytes at most, its length counts in bytes. Also throws HY007 where there is no
-    // result to tell of.
-    void GetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity = 0,
-                  SQLINTEGER* length = nullptr);
+    // A text is valid as long as the result. Also throws HY007 where there is no result to tell of.
+    [[nodiscard]] FieldValue GetField(SQLSMALLINT column, SQLSMALLINT field) const;
 
     // Binds the column, which counts from 1, or ends that.
     void Bind(SQLUSMALLINT column, const Binding& binding);
@@ -61,10 +65,9 @@ class Descriptor : public Handle {
 
   private:
     bool SetHeaderField(SQLSMALLINT field, SQLPOINTER value);
-    bool GetHeaderField(SQLSMALLINT field, SQLPOINTER value) const;
-    void GetBindingField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value) const;
-    void GetResultField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER value, SQLLEN capacity,
-                        SQLINTEGER* length);
+    [[nodiscard]] std::optional<FieldValue> HeaderField(SQLSMALLINT field) const;
+    [[nodiscard]] FieldValue BindingField(SQLSMALLINT column, SQLSMALLINT field) const;
+    [[nodiscard]] FieldValue ResultField(SQLSMALLINT column, SQLSMALLINT field) const;
     [[nodiscard]] std::size_t Count() const;
     void RequireBindings() const;
 

@@ -1,8 +1,9 @@
 // What a handle tells of its latest call.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "odbc_driver/odbc.h"
@@ -16,6 +17,11 @@ struct Diagnostic {
     SQLLEN row = SQL_NO_ROW_NUMBER;
     SQLINTEGER column = SQL_NO_COLUMN_NUMBER;
 };
+
+// The message with who speaks.
+std::u16string MessageOf(const Diagnostic& record);
+
+using DiagnosticField = std::variant<std::u16string, SQLLEN, SQLINTEGER>;
 
 // Ends a call with SQL_ERROR and this record.
 class OdbcError {
@@ -44,12 +50,9 @@ class Diagnostics {
     // Numbers count from 1. NULL if there is no such record.
     [[nodiscard]] const Diagnostic* Find(SQLSMALLINT number) const;
 
-    SQLRETURN GetRecord(SQLSMALLINT number, SQLWCHAR* state, SQLINTEGER* nativeCode, SQLWCHAR* message,
-                        SQLSMALLINT capacity, SQLSMALLINT* length) const;
-    // Number 0 is the header; the driver manager knows itself how many records there are and how the call
-    // ended. The capacity and the length count bytes.
-    SQLRETURN GetField(SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER value, SQLSMALLINT capacity,
-                       SQLSMALLINT* length) const;
+    // A field (SQL_DIAG_...) of a record there is, or of the header, which is number 0; nothing if the field
+    // is not known. The driver manager knows itself how many records there are and how the call ended.
+    [[nodiscard]] std::optional<DiagnosticField> Field(SQLSMALLINT number, SQLSMALLINT field) const;
 
   private:
     std::vector<Diagnostic> records_;

@@ -60,6 +60,33 @@ SQLRETURN Ask(SQLSMALLINT kind, SQLHANDLE handle, const Call& call) noexcept {
     }
 }
 
+SQLRETURN ReturnCode(bool isCut) { return isCut ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS; }
+
+template <typename Unit>
+SQLRETURN GetDiagRec(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, Unit* state,
+                     SQLINTEGER* nativeCode, Unit* message, SQLSMALLINT capacity, SQLSMALLINT* length) {
+    return Ask(kind, handle, [=](const Diagnostics& diagnostics) -> SQLRETURN {
+        if (number <= 0 || capacity < 0) return SQL_ERROR;
+        const Diagnostic* const record = diagnostics.Find(number);
+        if (record == nullptr) return SQL_NO_DATA;
+        constexpr SQLSMALLINT kStateCapacity = 6;
+        PutText(record->state, state, kStateCapacity, static_cast<SQLSMALLINT*>(nullptr));
+        PutNumber(SQLINTEGER{0}, nativeCode);
+        return ReturnCode(PutText(MessageOf(*record), message, capacity, length));
+    });
+}
+
+template <typename Unit>
+SQLRETURN GetDiagField(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field,
+                       SQLPOINTER value, SQLSMALLINT capacity, SQLSMALLINT* length) {
+    return Ask(kind, handle, [=](const Diagnostics& diagnostics) -> SQLRETURN {
+        if (number < 0) return SQL_ERROR;
+        if (number > 0 && diagnostics.Find(number) == nullptr) return SQL_NO_DATA;
+        const std::optional<DiagnosticField> found = diagnostics.Field(number, field);
+        return found ? ReturnCode(PutAnswer<Unit>(*found, value, capacity, length)) : SQL_ERROR;
+    });
+}
+
 // The driver manager keeps the other attributes of an environment to itself.
 void RequireVersion(SQLINTEGER attribute) {
     if (attribute == SQL_ATTR_ODBC_VERSION) return;
@@ -122,19 +149,26 @@ SQLRETURN SQL_API SQLGetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER
     });
 }
 
+SQLRETURN SQL_API SQLGetDiagRec(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLCHAR* state,
+                                SQLINTEGER* nativeCode, SQLCHAR* message, SQLSMALLINT capacity,
+                                SQLSMALLINT* length) {
+    return GetDiagRec(kind, handle, number, state, nativeCode, message, capacity, length);
+}
+
 SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR* state,
                                  SQLINTEGER* nativeCode, SQLWCHAR* message, SQLSMALLINT capacity,
                                  SQLSMALLINT* length) {
-    return Ask(kind, handle, [=](const Diagnostics& diagnostics) {
-        return diagnostics.GetRecord(number, state, nativeCode, message, capacity, length);
-    });
+    return GetDiagRec(kind, handle, number, state, nativeCode, message, capacity, length);
+}
+
+SQLRETURN SQL_API SQLGetDiagField(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field,
+                                  SQLPOINTER value, SQLSMALLINT capacity, SQLSMALLINT* length) {
+    return GetDiagField<SQLCHAR>(kind, handle, number, field, value, capacity, length);
 }
 
 SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field,
                                    SQLPOINTER value, SQLSMALLINT capacity, SQLSMALLINT* length) {
-    return Ask(kind, handle, [=](const Diagnostics& diagnostics) {
-        return diagnostics.GetField(number, field, value, capacity, length);
-    });
+    return GetDiagField<SQLWCHAR>(kind, handle, number, field, value, capacity, length);
 }
 
 }  // extern "C"

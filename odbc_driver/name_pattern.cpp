@@ -54,8 +54,8 @@ bool PatternFits(std::u16string_view pattern, std::u16string_view name, std::siz
 
 }  // namespace
 
-NamePattern::NamePattern(OptionalText text, bool isName) : text_(text), isName_(isName) {
-    if (text_ && isName_) text_ = text_->substr(0, text_->find_last_not_of(kBlanks) + 1);
+NamePattern::NamePattern(OptionalText text, bool isName) : text_(std::move(text)), isName_(isName) {
+    if (text_ && isName_) text_->resize(text_->find_last_not_of(kBlanks) + 1);
 }
 
 bool NamePattern::Fits(std::u16string_view name) {

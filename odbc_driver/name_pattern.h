@@ -3,12 +3,13 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace NOdbcDriver {
 
 // A text that an application may leave out.
-using OptionalText = std::optional<std::u16string_view>;
+using OptionalText = std::optional<std::u16string>;
 
 // A pattern has % for any characters, _ for one, and \ before one of these three that stands for itself.
 // Without a text it fits everything. Case of ASCII letters counts for nothing.

@@ -95,13 +95,14 @@ void Statement::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
 }
 
 void Statement::GetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
+    SQLINTEGER* const noLength = nullptr;
     if (attribute == SQL_ATTR_ROW_NUMBER) {
         PutNumber(RowNumber(), value);
     } else if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
         if (header->field == SQL_DESC_BIND_TYPE) {
             PutNumber((this->*header->descriptor).bindType, value);
         } else {
-            (this->*header->descriptor).GetField(0, header->field, value);
+            PutAnswer<SQLWCHAR>((this->*header->descriptor).GetField(0, header->field), value, 0, noLength);
         }
     } else if (const auto* kept = FindNumbered(kKeptAttributes, attribute)) {
         PutNumber(this->*kept->value, value);

@@ -399,6 +399,44 @@ TEST_F(OdbcDriverManager, AnswersQuestions) {
     EXPECT_EQ(SQLCancel(statement), SQL_SUCCESS);
 }
 
+// UTF-8 goes in and comes out; NULs that are counted in a length are no text.
+TEST_F(OdbcDriverManager, ServesNarrowPrograms) {
+    const auto text = [](const std::string& value) { return "<c t='str'><v>" + value + "</v></c>"; };
+    NTest::Parts parts = NTest::Small(
+        {{"s.xml", NTest::Sheet("<row>" + text("Fehlertext ß😀") + "</row><row>" + text("ä") + "</row>")}});
+    parts["w.xml"] = NTest::ReplaceAll(parts["w.xml"], "name='S'", "name='Größe'");
+    workbook_ = Zip(folder_, parts);
+    Program program;
+    const auto bytes = [](std::string& given) { return reinterpret_cast<SQLCHAR*>(given.data()); };
+    std::string given = Utf8(ConnectString()) + std::string(2, '\0');
+    char told[100] = "";
+    auto* const room = reinterpret_cast<SQLCHAR*>(told);
+    SQLSMALLINT length = 0;
+    EXPECT_EQ(SQLDriverConnect(program.connection, nullptr, bytes(given),
+                               static_cast<SQLSMALLINT>(given.size()), room, 8, &length, 0),
+              SQL_SUCCESS_WITH_INFO);
+    EXPECT_STREQ(told, "DRIVER=");
+    EXPECT_EQ(static_cast<std::size_t>(length), given.size() - 2);
+    SQLAllocHandle(SQL_HANDLE_STMT, program.connection, &program.statement);
+    given = "gr__e$";
+    EXPECT_EQ(SQLTables(program.statement, nullptr, 0, nullptr, 0, bytes(given), SQL_NTS, nullptr, 0), 0);
+    EXPECT_EQ(program.Rows(), "~|~|Größe$|TABLE|~\n");
+    given = "SELECT * FROM [Grösse]";
+    EXPECT_EQ(SQLExecDirect(program.statement, bytes(given), SQL_NTS), SQL_ERROR);
+    SQLGetDiagRec(SQL_HANDLE_STMT, program.statement, 1, room, nullptr, room + 6, 90, &length);
+    EXPECT_STREQ(told, "42S02");
+    EXPECT_EQ(std::string(told + 6, static_cast<std::size_t>(length)),
+              kSpeaker + "The workbook has no table \"Grösse\"; it has: Größe$.");
+    given = std::string("SELECT * FROM Größe\0\0", 23);
+    EXPECT_EQ(SQLExecDirect(program.statement, bytes(given), 23), SQL_SUCCESS) << program.Told();
+    SQLDescribeCol(program.statement, 1, room, 16, &length, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(length, 17);
+    EXPECT_EQ(std::string(told), std::string("Fehlertext ß😀").substr(0, 15));  // to the last byte
+    SQLColAttribute(program.statement, 1, SQL_DESC_TABLE_NAME, told, 100, &length, nullptr);
+    EXPECT_EQ(std::string(told), "Größe");
+    EXPECT_EQ(program.Rows(), "ä\n");
+}
+
 // The catalogue functions that list what no workbook has: how many columns there are, and the last one.
 TEST_F(OdbcDriverManager, ListsNothingOfWhatThereIsNot) {
     Program program;
