@@ -85,16 +85,10 @@ std::optional<NChecks::Unfinished> FindUnfinished(const VHeapInterface& source) 
                                table->PendingCell()};
 }
 
-// The numbers that Excel gave; nothing more is asked of it.
-std::function<std::optional<double>(const NChecks::Place&)> NumbersOf(const VHeapInterface& source) {
-    const auto* const workbook = dynamic_cast<const IExcelHeap*>(&source);
-    if (workbook == nullptr) return {};
-    return [workbook](const NChecks::Place& place) -> std::optional<double> {
-        const auto row = static_cast<std::uint32_t>(place.row + 1);
-        const auto column = static_cast<std::uint32_t>(place.column + 1);
-        if (!workbook->HasCellNumber(row, column)) return std::nullopt;
-        return workbook->GetCellNumber(row, column);
-    };
+// Null where the source reads no worksheet.
+const VCSVReader::WorksheetFacts* FactsOf(const VHeapInterface& source) {
+    const auto* const worksheets = dynamic_cast<const VCSVReader::WorksheetSource*>(&source);
+    return worksheets == nullptr ? nullptr : worksheets->Facts();
 }
 
 void FindFindings(VHeapInterface& source, const ConversionRequest& request, bool hasPassed,
@@ -107,7 +101,7 @@ void FindFindings(VHeapInterface& source, const ConversionRequest& request, bool
                                     .thirdNames = request.thirdNames,
                                     .separator = isText ? request.separator : u'\0',
                                     .isEightBit = isText && !request.utf8,
-                                    .numberOf = NumbersOf(source)};
+                                    .worksheet = FactsOf(source)};
     outcome.findings =
         NChecks::FindFindings(*source.GetIterator(), hasPassed, unfinished ? &*unfinished : nullptr, wishes);
 }
@@ -126,6 +120,8 @@ void CheckTable(VHeapInterface& source, const ConversionRequest& request, Outcom
 TextBuffer BuildDocument(VHeapInterface& source, const ConversionRequest& request, VLogObject& log,
                          Outcome& outcome, VSimpleXMLCreation::DocumentFacts& facts) {
     source.OpenSource();
+    auto* const worksheets = dynamic_cast<VCSVReader::WorksheetSource*>(&source);
+    if (request.findings && worksheets != nullptr) worksheets->WantFacts();
     ReadTable(source, request.worksheetName);
     CheckTable(source, request, outcome);
     TextBuffer document;

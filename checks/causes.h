@@ -8,6 +8,7 @@ namespace NChecks {
 // Those of Rule::NumberUnreadable are in unreadable.h.
 inline constexpr Cause kEmptyCell{Rule::NumberEmpty, 0};
 inline constexpr Cause kEmptyRow{Rule::NumberEmpty, 1};
+inline constexpr Cause kNoNumberHeld{Rule::NumberEmpty, 2};
 
 inline constexpr Cause kNegative{Rule::NumberRange, 0};
 inline constexpr Cause kAboveLimit{Rule::NumberRange, 1};
@@ -35,10 +36,15 @@ inline constexpr Cause kOtherColumnPerhaps{Rule::LayoutNearMiss, 5, Severity::Wa
 
 inline constexpr Cause kColumnWithoutHeader{Rule::ColumnLost, 0};
 inline constexpr Cause kBehindEnd{Rule::ColumnLost, 1};
+inline constexpr Cause kColumnsRight{Rule::ColumnLost, 2};
+inline constexpr Cause kNoteRight{Rule::ColumnLost, 3, Severity::Warning};
 
 inline constexpr Cause kUnfinishedQuote{Rule::RowLost, 0};
 inline constexpr Cause kCarriageReturns{Rule::RowLost, 1};
 inline constexpr Cause kSwallowedRows{Rule::RowLost, 2};
+inline constexpr Cause kRowsBelow{Rule::RowLost, 3};
+inline constexpr Cause kNoteBelow{Rule::RowLost, 4, Severity::Warning};
+inline constexpr Cause kNoRows{Rule::RowLost, 5};
 
 inline constexpr Cause kNotXml{Rule::TextNotXml, 0};
 

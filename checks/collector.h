@@ -1,6 +1,7 @@
 // Gathers findings while a table is looked at.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -30,6 +31,11 @@ class Collector {
         if (gathered.findings.size() >= kSurePlaces && kept_[Index(cause.rule)] >= kMostPlaces) return;
         gathered.findings.push_back({place, 0, 0, sentence()});
         ++kept_[Index(cause.rule)];
+    }
+
+    // Whether anything of the rule was found.
+    [[nodiscard]] bool Has(Rule rule) const {
+        return std::ranges::any_of(gathered_[Index(rule)], [](const Gathered& one) { return one.count > 0; });
     }
 
     // For a cause whose severity is known only at the end.

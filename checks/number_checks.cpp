@@ -6,6 +6,7 @@
 #include "checks/notation_checks.h"
 #include "checks/sentence.h"
 #include "checks/unreadable.h"
+#include "checks/worksheet_checks.h"
 #include "document/cell_text.h"
 #include "document/xml_exception.h"
 
@@ -109,7 +110,18 @@ void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading)
     }
 }
 
+// Null where the text says it.
+const VCSVReader::HeldValue* NumberChecks::HeldIn(const Place& place) const {
+    return wishes_.worksheet == nullptr ? nullptr : wishes_.worksheet->Find(place.row, place.column);
+}
+
 void NumberChecks::ReportEmpty(const Cell& cell) {
+    if (const auto* const value = HeldIn(cell.place)) {
+        return collector_.Add(kNoNumberHeld, cell.place, [&] {
+            return Say(u"The cell holds %s, which is read as an empty cell; %s. Enter the number.",
+                       {DescribeValue(*value), DocumentHas(cell.place.row)});
+        });
+    }
     if (IsBlankRow(table_.Row(cell.place.row))) {
         if (cell.place.column > 0) return;
         return collector_.Add(kEmptyRow, cell.place, [&] {
@@ -153,10 +165,11 @@ void NumberChecks::ReportUnreadable(const Cell& cell) {
 
 void NumberChecks::ReportExponent(const Cell& cell) {
     collector_.Add(kExponent, cell.place, [&] {
-        const auto number = wishes_.numberOf ? wishes_.numberOf(cell.place) : std::nullopt;
+        const auto* const value = HeldIn(cell.place);
         const std::u16string held =
-            number ? Say(u"The cell holds the number %s, read as %s", {DigitsOf(*number), Quote(cell.text)})
-                   : Say(u"A spreadsheet program has rounded the number to %s", {Quote(cell.text)});
+            value != nullptr
+                ? Say(u"The cell holds %s, read as %s", {DescribeValue(*value), Quote(cell.text)})
+                : Say(u"A spreadsheet program has rounded the number to %s", {Quote(cell.text)});
         return Say(u"%s; %s. Format the column as text and enter the number again.",
                    {held, DocumentHas(cell.place.row)});
     });

@@ -58,6 +58,7 @@ class NumberChecks {
 
     std::optional<std::uint32_t> ExactNumber(const Cell& cell);
     void Count(const Cell& cell, const VSimpleXMLCreation::NumberReader::Reading& reading);
+    [[nodiscard]] const VCSVReader::HeldValue* HeldIn(const Place& place) const;
     void ReportEmpty(const Cell& cell);
     void ReportRange(const Cell& cell, Verdict verdict);
     void ReportUnreadable(const Cell& cell);

@@ -1,8 +1,6 @@
 // The table and what the document is going to make of it.
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,6 +8,7 @@
 #include "checks/finding.h"
 #include "document/table_scan.h"
 #include "sources/table.h"
+#include "sources/worksheet_facts.h"
 
 namespace NChecks {
 
@@ -20,9 +19,8 @@ struct Wishes {
     const std::set<std::u16string>& thirdNames;
     // Of an input that is lines of text, the character between two cells; 0 for any other input.
     char16_t separator;
-    bool isEightBit;  // each byte was read as a character
-    // The number that a cell of a workbook holds, if it holds one; empty where the input has only texts.
-    std::function<std::optional<double>(const Place& place)> numberOf;
+    bool isEightBit;                              // each byte was read as a character
+    const VCSVReader::WorksheetFacts* worksheet;  // null where the input is none
 };
 
 // A table that passed its consistency check.

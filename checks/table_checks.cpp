@@ -9,6 +9,7 @@
 #include "checks/number_checks.h"
 #include "checks/sentence.h"
 #include "checks/text_checks.h"
+#include "checks/worksheet_checks.h"
 
 namespace NChecks {
 
@@ -49,6 +50,22 @@ bool ReportCarriageReturns(VHeapIterator& iterator, Collector& collector) {
     return true;
 }
 
+void ReportNoRows(Collector& collector) {
+    collector.Add(kNoRows, {}, [] {
+        return std::u16string(
+            u"The table has a header and no rows, and the document no DTC. Fill in the rows, or convert "
+            u"another table.");
+    });
+}
+
+// The rows and columns that were read.
+void CheckEdges(VHeapIterator& iterator, const VCSVReader::WorksheetFacts& facts, Collector& collector) {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+    for (iterator.Reset(); iterator.HasMoreRows(); ++rows) columns = iterator.GetNextRow()->size();
+    CheckEdges(facts, rows, columns, collector);
+}
+
 void CheckRows(const Table& table, const Wishes& wishes, const LayoutVerdict& verdict, TextChecks& texts,
                Collector& collector) {
     NumberChecks numbers(table, wishes, collector);
@@ -74,7 +91,9 @@ void CheckTable(VHeapIterator& iterator, const Wishes& wishes, Collector& collec
     texts.LookAtRow(0);
     CheckRows(table, wishes, verdict, texts, collector);
     texts.Finish();
+    if (wishes.worksheet != nullptr) CheckValues(table, *wishes.worksheet, collector);
     if (!verdict.hasHeader) return;
+    if (table.RowCount() == 1 && !collector.Has(Rule::RowLost)) ReportNoRows(collector);
     CheckColumns(table, collector);
     CheckItemHeaders(table, wishes, collector);
 }
@@ -107,6 +126,10 @@ FindingList FindFindings(VHeapIterator& iterator, bool hasPassed, const Unfinish
     Collector collector;
     try {
         if (unfinished != nullptr) ReportUnfinished(*unfinished, collector);
+        if (wishes.worksheet != nullptr) {
+            isComplete = isComplete && wishes.worksheet->isComplete;
+            CheckEdges(iterator, *wishes.worksheet, collector);
+        }
         const bool isText = wishes.separator != 0;
         if (!(isText && ReportCarriageReturns(iterator, collector)) && hasPassed) {
             CheckTable(iterator, wishes, collector);

@@ -71,7 +71,6 @@ struct TextChecks::Suspects {
 };
 
 void TextChecks::LookAtRow(std::size_t row) {
-    if (wishes_.numberOf) LookForRounding(row);
     const VTableRow& cells = table_.Row(row);
     const char16_t* unit = cells[0].data();
     const char16_t* const end = unit + cells.TextSize();
@@ -86,23 +85,6 @@ void TextChecks::LookAtRow(std::size_t row) {
 void TextChecks::LookAtCells(std::size_t row) {
     const VTableRow& cells = table_.Row(row);
     for (std::size_t column = 0; column < cells.size(); ++column) LookAtCell({row, column}, cells[column]);
-}
-
-// In a worksheet, numbers with an exponent have lost digits, or look like others than the cell shows.
-void TextChecks::LookForRounding(std::size_t row) {
-    const VTableRow& cells = table_.Row(row);
-    for (std::size_t column = 0; column < cells.size(); ++column) {
-        const std::u16string_view cell = cells[column];
-        if (!IsWritten({row, column}) || !IsExponent(cell)) continue;
-        const std::optional<double> number = wishes_.numberOf({row, column});
-        if (!number || DigitsOf(*number) == cell) continue;
-        collector_.Add(kRounded, {row, column}, [&] {
-            return Say(
-                u"The cell holds the number %s; the document has %s. Format the cell as text and enter the "
-                u"number again.",
-                {DigitsOf(*number), Quote(cell)});
-        });
-    }
 }
 
 // Whether the document has the cell as a text.

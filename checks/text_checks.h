@@ -22,7 +22,6 @@ class TextChecks {
     void LookAtCell(Place place, std::u16string_view cell);
     std::size_t LookAtByte(std::u16string_view cell, std::size_t index, Suspects& suspects);
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
-    void LookForRounding(std::size_t row);
     void LookForRows(Place place, std::u16string_view cell);
     [[nodiscard]] bool IsWritten(Place place) const;
 

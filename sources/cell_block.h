@@ -31,6 +31,8 @@ class CellBlock {
         element.type = value_.Type();
         if (element.type == NPlatform::VariantType::Double) element.number = value_.AsDouble();
         if (element.type == NPlatform::VariantType::String) element.text = value_.AsString();
+        if (element.type == NPlatform::VariantType::Bool) element.integer = value_.AsBool() ? 1 : 0;
+        if (element.type == NPlatform::VariantType::Error) element.integer = value_.AsErrorCode();
         return element;
     }
 

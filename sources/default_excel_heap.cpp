@@ -3,7 +3,7 @@
 #include "platform/format.h"
 #include "sources/cell_block.h"
 #include "sources/cell_name.h"
-#include "sources/number_text.h"
+#include "sources/find_facts.h"
 #include "sources/parser_exception.h"
 #include "sources/worksheets.h"
 
@@ -86,7 +86,10 @@ void VDefaultExcelHeap::ReadFirstWorksheet(const Dispatch& application) {
 }
 
 Dispatch VDefaultExcelHeap::ReadArea(const Dispatch& worksheet, std::u16string_view end) {
-    if (end.empty()) return {};
+    if (end.empty()) {
+        if (FactsToFind() != nullptr) FindFacts(worksheet, nullptr, WriteTruncatedNumber, *FactsToFind());
+        return {};
+    }
     Log(Format(1024, u"Data Area A1:%s", {end}));
     Dispatch range = Excel::Range(worksheet, u"A1", end);
     const CellBlock block(Excel::Value2(range));
@@ -95,6 +98,7 @@ Dispatch VDefaultExcelHeap::ReadArea(const Dispatch& worksheet, std::u16string_v
     AddRows(block, *this, [&buffer](std::int32_t, std::int32_t, double number) {
         return WriteTruncatedNumber(number, buffer);
     });
+    if (FactsToFind() != nullptr) FindFacts(worksheet, &block, WriteTruncatedNumber, *FactsToFind());
     return range;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/automation.h"
 #include "sources/vector_heap.h"
+#include "sources/worksheet_facts.h"
 
 namespace VCSVReader {
 
@@ -12,7 +13,7 @@ namespace VCSVReader {
 // Numbers are read as whole numbers, truncated toward zero; one outside the 32-bit range as -2147483648.
 //
 // Where A1 is not filled the table is empty: neither the data area nor the stepping through it is logged.
-class VDefaultExcelHeap : public V2DVectorHeap {
+class VDefaultExcelHeap : public V2DVectorHeap, public WorksheetSource {
   public:
     using V2DVectorHeap::V2DVectorHeap;
 
@@ -34,7 +35,8 @@ class VDefaultExcelHeap : public V2DVectorHeap {
 
   private:
     void ReadFirstWorksheet(const NPlatform::Dispatch& application);
-    // Reads the cells from A1 to `end`, none for the empty text; returns the range that they are.
+    // Reads the cells from A1 to `end`, none for the empty text, and finds the facts if they are wanted;
+    // returns the range that they are.
     NPlatform::Dispatch ReadArea(const NPlatform::Dispatch& worksheet, std::u16string_view end);
 };
 

@@ -16,11 +16,13 @@ constexpr DispatchId kCount = 0x76;
 constexpr DispatchId kItem = 0xAA;
 constexpr DispatchId kAdd = 0xB5;
 constexpr DispatchId kRange = 0xC5;
+constexpr DispatchId kAddress = 0xEC;
 constexpr DispatchId kClose = 0x115;
 constexpr DispatchId kSave = 0x11B;
 constexpr DispatchId kSaveAs = 0x11C;
 constexpr DispatchId kQuit = 0x12E;
 constexpr DispatchId kDisplayAlerts = 0x157;
+constexpr DispatchId kUsedRange = 0x19C;
 constexpr DispatchId kWorksheets = 0x1EE;
 constexpr DispatchId kVisible = 0x22E;
 constexpr DispatchId kWorkbooks = 0x23C;
@@ -37,6 +39,8 @@ constexpr std::int32_t kExclusiveAccess = 3;
 constexpr std::int16_t kLocalChangesWin = 2;
 
 Dispatch ObjectIn(const Variant& value) { return value.IsEmpty() ? Dispatch() : value.AsObject(); }
+
+std::u16string TextIn(const Variant& value) { return value.IsEmpty() ? std::u16string() : value.AsString(); }
 
 }  // namespace
 
@@ -120,10 +124,7 @@ Dispatch AddWorksheet(const Dispatch& worksheets) {
     return ObjectIn(worksheets.Call(Member::kAdd, {none, none, Variant::Double(1), none}));
 }
 
-std::u16string Name(const Dispatch& worksheet) {
-    const Variant name = worksheet.Get(Member::kName);
-    return name.IsEmpty() ? std::u16string() : name.AsString();
-}
+std::u16string Name(const Dispatch& worksheet) { return TextIn(worksheet.Get(Member::kName)); }
 
 void SetName(const Dispatch& worksheet, std::u16string_view name) {
     worksheet.Put(Member::kName, Variant::String(name));
@@ -135,8 +136,12 @@ Dispatch Range(const Dispatch& worksheet, std::u16string_view cell1, std::u16str
     return ObjectIn(worksheet.Get(Member::kRange, {Variant::String(cell1), Variant::String(cell2)}));
 }
 
+Dispatch UsedRange(const Dispatch& worksheet) { return ObjectIn(worksheet.Get(Member::kUsedRange)); }
+
 Variant Value2(const Dispatch& range) { return range.Get(Member::kValue2); }
 
 void SetValue2(const Dispatch& range, const Variant& value) { range.Put(Member::kValue2, value); }
+
+std::u16string Address(const Dispatch& range) { return TextIn(range.Get(Member::kAddress)); }
 
 }  // namespace VCSVReader::Excel

@@ -57,9 +57,12 @@ void SetName(const Dispatch& worksheet, std::u16string_view name);
 void Delete(const Dispatch& worksheet);
 // The block between two cells that are named in A1 notation.
 Dispatch Range(const Dispatch& worksheet, std::u16string_view cell1, std::u16string_view cell2);
+Dispatch UsedRange(const Dispatch& worksheet);
 
 // Range: an array for a block of several cells, else the cell's value.
 Variant Value2(const Dispatch& range);
 void SetValue2(const Dispatch& range, const Variant& value);
+// "$A$1:$D$20"
+std::u16string Address(const Dispatch& range);
 
 }  // namespace VCSVReader::Excel

@@ -6,7 +6,7 @@
 #include "sources/cell_block.h"
 #include "sources/cell_name.h"
 #include "sources/data_area.h"
-#include "sources/number_text.h"
+#include "sources/find_facts.h"
 #include "sources/parser_exception.h"
 #include "sources/worksheets.h"
 
@@ -248,19 +248,26 @@ void VExcelHeap<kGeneration>::ReadWorksheet(const std::u16string& name) {
     Log(Format(1024, u"Data Area A1:%s", {end}));
     numbers_.Clear();
     Variant value = Excel::Value2(Excel::Range(worksheet, u"A1", end));
-    if (value.IsEmpty()) return;
+    if (value.IsEmpty()) return LookFurther(worksheet, nullptr);
     Log(u"Stepping through table");
-    AddBlock(CellBlock(std::move(value)));
+    const CellBlock table(std::move(value));
+    AddBlock(table);
+    LookFurther(worksheet, &table);
 }
 
 template <ExcelGeneration kGeneration>
 void VExcelHeap<kGeneration>::AddBlock(const CellBlock& block) {
-    const auto write = trimNumbers_ ? WriteTrimmedNumber : WriteNumber;
+    const NumberWriter write = Writer();
     NumberBuffer buffer{};
     AddRows(block, *this, [&](std::int32_t row, std::int32_t column, double number) {
         numbers_.Append(static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(column), number);
         return write(number, buffer);
     });
+}
+
+template <ExcelGeneration kGeneration>
+void VExcelHeap<kGeneration>::LookFurther(const Dispatch& worksheet, const CellBlock* table) {
+    if (FactsToFind() != nullptr) FindFacts(worksheet, table, Writer(), *FactsToFind());
 }
 
 template <ExcelGeneration kGeneration>

@@ -6,6 +6,8 @@
 #include "platform/automation.h"
 #include "sources/excel_interface.h"
 #include "sources/number_map.h"
+#include "sources/number_text.h"
+#include "sources/worksheet_facts.h"
 
 namespace VCSVReader {
 
@@ -23,7 +25,7 @@ enum class ExcelGeneration { Excel2000, Excel2007, Excel2010 };
 //
 // A worksheet whose data is the one cell A1 is a table of one row and one column.
 template <ExcelGeneration kGeneration>
-class VExcelHeap final : public IExcelHeap {
+class VExcelHeap final : public IExcelHeap, public WorksheetSource {
   public:
     VExcelHeap(std::u16string_view fileName, VLogObject* log) : IExcelHeap(fileName, log) {}
     VExcelHeap(const VExcelHeap&) = delete;
@@ -62,6 +64,9 @@ class VExcelHeap final : public IExcelHeap {
     void DropWorkbook(const NPlatform::Dispatch& workbooks, std::u16string_view reason);
     void CloseExcel() noexcept;
     void AddBlock(const CellBlock& block);
+    // Null: the worksheet has no data.
+    void LookFurther(const NPlatform::Dispatch& worksheet, const CellBlock* table);
+    [[nodiscard]] NumberWriter Writer() const { return trimNumbers_ ? WriteTrimmedNumber : WriteNumber; }
     // For the generation that tells every step.
     void LogStep(std::u16string_view message);
     // Throws VParserException where there is none.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 
@@ -59,6 +60,15 @@ const char16_t* WriteTruncatedNumber(double number, NumberBuffer& buffer) {
     Characters text;
     const char* const end = std::to_chars(text.data(), Limit(text), TruncateNumber(number)).ptr;
     return Widen(text.data(), end, buffer);
+}
+
+bool ShowsNumber(const char16_t* text, double number) {
+    Characters characters;
+    char* end = characters.data();
+    for (; *text != 0; ++text) *end++ = static_cast<char>(*text);
+    double shown = 0;
+    const auto read = std::from_chars(characters.data(), end, shown, std::chars_format::fixed);
+    return read.ptr == end && std::fabs(shown - number) <= std::fabs(number) * 1e-12;
 }
 
 }  // namespace VCSVReader

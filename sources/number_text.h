@@ -13,6 +13,7 @@ using NumberBuffer = std::array<char16_t, 352>;
 std::int32_t TruncateNumber(double number);
 
 // Each writes into the buffer and returns its beginning; the text ends with a NUL.
+using NumberWriter = const char16_t* (*)(double number, NumberBuffer& buffer);
 
 // At most 6 significant digits for a number that its truncation equals, at most 16 for any other, without
 // trailing zeros; with an exponent of a sign and at least three digits where the decimal exponent is below -4
@@ -24,5 +25,8 @@ const char16_t* WriteTrimmedNumber(double number, NumberBuffer& buffer);
 
 // The truncated number: 12, 3 for 3.7, -2 for -2.5.
 const char16_t* WriteTruncatedNumber(double number, NumberBuffer& buffer);
+
+// Whether the text, which one of these wrote, has no exponent and at least the first 12 digits of the number.
+bool ShowsNumber(const char16_t* text, double number);
 
 }  // namespace VCSVReader

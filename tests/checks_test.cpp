@@ -26,11 +26,12 @@ std::string PlaceOf(const Place& place) { return place.row == kNowhere ? "" : NT
 
 class Looked {
   public:
-    explicit Looked(const Table& table, const Names& vsgNames = {}, decltype(Wishes::numberOf) numberOf = {})
+    explicit Looked(const Table& table, const Names& vsgNames = {},
+                    const VCSVReader::WorksheetFacts* facts = nullptr)
         : heap_(u"", &log_, table) {
         heap_.ReadData();
         heap_.CheckConsistency();
-        list_ = FindFindings(*heap_.GetIterator(), true, nullptr, {vsgNames, {}, {}, u'|', true, numberOf});
+        list_ = FindFindings(*heap_.GetIterator(), true, nullptr, {vsgNames, {}, {}, u'|', true, facts});
     }
 
     [[nodiscard]] const FindingList& List() const { return list_; }
@@ -97,7 +98,6 @@ TEST(Checks, FindFaults) {
         {u"DTC|Failure Type|T\n0x12|0x34|x\n18|53|y", ""},
         {u"DTC|T|I||\nP0123|x|i||", ""},
         {u"DTC|T|SPN|FMI\nP0123|x|1|2", ""},
-        {u"DTC|T", ""},
         {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n||", "number-empty A3"},
         // Numbers.
         {u"DTC|T\nP0123-11|x\nP0124|y", "number-unreadable A2"},
@@ -157,6 +157,8 @@ TEST(Checks, FindFaults) {
         {u"\u00EF\u00BB\u00BFSPN|FMI|T\n1|2|x\n1|3|y", "text-encoding A1"},
         // Rows.
         {u"DTC|T\rP0123|x", "row-lost "},
+        {u"DTC|T", "row-lost "},
+        {u"P0123|x", "layout-near-miss A1"},
     };
     for (const auto& [table, found] : rows) {
         EXPECT_EQ(Looked(NTest::MakeTable(table)).Summary(), found) << NTest::Utf8(table);
@@ -197,14 +199,46 @@ TEST(Checks, TellWhatIsMeant) {
 }
 
 TEST(Checks, ComparesTextsWithNumbersOfAWorkbook) {
-    const auto number = [](const Place& place) {
-        return place.row == 1 ? std::optional<double>(1193046) : std::nullopt;
-    };
-    const Looked looked(NTest::MakeTable(u"DTC|T|I\n1.19305e+006|x|1.19305e+006\n7|y|1.19305e+006"), {},
-                        number);
-    EXPECT_EQ(looked.Summary(), "number-exponent A2, value-rounded C2");
+    using Kind = VCSVReader::HeldValue::Kind;
+    VCSVReader::WorksheetFacts facts;
+    facts.values = {{1, 0, Kind::Number, 1193046, {}}, {1, 2, Kind::Number, 1193046, {}},
+                    {2, 0, Kind::Number, 7.9, {}},     {2, 3, Kind::Truth, 0, u"TRUE"},
+                    {3, 0, Kind::Error, 0, u"#N/A"},   {3, 2, Kind::Error, 0, u"#REF!"}};
+    const Looked looked(
+        NTest::MakeTable(u"DTC|T|I|\n1.19305e+006|x|1.19305e+006|\n7|y|1.19305e+006|\n|||\n|z||x"), {},
+        &facts);
+    EXPECT_EQ(looked.Summary(),
+              "number-empty A5, number-empty A4, number-exponent A2, column-lost D1, value-rounded C2, "
+              "value-rounded A3, value-rounded C4");
     EXPECT_EQ(
-        looked.Texts().find("The cell holds the number 1193046, read as \"1.19305e+006\"; the document"), 0U);
+        looked.Texts(),
+        "\"\" is no number; the document has 0. Fill it in.\n"
+        "The cell holds the error #N/A, which is read as an empty cell; the document has 0. Enter the "
+        "number.\n"
+        "The cell holds the number 1193046, read as \"1.19305e+006\"; the document has -20474. Format the "
+        "column as text and enter the number again.\n"
+        "Column D has no header: it is left out with 1 cell. Give it a header.\n"
+        "The cell holds the number 1193046; the document has \"1.19305e+006\". Format the cell as text "
+        "and enter the number again.\n"
+        "The cell holds the number 7.9; the document has \"7\". Format the cell as text and enter the "
+        "number again.\n"
+        "The cell holds the error #REF!; the document has nothing. Enter a text instead.\n");
+}
+
+TEST(Checks, ReportsWhatAWorksheetHasOutsideItsTable) {
+    const VCSVReader::BehindEdge none;
+    const std::tuple<const char16_t*, VCSVReader::BehindEdge, VCSVReader::BehindEdge, const char*> rows[] = {
+        {u"DTC|T\nP0123|x", {2, 4, 0, u"P0124", false}, none, "row-lost A5"},
+        {u"DTC|T\nP0123|x", {1, 4, 0, u"a", true}, none, "row-lost A5"},
+        {u"DTC|T\nP0123|x", {1, 4, 0, u"a", false}, none, "(row-lost A5)"},
+        {u"DTC|T", {1, 2, 0, u"1", false}, none, "row-lost A3"},
+        {u"DTC|T\nP0123|x", none, {1, 0, 30, u"a", true}, "column-lost AE1"},
+        {u"DTC|T\nP0123|x", none, {1, 1, 30, u"a", false}, "(column-lost AE2)"},
+    };
+    for (const auto& [table, below, right, found] : rows) {
+        const VCSVReader::WorksheetFacts facts{{}, below, right};
+        EXPECT_EQ(Looked(NTest::MakeTable(table), {}, &facts).Summary(), found);
+    }
 }
 
 // All are counted; of each rule a thousand are kept, and some of each cause.

@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "platform/automation_servers.h"
+#include "platform/format.h"
+#include "sources/cell_name.h"
 #include "tests/host.h"
 #include "tests/rooms.h"
 
@@ -24,11 +26,12 @@ inline const Replacement<Dispatch(std::u16string_view)> kStartsServers{NPlatform
 
 using Cells = std::vector<std::vector<Variant>>;
 
-// What is behind a cell: "#1.5" a number, "!" a logical value, "?" an error, "" nothing, "''" the empty text.
+// What is behind a cell: "#1.5" a number, "!" a logical value, "?" the error #N/A, "" nothing, "''" the empty
+// text.
 inline Variant MakeCell(const std::u16string& text) {
     if (text.starts_with(u'#')) return Variant::Double(std::stod(Utf8(text.substr(1))));
     if (text == u"!") return Variant::Bool(true);
-    if (text == u"?") return Variant::Error(7);
+    if (text == u"?") return Variant::Error(static_cast<std::int32_t>(0x800A07FA));
     if (text == u"''") return Variant::String(u"");
     return text.empty() ? Variant() : Variant::String(text);
 }
@@ -131,6 +134,8 @@ class RecordingExcel::Block : public NPlatform::VariantArray {
         element.type = value.Type();
         if (element.type == VariantType::Double) element.number = value.AsDouble();
         if (element.type == VariantType::String) element.text = value.AsString();
+        if (element.type == VariantType::Bool) element.integer = value.AsBool() ? 1 : 0;
+        if (element.type == VariantType::Error) element.integer = value.AsErrorCode();
         return element;
     }
 
@@ -193,6 +198,10 @@ class RecordingExcel::Object : public NPlatform::DispatchObject {
                 break;
             case 0xC5:
                 return object("Range", Place(Utf8(args[0].AsString()), Utf8(args[1].AsString())));
+            case 0x19C:
+                return object("Range", UsedBlock());
+            case 0xEC:
+                return Variant::String(Name(place_[1], place_[2]) + u":" + Name(place_[3], place_[4]));
             case 0x56C:
                 return kind == InvokeKind::PropertyGet ? Value() : Variant();
             case 0x75:
@@ -216,6 +225,18 @@ class RecordingExcel::Object : public NPlatform::DispatchObject {
             place.insert(place.end(), {row - 1, column - 1});
         }
         return place;
+    }
+
+    [[nodiscard]] std::vector<std::size_t> UsedBlock() const {
+        std::size_t columns = 1;
+        const Cells& cells = excel_.sheets.at(place_[0]).cells;
+        for (const auto& row : cells) columns = std::max(columns, row.size());
+        return {place_[0], 0, 0, std::max<std::size_t>(cells.size(), 1) - 1, columns - 1};
+    }
+
+    static std::u16string Name(std::size_t row, std::size_t column) {
+        return NPlatform::Format(32, u"$%s$%d",
+                                 {VCSVReader::ColumnName(column), static_cast<std::int32_t>(row + 1)});
     }
 
     [[nodiscard]] Variant Value() const {

@@ -104,6 +104,10 @@ class WorkbookApplication : public testing::Test {
         const Variant value = Range(one, other).Get(Ids::Range::kValue2);
         return value.Type() == VariantType::Array ? Words(value.AsArray()) : Words(value);
     }
+    std::u16string UsedRange() const {
+        const Variant range = Sheet(Variant::Int16(1)).Get(Ids::Worksheet::kUsedRange);
+        return range.AsObject().Get(Ids::Range::kAddress).AsString();
+    }
     void Put(std::u16string_view cell, const Variant& value) const {
         Range(cell, cell).Put(Ids::Range::kValue2, value);
     }
@@ -116,6 +120,7 @@ class WorkbookApplication : public testing::Test {
 };
 
 TEST_F(WorkbookApplication, TakesAndGivesValues) {
+    EXPECT_EQ(UsedRange(), u"$A$1");
     Put(u"B2", Text(u"=1"));
     Put(u"$D$2", Variant::Double(-7));
     Put(u"b4", Variant::Bool(true));
@@ -138,6 +143,7 @@ TEST_F(WorkbookApplication, TakesAndGivesValues) {
         {u"A2", u"E2", u"- '=1' - -7 - | "},
     };
     for (const auto& [one, other, expected] : rows) EXPECT_EQ(Value(one, other), expected);
+    EXPECT_EQ(UsedRange(), u"$B$2:$XFD$1048576");
 
     const Variant before = Range(u"B2", u"C2").Get(Ids::Range::kValue2);
     Range(u"B2", u"C3").Put(Ids::Range::kValue2, Text(u"x"));

@@ -41,10 +41,12 @@ namespace Worksheet {
 inline constexpr DispatchId kName = 0x6E;
 inline constexpr DispatchId kDelete = 0x75;
 inline constexpr DispatchId kRange = 0xC5;
+inline constexpr DispatchId kUsedRange = 0x19C;
 }  // namespace Worksheet
 
 namespace Range {
+inline constexpr DispatchId kAddress = 0xEC;
 inline constexpr DispatchId kValue2 = 0x56C;
-}
+}  // namespace Range
 
 }  // namespace NWorkbook::DispatchIds

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/format.h"
 #include "workbook/cell_rules.h"
 #include "workbook/dispatch_ids.h"
 #include "workbook/engine_object.h"
@@ -12,14 +13,39 @@ using NPlatform::Variant;
 
 namespace {
 
+// "$D$20"
+std::u16string AbsoluteName(std::uint32_t row, std::uint16_t column) {
+    const std::u16string name = CellName(row, column);
+    const std::u16string_view letters(name.data(), name.find_first_of(u"0123456789"));
+    return NPlatform::Format(16, u"$%s$%d", {letters, static_cast<std::int32_t>(row)});
+}
+
+// The smallest block that holds all cells; A1 where there are none.
+CellBlock FilledBlock(CellTable& cells) {
+    if (cells.Begin() == cells.End()) return {1, 1, 1, 1};
+    CellBlock block{cells.Begin()->row, cells.End()[-1].row, cells.Begin()->column, cells.Begin()->column};
+    const Cell* const end = cells.End();
+    for (const Cell* cell = cells.Begin(); cell != end; ++cell) {
+        block.firstColumn = std::min(block.firstColumn, cell->column);
+        block.lastColumn = std::max(block.lastColumn, cell->column);
+    }
+    return block;
+}
+
 class RangeObject : public EngineObject<RangeObject> {
   public:
     RangeObject(WorksheetReference reference, const CellBlock& block)
         : reference_(std::move(reference)), block_(block) {}
 
-    static const Member kMembers[2];
+    static const Member kMembers[3];
 
   private:
+    Variant Address(const Arguments&) {
+        const std::u16string first = AbsoluteName(block_.firstRow, block_.firstColumn);
+        return Variant::String(
+            block_.Cells() == 1 ? first : first + u':' + AbsoluteName(block_.lastRow, block_.lastColumn));
+    }
+
     Variant Values(const Arguments&) {
         const auto worksheet = reference_.Get();
         return ReadValues(reference_.workbook.Get()->workbook->texts, *worksheet, block_);
@@ -36,6 +62,7 @@ class RangeObject : public EngineObject<RangeObject> {
 };
 
 constinit const RangeObject::Member RangeObject::kMembers[] = {
+    {DispatchIds::Range::kAddress, kGet, 0, 0, &RangeObject::Address},
     {DispatchIds::Range::kValue2, kGet, 0, 0, &RangeObject::Values},
     {DispatchIds::Range::kValue2, kPut, 1, 1, &RangeObject::SetValue},
 };
@@ -44,7 +71,7 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
   public:
     explicit WorksheetObject(WorksheetReference reference) : reference_(std::move(reference)) {}
 
-    static const Member kMembers[4];
+    static const Member kMembers[5];
 
   private:
     Variant Range(const Arguments& arguments) {
@@ -53,6 +80,10 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
         const bool isAlone = arguments[1].IsMissing();
         return MakeObject<RangeObject>(reference_,
                                        isAlone ? one : Span(one, ParseAddress(arguments.Text(1))));
+    }
+
+    Variant UsedRange(const Arguments&) {
+        return MakeObject<RangeObject>(reference_, FilledBlock(reference_.Get()->Cells()));
     }
 
     Variant Name(const Arguments&) { return Variant::String(reference_.Get()->Name()); }
@@ -87,6 +118,7 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
 
 constinit const WorksheetObject::Member WorksheetObject::kMembers[] = {
     {DispatchIds::Worksheet::kRange, kGet, 1, 2, &WorksheetObject::Range},
+    {DispatchIds::Worksheet::kUsedRange, kGet, 0, 0, &WorksheetObject::UsedRange},
     {DispatchIds::Worksheet::kName, kGet, 0, 0, &WorksheetObject::Name},
     {DispatchIds::Worksheet::kName, kPut, 1, 1, &WorksheetObject::SetName},
     {DispatchIds::Worksheet::kDelete, kMethod, 0, 0, &WorksheetObject::Delete},

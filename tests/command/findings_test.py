@@ -174,9 +174,9 @@ FINDINGS = [
      + "1 error in 2 rows\nxls2tki: --check: 1 error.\n",
      "standard input: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
     (TABLE + b";t;r\n", "--check --no-findings in.csv", 0, "", "in.csv: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
-    (b"SPN;FMI;Text;\x1b[1m\x9b\n", "--check in.csv", 1, 'in.csv: D1 (line 1): error: "<U+001B>[1m<U+009B>" has the '
-     "character U+001B, with which no XML reader takes the document. Remove it. [text-not-xml]\n1 error in 0 rows\n"
-     "xls2tki: --check: 1 error.\n", "in.csv: 0 DTCs, 1 item: ?[1m?\n", False),
+    (b"SPN;FMI;Text;\x1b[1m\x9b\n1;2;t;\n", "--check in.csv", 1, 'in.csv: D1 (line 1): error: "<U+001B>[1m<U+009B>" has the '
+     "character U+001B, with which no XML reader takes the document. Remove it. [text-not-xml]\n1 error in 1 row\n"
+     "xls2tki: --check: 1 error.\n", "in.csv: 1 DTC, SPN and FMI, 0x10002 to 0x10002, 1 item: ?[1m?\n", False),
     (b"DTC;Text" + b"".join(b";h%d" % number for number in range(22)) + b"\n0xFFFFFFFF;t" + b";" * 22 + b"\n1;t" + b";" * 22 + b"\n",
      "--check in.csv", 0, "", "in.csv: 2 DTCs, hexadecimal numbers, 0x0001 to 0xFFFFFFFF, 22 items: "
      + ", ".join(f"h{number}" for number in range(20)) + " and 2 more\n", False),
