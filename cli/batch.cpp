@@ -100,7 +100,7 @@ void Batch::Run() {
     while (RunningProcesses() > 0) WaitForOne();
     HideProgress();
     if (!CloseStandardOutput() && printError_ == 0) printError_ = errno;
-    if (printError_ != 0) throw Failure("Could not write the outcome: " + SystemText(printError_));
+    if (printError_ != 0) throw Failure("Could not write the result: " + SystemText(printError_));
 }
 
 void Batch::Start(std::size_t index) {
@@ -186,7 +186,7 @@ void PrepareFolder(const CommandLine& line) {
 
 std::string Summarise(const CommandLine& line, std::size_t failed, std::size_t withErrors) {
     const std::size_t count = line.tasks.size();
-    const char* const done = line.outputFolder.empty() ? " in order, " : " converted, ";
+    const char* const done = line.outputFolder.empty() ? " passed, " : " converted, ";
     return std::to_string(count) + (count == 1 ? " file: " : " files: ") + std::to_string(count - failed) +
            done + std::to_string(failed) + " failed" +
            (withErrors > 0 ? ", " + std::to_string(withErrors) + " with errors." : ".");

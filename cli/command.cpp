@@ -31,7 +31,7 @@ namespace {
 // The document must not take the place of its own table. A device can be both, such as the terminal.
 void RefuseInputAsOutput(const Options& options) {
     if (IsRegularFile(options.input) && AreSameFile(options.input, options.output)) {
-        throw WrongUsage("The output " + NameOf(options.output) + " is the input itself.");
+        throw WrongUsage("The output " + NameOf(options.output) + " is also the input.");
     }
 }
 
@@ -47,7 +47,7 @@ void RefuseNameAmongSettings(const Options& options) {
     const std::size_t begin = std::min(name.find_first_not_of(" \t"), name.size());
     if (name.find(';') == std::string::npos && name.substr(begin, 1) != "{") return;
     throw Failure("An ODBC driver would take " + NameOf(options.input) +
-                  " for something else: rename the file, without a semicolon and a brace at the beginning.");
+                  " for something else: remove semicolons and a leading brace from its name.");
 }
 
 // Shows no more than a user reads, however many and long the names of a hostile workbook are.
@@ -55,7 +55,8 @@ void RefuseNameAmongSettings(const Options& options) {
     constexpr std::size_t kMostNames = 20;
     constexpr std::size_t kLongestName = 64;
     const std::string wanted = ShownName(options.worksheet, kLongestName);
-    std::string sentence = NameOf(options.input) + " has no worksheet \"" + wanted + "\", only:";
+    std::string sentence =
+        NameOf(options.input) + " has no worksheet \"" + wanted + "\". Its worksheets are:";
     const std::size_t shown = std::min(names.size(), kMostNames);
     for (std::size_t index = 0; index < shown; ++index) {
         sentence += "\n  " + ShownName(names[index], kLongestName);
@@ -108,7 +109,7 @@ std::string ReasonInFindings(const Options& options) {
     if (options.checks) return totals.errors > 0 ? "--check: " + counts + "." : std::string();
     if (totals.errors > 0) return "--strict: " + counts + ", so nothing was written.";
     if (xls2tki_findings_complete()) return {};
-    return "--strict: not all of the table was looked at for findings, so nothing was written.";
+    return "--strict: not all of the table was checked, so nothing was written.";
 }
 
 void ConvertTable(Options& options) {
@@ -131,7 +132,7 @@ void ConvertTable(Options& options) {
     const std::string reason = ReasonInFindings(options);
     if (reason.empty() || !options.isOneOfMany) ShowFindings(options, true);
     const bool isDescribed = !options.reports && !options.isOneOfMany && options.sarif != kStandardOutput;
-    if (options.checks && isDescribed) Print(DescribeTable(options), "outcome");
+    if (options.checks && isDescribed) Print(DescribeTable(options), "result");
     if (!reason.empty()) throw Failure(reason);
     if (output) output->Publish(FactsOfDocument().written);
 }
@@ -179,10 +180,10 @@ void Convert(const Options& given) {
         ConvertWithFindings(options);
     } catch (const std::exception& error) {
         if (const std::string_view hint = HintOf(error); !hint.empty()) KeepMessage(hint);
-        Print(MakeReport(options, SentenceOf(error)), "outcome");
+        Print(MakeReport(options, SentenceOf(error)), "result");
         throw;
     }
-    Print(MakeReport(options, {}), "outcome");
+    Print(MakeReport(options, {}), "result");
 }
 
 }  // namespace NCli

@@ -107,7 +107,7 @@ void ShowFindings(const Options& options, bool hasPassed) {
     const FindingTotals totals = CountFindings();
     const bool isAny = totals.errors + totals.warnings > 0;
     if (options.findings && (isAny || hasPassed) && !xls2tki_findings_complete()) {
-        Note("Not all of the table was looked at for findings.");
+        Note("Not all of the table was checked for findings.");
     }
     if (!isAny) return;
     const std::string counts = CountedFindings(totals.errors, totals.warnings);

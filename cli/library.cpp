@@ -73,7 +73,7 @@ bool CallConversion(const Options& options, const fs::path& input, const fs::pat
 }  // namespace
 
 void PrepareLibrary() {
-    if (!XlsInitOle(true)) Note("Automation could not be prepared, without which Excel reads no workbooks.");
+    if (!XlsInitOle(true)) Note("Automation could not be started, so Excel cannot read workbooks.");
 }
 
 void RunConversion(const Options& options, const fs::path& input, const fs::path& output) {

@@ -99,26 +99,26 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     addFlag("-c,--csv", arguments.csv, "Read INPUT as CSV text (.csv, .txt, .tsv).");
     addFlag("-x,--excel", arguments.excel, "Read INPUT with Excel (.xlsx, .xlsm, .xls).");
     addFlag("-o,--odbc", arguments.odbc, "Read INPUT through the Excel ODBC driver.");
-    add("-s,--separator", arguments.separator, "CHAR", "Split CSV rows at CHAR or tab; else as they look.");
-    addFlag("-u,--utf8", arguments.utf8, "Read CSV text as UTF-8.");
-    add("--encoding", arguments.encoding, "utf-8|8-bit", "Read CSV text so; else as it looks.");
-    add("-w,--worksheet", arguments.worksheet, "NAME", "Read this worksheet of an Excel workbook.");
-    addList("--vsg", arguments.vsgNames, "Make columns headed NAME items of type VSG.");
-    addList("--type-a", arguments.typeANames, "Make columns headed NAME items of type A.");
-    add("--variant", arguments.variant, "TEXT", "Set the variant (COMMON_DIAGNOSTICS).");
+    add("-s,--separator", arguments.separator, "CHAR", "Set the CSV separator (default: detected).");
+    addFlag("-u,--utf8", arguments.utf8, "Same as --encoding utf-8.");
+    add("--encoding", arguments.encoding, "utf-8|8-bit", "Set the CSV encoding (default: detected).");
+    add("-w,--worksheet", arguments.worksheet, "NAME", "Read the worksheet NAME (default: the first).");
+    addList("--vsg", arguments.vsgNames, "Give columns with the header NAME type VSG.");
+    addList("--type-a", arguments.typeANames, "Give columns with the header NAME type A.");
+    add("--variant", arguments.variant, "TEXT", "Variant (default COMMON_DIAGNOSTICS).");
     add("--diag-instance", arguments.diagnosticInstance, "TEXT",
-        "Set the instance (Emission_Related_Trouble_Codes).");
-    add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the worksheets' names, one a line.");
-    add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE into DIR, as .xml of its name.");
-    add("--jobs", arguments.jobs, "N", "Convert N files at a time (1).");
-    addFlag("--check", arguments.check, "Show what the table is, and write nothing.");
+        "Instance (default Emission_Related_Trouble_Codes).");
+    add("--list-worksheets", arguments.workbook, "WORKBOOK", "Print the names of the worksheets.");
+    add("--output-dir", arguments.outputFolder, "DIR", "Convert each FILE to DIR/NAME.xml.");
+    add("--jobs", arguments.jobs, "N", "Convert N files at a time (default 1).");
+    addFlag("--check", arguments.check, "Show what the table would become; write nothing.");
     addFlag("--strict", arguments.strict, "Write no document if a finding is an error.");
-    addFlag("--no-findings", arguments.noFindings, "Do not look for what is wrong with the table.");
-    addFlag("--force", arguments.force, "Replace also what is no import document.");
-    addFlag("--json", arguments.json, "Print the outcome as JSON, one line for each file.");
-    add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE, for review tools.");
+    addFlag("--no-findings", arguments.noFindings, "Do not check the table for mistakes.");
+    addFlag("--force", arguments.force, "Replace OUTPUT even if it is another kind of file.");
+    addFlag("--json", arguments.json, "Print the result as JSON, one line per file.");
+    add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE as SARIF 2.1.0.");
     addFlag("--one-of-many", arguments.oneOfMany, "")->group("");  // from the command to its processes
-    addFlag("-v,--verbose", arguments.verbose, "Show each step on standard error.");
+    addFlag("-v,--verbose", arguments.verbose, "Print each step to standard error.");
     app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
     app.set_help_flag("--help", "Print this help.");
 }
@@ -164,7 +164,7 @@ std::optional<Encoding> ReadEncoding(bool utf8, const std::optional<std::string>
     const bool isUtf8 = value == NameOfEncoding(Encoding::Utf8);
     const bool isEightBit = value == NameOfEncoding(Encoding::EightBit);
     if (value && !isUtf8 && !isEightBit) RefuseUsage("--encoding takes utf-8 or 8-bit.");
-    if (utf8 && isEightBit) RefuseUsage("--utf8 and --encoding 8-bit exclude each other.");
+    if (utf8 && isEightBit) RefuseUsage("--utf8 and --encoding 8-bit cannot be used together.");
     if (isEightBit) return Encoding::EightBit;
     return utf8 || isUtf8 ? std::optional(Encoding::Utf8) : std::nullopt;
 }
@@ -190,14 +190,14 @@ VImportType KindByExtension(const std::filesystem::path& input) {
         if (extension == known) return kind;
     }
     RefuseUsage(
-        "The kind of " + NameOf(input) + " is not known by its extension; give --csv, --excel or --odbc.",
+        "The kind of " + NameOf(input) + " is not known from its extension; use --csv, --excel or --odbc.",
         FindKindHint(input));
 }
 
 VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& input) {
     const bool kinds[] = {arguments.csv, arguments.excel, arguments.odbc};
     const auto kindCount = std::count(std::begin(kinds), std::end(kinds), true);
-    if (kindCount > 1) RefuseUsage("--csv, --excel and --odbc exclude each other.");
+    if (kindCount > 1) RefuseUsage("--csv, --excel and --odbc cannot be used together.");
     const bool isStandardInput = input == kStandardInput;
     if (isStandardInput && !arguments.csv && kindCount > 0)
         RefuseUsage("Standard input is read as CSV only.");
@@ -207,11 +207,11 @@ VImportType ChooseKind(const Arguments& arguments, const std::filesystem::path& 
 }
 
 Options CheckListing(const Arguments& arguments) {
-    if (!arguments.files.empty()) RefuseUsage("--list-worksheets takes neither INPUT nor OUTPUT.");
+    if (!arguments.files.empty()) RefuseUsage("--list-worksheets takes no INPUT or OUTPUT.");
     if (arguments.check || arguments.json || arguments.sarif) {
-        RefuseUsage("--list-worksheets goes without --check, --json and --sarif.");
+        RefuseUsage("--list-worksheets cannot be used with --check, --json or --sarif.");
     }
-    if (arguments.workbook.empty()) RefuseUsage("--list-worksheets needs a workbook.");
+    if (arguments.workbook.empty()) RefuseUsage("--list-worksheets requires a workbook.");
     Options options;
     options.listsWorksheets = true;
     options.kind = ImportTypeExcel;
@@ -227,7 +227,7 @@ void SetInput(Options& options, const Arguments& arguments, const std::string& f
 // All but the files.
 Options CheckSettings(const Arguments& arguments) {
     if (arguments.strict && arguments.noFindings)
-        RefuseUsage("--strict and --no-findings exclude each other.");
+        RefuseUsage("--strict and --no-findings cannot be used together.");
     Options options;
     options.separator = ReadSeparator(arguments.separator);
     options.encoding = ReadEncoding(arguments.utf8, arguments.encoding);
@@ -248,13 +248,13 @@ Options CheckSettings(const Arguments& arguments) {
 
 Options CheckConversion(const Arguments& arguments) {
     const std::vector<std::string>& files = arguments.files;
-    if (files.size() < 2 && !arguments.check) RefuseUsage("INPUT and OUTPUT are needed.");
-    if (files.size() > 2) RefuseUsage("More than two files need --output-dir or --check.");
+    if (files.size() < 2 && !arguments.check) RefuseUsage("INPUT and OUTPUT are required.");
+    if (files.size() > 2) RefuseUsage("More than two files require --output-dir or --check.");
     Options options = CheckSettings(arguments);
     SetInput(options, arguments, files[0]);
     if (!options.checks) options.output = files[1] == "-" ? kStandardOutput : ToPath(files[1]);
     if (options.reports && options.output == kStandardOutput) {
-        RefuseUsage("The document and what --json prints cannot both go to standard output.");
+        RefuseUsage("The document and the JSON output cannot both go to standard output.");
     }
     return options;
 }
@@ -273,7 +273,7 @@ std::filesystem::path PlaceOf(const std::filesystem::path& file) {
     return NameKey(error ? file : place);
 }
 
-// Where two tables would become the same document, or a document would take the place of another's table, one
+// Where two tables would become the same document, or a document would overwrite another's table, one
 // would be lost. A document in the place of its own table is refused by the task alone.
 void RefuseLosses(const std::vector<Options>& tasks) {
     std::map<std::filesystem::path, const Options*> places;
@@ -290,7 +290,7 @@ void RefuseLosses(const std::vector<Options>& tasks) {
     for (const Options& task : tasks) {
         const auto other = places.find(PlaceOf(task.input));
         if (other == places.end() || other->second == &task) continue;
-        RefuseUsage("The document of " + NameOf(other->second->input) + " would take the place of " +
+        RefuseUsage("The document of " + NameOf(other->second->input) + " would overwrite " +
                     NameOf(task.input) + ".");
     }
 }
@@ -303,17 +303,16 @@ bool WouldReplace(const std::filesystem::path& file, const std::filesystem::path
 }
 
 void SetSarif(Options& options, const std::string& file) {
-    if (file.empty()) RefuseUsage("--sarif needs a file.");
-    if (!options.findings) RefuseUsage("--sarif and --no-findings exclude each other.");
+    if (file.empty()) RefuseUsage("--sarif requires a file.");
+    if (!options.findings) RefuseUsage("--sarif and --no-findings cannot be used together.");
     options.sarif = file == "-" ? kStandardOutput : ToPath(file);
     if (options.sarif == kStandardOutput && (options.reports || options.output == kStandardOutput)) {
-        RefuseUsage("What --sarif writes and " +
-                    std::string(options.reports ? "what --json prints" : "the document") +
+        RefuseUsage("The SARIF output and the " + std::string(options.reports ? "JSON output" : "document") +
                     " cannot both go to standard output.");
     }
     for (const std::filesystem::path& other : {options.input, options.output}) {
         if (!WouldReplace(options.sarif, other)) continue;
-        RefuseUsage("What --sarif writes would take the place of " + NameOf(other) + ".");
+        RefuseUsage("The SARIF output would overwrite " + NameOf(other) + ".");
     }
     const std::string reason = options.force ? std::string() : ReasonToKeepFromSarif(options.sarif);
     if (!reason.empty()) RefuseUsage(reason);
@@ -340,7 +339,7 @@ std::vector<Options> CheckTasks(const Arguments& arguments, const std::filesyste
 }
 
 CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
-    if (arguments.verbose) RefuseUsage("--verbose is for one file; of several, --json has the messages.");
+    if (arguments.verbose) RefuseUsage("--verbose works with one file only; for several, use --json.");
     CommandLine line;
     line.isBatch = true;
     line.jobs = jobs;
@@ -354,11 +353,10 @@ CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
 CommandLine CheckConversions(const Arguments& arguments) {
     const std::vector<std::string>& files = arguments.files;
     const bool isBatch = !arguments.outputFolder.empty() || (arguments.check && files.size() > 1);
-    if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file needs a name.");
-    if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is needed.");
+    if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file name is empty.");
+    if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is required.");
     const std::size_t jobs = ReadJobs(arguments.jobs);
-    if (isBatch && arguments.sarif)
-        RefuseUsage("--sarif is for one file; of several, --json has the findings.");
+    if (isBatch && arguments.sarif) RefuseUsage("--sarif works with one file only; for several, use --json.");
     if (isBatch) return CheckBatch(arguments, jobs);
     Options task = CheckConversion(arguments);
     if (arguments.sarif) SetSarif(task, *arguments.sarif);
@@ -401,7 +399,7 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
     }
     if (app.count("--list-worksheets") > 0) return OneTask(CheckListing(arguments));
     if (app.count("--output-dir") > 0 && arguments.outputFolder.empty())
-        RefuseUsage("--output-dir needs a folder.");
+        RefuseUsage("--output-dir requires a folder.");
     return CheckConversions(arguments);
 }
 

@@ -69,7 +69,7 @@ std::string ReasonToKeep(const fs::path& output, const char* kind, bool (*isOfKi
         return begin + "cannot be read to see whether it is " + kind + ": " + SystemText(errno) + ".";
     }
     if (size == 0 || isOfKind({bytes, size})) return {};
-    return begin + "is not " + kind + "; give --force to replace it.";
+    return begin + "is not " + kind + "; use --force to replace it.";
 }
 
 }  // namespace
@@ -125,7 +125,7 @@ void Output::FindReplaced() {
     replaced_ = OpenToReplace(path_);
     if (!replaced_) Refuse(SystemText(errno));
     destination_ = PathOf(replaced_.get(), path_);
-    if (destination_.empty()) Refuse("what its link leads to has changed");
+    if (destination_.empty()) Refuse("the target of its link has changed");
 }
 
 void Output::Publish(bool isWritten) {
@@ -172,7 +172,7 @@ void Output::TakePlace() {
     replaced_.reset();
     const std::error_code error = Rename(document_->Path(), destination_, mayReplace);
     if (error == std::errc::file_exists) {
-        Refuse("it has appeared since the conversion began; give --force to replace it.");
+        Refuse("it was created during the conversion; use --force to replace it.");
     }
     if (error) Refuse(error.message());
 }

@@ -30,19 +30,19 @@ struct Rule {
 };
 
 constexpr Rule kRules[] = {
-    {"number-unreadable", "A number cell is not wholly a number of the notation in which it is read."},
+    {"number-unreadable", "A number cell is not a valid number in the notation of its column."},
     {"number-empty", "A number cell is empty."},
-    {"number-range", "A number does not fit where it has to go."},
+    {"number-range", "A number is out of range."},
     {"number-exponent", "A spreadsheet program has rounded a number to an exponent."},
     {"number-duplicate", "Two rows get the same number."},
     {"notation-mixed", "One cell changes how others are read."},
-    {"layout-near-miss", "The table is not laid out as its author meant it."},
-    {"column-lost", "A column is left out with its cells."},
+    {"layout-near-miss", "The table nearly has another layout."},
+    {"column-lost", "A column and its cells are left out."},
     {"row-lost", "Rows of the table are missing in the document."},
     {"text-not-xml", "A text has a character that XML forbids."},
-    {"text-encoding", "The text was read in another encoding than it was written in."},
-    {"value-rounded", "The document has another text than the number that a cell of the worksheet holds."},
-    {"item-header", "Two item columns have the same header, or a header that was named is missing."},
+    {"text-encoding", "The text was read in the wrong encoding."},
+    {"value-rounded", "The document has fewer digits than the number in the worksheet."},
+    {"item-header", "Two item columns have the same header, or an option names a header that no column has."},
     {"description-empty", "Rows have no description."}};
 
 void AddRule(Json& object, const Rule& rule) {
@@ -125,7 +125,7 @@ void AddNotification(Json& notifications, const char* level, const std::string& 
 // What the reader of the results has to know: why they may not be all.
 void AddNotifications(Json& notifications, const std::map<std::string, std::size_t>& listed) {
     if (!xls2tki_findings_complete()) {
-        AddNotification(notifications, "warning", "Not all of the table was looked at for findings.");
+        AddNotification(notifications, "warning", "Not all of the table was checked for findings.");
     }
     ForEachFindingCount([&](const FindingCount& count) {
         const std::size_t all = count.errors + count.warnings;

@@ -78,7 +78,7 @@ std::vector<std::string> ReadArguments(int, const char* const*) {
         arguments.push_back(EncodeUtf8(given));
         // A file with half a character in its name would become another one.
         if (DecodeUtf8(arguments.back()).text != given) {
-            throw WrongUsage("The argument \"" + arguments.back() + "\" holds half a character.");
+            throw WrongUsage("The argument \"" + arguments.back() + "\" contains an unpaired surrogate.");
         }
     }
     return arguments;

@@ -134,39 +134,39 @@ CASES = [
     ("full device", TABLE, "in.csv /dev/full", 1,
      'xls2tki: Could not write "/dev/full": No space left on device\n', None),
     ("output is the input", TABLE, "in.csv ./in.csv", 2,
-     'xls2tki: The output "./in.csv" is the input itself.\n', None),
+     'xls2tki: The output "./in.csv" is also the input.\n', None),
     ("output is another table", TABLE, "-c out.xml in.csv", 2, KEPT % "in.csv", None),
-    ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, None),
-    ("three files", TABLE, "in.csv out.xml b", 2, "xls2tki: More than two files need --output-dir or --check." + HINT,
+    ("no output", TABLE, "in.csv", 2, "xls2tki: INPUT and OUTPUT are required." + HINT, None),
+    ("three files", TABLE, "in.csv out.xml b", 2, "xls2tki: More than two files require --output-dir or --check." + HINT,
      None),
     ("strict without findings", TABLE, "--strict --no-findings " + IO, 2,
-     "xls2tki: --strict and --no-findings exclude each other." + HINT, None),
+     "xls2tki: --strict and --no-findings cannot be used together." + HINT, None),
     ("check of a wrong table", b"DTC\n", "--check in.csv", 1, ONE_COLUMN % "Z1S1", None),
-    ("check without a table", TABLE, "--check", 2, "xls2tki: INPUT is needed." + HINT, None),
-    ("check of an output", TABLE, "--check in.csv out.xml", 2, 'xls2tki: The kind of "out.xml" is not known by its '
-     "extension; give --csv, --excel or --odbc." + HINT, None),
+    ("check without a table", TABLE, "--check", 2, "xls2tki: INPUT is required." + HINT, None),
+    ("check of an output", TABLE, "--check in.csv out.xml", 2, 'xls2tki: The kind of "out.xml" is not known from its '
+     "extension; use --csv, --excel or --odbc." + HINT, None),
     ("one document of two tables", TABLE, "--output-dir tmp in.csv tmp/in.xlsx", 2,
      'xls2tki: "in.csv" and "tmp/in.xlsx" would both become "tmp/in.xml".' + HINT, None),
     ("one table twice", TABLE, "--output-dir tmp in.csv ./in.csv", 2, 'xls2tki: "./in.csv" is given twice.' + HINT, None),
-    ("no folder", TABLE, "--output-dir= in.csv", 2, "xls2tki: --output-dir needs a folder." + HINT, None),
-    ("nothing into a folder", TABLE, "--output-dir tmp", 2, "xls2tki: INPUT is needed." + HINT, None),
+    ("no folder", TABLE, "--output-dir= in.csv", 2, "xls2tki: --output-dir requires a folder." + HINT, None),
+    ("nothing into a folder", TABLE, "--output-dir tmp", 2, "xls2tki: INPUT is required." + HINT, None),
     ("missing folder's folder", TABLE, "--output-dir none/new in.csv", 1,
      'xls2tki: Could not create the folder "none/new": No such file or directory\n', None),
     ("no jobs", TABLE, "--check --jobs 0 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
     ("jobs in hex", TABLE, "--check --jobs 0x4 in.csv", 2, "xls2tki: --jobs takes a number from 1 to 64." + HINT, None),
     ("steps of several", TABLE, "--check -v in.csv in.csv", 2,
-     "xls2tki: --verbose is for one file; of several, --json has the messages." + HINT, None),
+     "xls2tki: --verbose works with one file only; for several, use --json." + HINT, None),
     ("standard input among several", TABLE, "--check -c in.csv -", 2,
      "xls2tki: Standard input cannot be one of several files." + HINT, None),
     ("two things on standard output", TABLE, "--json in.csv -", 2,
-     "xls2tki: The document and what --json prints cannot both go to standard output." + HINT, None),
+     "xls2tki: The document and the JSON output cannot both go to standard output." + HINT, None),
     ("worksheets as JSON", TABLE, "--json --list-worksheets in.csv", 2,
-     "xls2tki: --list-worksheets goes without --check, --json and --sarif." + HINT, None),
+     "xls2tki: --list-worksheets cannot be used with --check, --json or --sarif." + HINT, None),
     ("unknown option", TABLE, "--cvs " + IO, 2,
      "xls2tki: The following argument was not expected: --cvs." + HINT, None),
-    ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known by its extension; '
-     "give --csv, --excel or --odbc." + HINT, None),
-    ("two kinds", TABLE, "-c -x " + IO, 2, "xls2tki: --csv, --excel and --odbc exclude each other." + HINT, None),
+    ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known from its extension; '
+     "use --csv, --excel or --odbc." + HINT, None),
+    ("two kinds", TABLE, "-c -x " + IO, 2, "xls2tki: --csv, --excel and --odbc cannot be used together." + HINT, None),
     ("long separator", TABLE, "-s ;; " + IO, 2,
      "xls2tki: --separator takes one character up to U+FFFF, or tab, comma, semicolon or pipe." + HINT, None),
     ("argument not UTF-8", TABLE, b"--variant \xed\xb2\x80 in.csv out.xml", 2,
@@ -174,11 +174,11 @@ CASES = [
     ("workbook", WORKBOOK, "-x " + IO, 0, "", DOCUMENT),
     ("worksheet", WORKBOOK, "-x -w J1939 " + IO, 0, "", J1939),
     ("missing worksheet", WORKBOOK, "-x -w j1939 " + IO, 1,
-     'xls2tki: "in.csv" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', None),
-    ("control characters", CONTROLS, "-x -w \x1b\n " + IO, 1, 'xls2tki: "in.csv" has no worksheet "??", only:\n'
+     'xls2tki: "in.csv" has no worksheet "j1939". Its worksheets are:\n  Powertrain\n  J1939\n  Body\n', None),
+    ("control characters", CONTROLS, "-x -w \x1b\n " + IO, 1, 'xls2tki: "in.csv" has no worksheet "??". Its worksheets are:\n'
      "  %s\n  %s\n" % CONTROLS_SHOWN, None),
     ("many worksheets", name_worksheets("\U0001f600" * 15, *["x" + "\U0001f600" * 15] * 22),
-     "-x -w x " + IO, 1, 'xls2tki: "in.csv" has no worksheet "x", only:\n  ' + "\U0001f600" * 15 + "\n"
+     "-x -w x " + IO, 1, 'xls2tki: "in.csv" has no worksheet "x". Its worksheets are:\n  ' + "\U0001f600" * 15 + "\n"
      + ("  x" + "\U0001f600" * 15 + "\n") * 19 + "  ... and 3 more\n", None),
     ("no worksheets", name_worksheets(), "-x " + IO, 1,
      "xls2tki: Excel file does not contain a data sheet!\n", None),
@@ -283,7 +283,7 @@ def test_many_files():
             result = run(f"--jobs {jobs} --json --check b.txt in.csv", environment)
             check("many: reports", [("b.txt", None), ("in.csv", 1)],
                   [(report["input"], report["rows"]) for report in map(json.loads, result.stdout.splitlines())])
-            check("many: summary", (1, b"xls2tki: 2 files: 1 in order, 1 failed.\n"), (result.returncode, result.stderr))
+            check("many: summary", (1, b"xls2tki: 2 files: 1 passed, 1 failed.\n"), (result.returncode, result.stderr))
 
 
 def wait_until(condition):
@@ -382,7 +382,7 @@ def test_no_room():
     with folder(TABLE) as environment:  # nor for as many processes as are wanted
         result = run("--check --jobs 16" + " in.csv" * 40, environment,
                      preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (12, 12)))
-        check("open files", b"xls2tki: 40 files: 40 in order, 0 failed.\n", result.stderr)
+        check("open files", b"xls2tki: 40 files: 40 passed, 0 failed.\n", result.stderr)
     for arguments, name in [("in.csv out.xml", '"out.xml"'), ("in.csv -", '"%s"')]:
         with folder(TABLE) as environment:
             result = run(arguments, environment, preexec_fn=limit_file_size)
@@ -428,7 +428,7 @@ def test_replacing():
         check("links to one missing file", True, b'"a.csv" and "b.csv" would both become "dir/b.xml".' in refused)
         os.symlink("in.csv", "table.xml")
         refused = run("--output-dir . table.csv in.csv", environment).stderr
-        check("behind a link to a table", True, b'"table.csv" would take the place of "in.csv".' in refused)
+        check("behind a link to a table", True, b'"table.csv" would overwrite "in.csv".' in refused)
         check_document("behind a link", b"Stuck", Path("out.xml").read_bytes())
         check("permissions", 0o640, stat.S_IMODE(os.stat("out.xml").st_mode))
         check("behind a dangling link", Path("out.xml").read_bytes(), Path("new.xml").read_bytes())
@@ -441,7 +441,7 @@ def replace_by_link(name):
 
 # What another does with the temporary file of the document during the run, and why that is refused.
 CHANGES = [(replace_by_link, "its temporary file was replaced"), (os.remove, "No such file or directory"),
-           (lambda _: os.link("in.csv", "new.xml"), "it has appeared since the conversion began; give --force to replace it.")]
+           (lambda _: os.link("in.csv", "new.xml"), "it was created during the conversion; use --force to replace it.")]
 
 
 def test_changes_during_the_run():

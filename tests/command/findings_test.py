@@ -132,14 +132,14 @@ REPORTS = [
                                    'expected 3, 5, 7 or 9 characters'},
      'Hint: The code is in cell A3 of "in.csv", in line 3.'),
     (WORKBOOK, "-x -w \u202e\\ " + IO, 1, {"kind": "excel", "failure":
-     '"in.csv" has no worksheet "?\\", only:\n  Powertrain\n  J1939\n  Body'}, None),
+     '"in.csv" has no worksheet "?\\". Its worksheets are:\n  Powertrain\n  J1939\n  Body'}, None),
     (TABLE, b"-w x in.csv \xff/\xc3\xa4", 1, {"output": "\ufffd/\u00e4", "failure":
      'Could not create a file in the folder "\ufffd": No such file or directory'},
      "Note: --worksheet is for --excel only and has no effect here."),
     (TABLE, "--output-dir none/x in.csv", 1, {"output": "none/x/in.xml", "failure":
      'Could not create the folder "none/x": No such file or directory'}, None),
     (TABLE, "-c out.xml in.csv", 2, {"input": "out.xml", "output": "in.csv", "failure": KEPT[9:-1] % "in.csv"}, None),
-    (TABLE, "in.csv in.csv", 2, {"output": "in.csv", "failure": 'The output "in.csv" is the input itself.'}, None),
+    (TABLE, "in.csv in.csv", 2, {"output": "in.csv", "failure": 'The output "in.csv" is also the input.'}, None),
 ]
 
 
@@ -155,7 +155,7 @@ def test_reports():
             check(arguments, BEFORE, files())
     with folder(TABLE) as environment, open("/dev/full", "wb") as full:
         result = subprocess.run([COMMAND, "--json", "in.csv", "out.xml"], stdout=full, stderr=subprocess.PIPE)
-        check("report to nowhere", (1, b"xls2tki: Could not write the outcome: No space left on device\n"),
+        check("report to nowhere", (1, b"xls2tki: Could not write the result: No space left on device\n"),
               (result.returncode, result.stderr))
 
 
@@ -197,10 +197,10 @@ def test_findings():
 SARIF = [
     ("s.sarif in.csv out.xml", 0, None), ("s.sarif --strict in.csv out.xml", 1, None), ("s.sarif in.csv none/out.xml", 1, None),
     ("s.sarif none.csv out.xml", 1, None), ("- --check in.csv", 1, None),
-    ("- in.csv -", 2, "and the document cannot both go"), ("- --json in.csv out.xml", 2, "and what --json prints cannot both go"),
-    ("in.csv --force in.csv out.xml", 2, 'take the place of "in.csv"'), ("./new.xml in.csv new.xml", 2, 'take the place of "new.xml"'),
-    ("out.xml in.csv new.xml", 2, '"out.xml" exists and is not a SARIF file'), ("s.sarif --no-findings in.csv out.xml", 2, "exclude"),
-    ("s.sarif --check in.csv in.csv", 2, "is for one file"), ("none/s.sarif in.csv out.xml", 1, 'in the folder "none"'),
+    ("- in.csv -", 2, "and the document cannot both go"), ("- --json in.csv out.xml", 2, "and the JSON output cannot both go"),
+    ("in.csv --force in.csv out.xml", 2, 'would overwrite "in.csv"'), ("./new.xml in.csv new.xml", 2, 'would overwrite "new.xml"'),
+    ("out.xml in.csv new.xml", 2, '"out.xml" exists and is not a SARIF file'), ("s.sarif --no-findings in.csv out.xml", 2, "together"),
+    ("s.sarif --check in.csv in.csv", 2, "works with one file"), ("none/s.sarif in.csv out.xml", 1, 'in the folder "none"'),
     ("/dev/full in.csv out.xml", 1, 'Could not write "/dev/full": No space left'),
 ]
 

@@ -49,18 +49,18 @@ CASES = [
     ("-x in.csv out.xml", b"", 1, NO_EXCEL + IS_TEXT, b"", OLD),
     ("-o in.csv out.xml", b"", 1, "xls2tki: \"in.csv\": No Excel ODBC driver found\n" + HELP %
      "--excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, has one.", b"", OLD),
-    ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is the input itself.\n",
+    ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is also the input.\n",
      b'{"input":"in.csv","output":"in.csv","kind":"csv","encoding":null,"separator":null,"layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
      b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],"findings":null,"finding_counts":null,'
-     b'"failure":"The output \\"in.csv\\" is the input itself."}\n', OLD),
-    ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 in order, 0 failed.\n",
+     b'"failure":"The output \\"in.csv\\" is also the input."}\n', OLD),
+    ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 passed, 0 failed.\n",
      "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
     ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
      b"missing.csv: failed: Error opening inputfile: 'missing.csv' Hint: There is no file \"missing.csv\".\nout.csv: done\n",
      DOCUMENT.replace(b"Emission_Related_Trouble_Codes", b"\\&quot;\\").replace(b"COMMON_DIAGNOSTICS", b"a&quot;b\\\\")),
     ("--output-dir o in.csv missing/IN.csv", b"", 2, "xls2tki: \"in.csv\" and \"missing/IN.csv\" would both become \"o\\IN.xml\"."
      + HINT, b"", OLD),
-    ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are needed." + HINT, b"", OLD),
+    ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are required." + HINT, b"", OLD),
 ]
 ODBC_CASES = [
     ("-o table.xlsx out.xml", b"", 0, "", b"", DOCUMENT),
@@ -92,7 +92,7 @@ EXCEL_CASES = [
     ("14", "", CONVERSION, 0, "", b"", DOCUMENT),
     ("14", "", "-w J1939 table.xlsx out.xml", 0, "", b"", J1939),
     ("14", "", "-w j1939 table.xlsx out.xml", 1,
-     'xls2tki: "table.xlsx" has no worksheet "j1939", only:\n  Powertrain\n  J1939\n  Body\n', b"", OLD),
+     'xls2tki: "table.xlsx" has no worksheet "j1939". Its worksheets are:\n  Powertrain\n  J1939\n  Body\n', b"", OLD),
     ("16", "", CONVERSION, 0, "", b"", DOCUMENT),
     ("16", "", "--list-worksheets table.xlsx", 0, "", NAMES, OLD),
     ("14", "", "\u00e4\u4e2d\U0001f600.xlsx out.xml", 0, "", b"", DOCUMENT),
@@ -256,7 +256,7 @@ def test_long_paths():
         for command, expected in [
                 ((long_in, long_out), (0, b"", b"")),
                 ((f"{LONG}/x/../in.csv", f"Z:{os.getcwd()}/{LONG}/new.xml"), (0, b"", b"")),
-                ((long_in, long_in), (2, b"", f'xls2tki: The output "{long_in}" is the input itself.\n'.encode())),
+                ((long_in, long_in), (2, b"", f'xls2tki: The output "{long_in}" is also the input.\n'.encode())),
                 (("--output-dir", f"{LONG}/new", long_in), (0, f"{long_in}: done\n".encode(), b"xls2tki: 1 file: 1 converted, 0 failed.\n"))]:
             check(" ".join(command), expected, run("wine", COMMAND, *command))
         made = [f"./{LONG}/new.xml", f"./{LONG}/new/in.xml"]
