@@ -126,7 +126,7 @@ void Descriptor::SetField(SQLSMALLINT column, SQLSMALLINT field, SQLPOINTER valu
 }
 
 FieldValue Descriptor::GetField(SQLSMALLINT column, SQLSMALLINT field) const {
-    if (std::optional<FieldValue> value = HeaderField(field)) return *std::move(value);
+    if (const std::optional<FieldValue> value = HeaderField(field)) return *value;
     return described_ == nullptr ? BindingField(column, field) : ResultField(column, field);
 }
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "odbc_driver/diagnostics.h"
+#include "platform/format.h"
+
 namespace NOdbcDriver {
 
 namespace {
@@ -36,6 +39,28 @@ std::size_t Result::WidthOf(std::size_t column) {
         widest = std::max(widest, Utf8Size(Value(row, column, scratch).value_or(std::u16string_view())));
     }
     return known = widest;
+}
+
+TableResult::TableResult(std::u16string name, std::shared_ptr<const NWorkbook::Table> table,
+                         const std::vector<std::u16string>& columns)
+    : name_(std::move(name)), table_(std::move(table)) {
+    NWorkbook::NameIndex index;
+    for (std::size_t column = 0; column < table_->ColumnCount(); ++column) {
+        if (columns.empty()) {
+            columns_.push_back(column);
+        } else {
+            index.Add(table_->ColumnName(column), column);
+        }
+    }
+    for (const std::u16string& column : columns) {
+        const std::optional<std::size_t> found = index.Find(column);
+        if (!found) {
+            throw OdbcError(u"42S22",
+                            NPlatform::Format(512, u"The table %s has no column \"%s\".",
+                                              {NPlatform::Cut(name_, 200), NPlatform::Cut(column, 200)}));
+        }
+        columns_.push_back(*found);
+    }
 }
 
 }  // namespace NOdbcDriver

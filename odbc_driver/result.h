@@ -37,27 +37,30 @@ class Result {
     std::vector<std::size_t> widths_;  // 0: not known yet
 };
 
-// The records of a table.
+// The records of a table, in all of its columns or in some.
 class TableResult : public Result {
   public:
-    TableResult(std::u16string name, std::shared_ptr<const NWorkbook::Table> table)
-        : name_(std::move(name)), table_(std::move(table)) {}
+    // `columns`: their names, case of ASCII letters aside; none for all. Throws OdbcError (42S22) for one
+    // that the table does not have.
+    TableResult(std::u16string name, std::shared_ptr<const NWorkbook::Table> table,
+                const std::vector<std::u16string>& columns = {});
 
-    [[nodiscard]] std::size_t ColumnCount() const override { return table_->ColumnCount(); }
+    [[nodiscard]] std::size_t ColumnCount() const override { return columns_.size(); }
     [[nodiscard]] std::size_t RowCount() const override { return table_->RowCount(); }
     [[nodiscard]] std::u16string_view ColumnName(std::size_t column) const override {
-        return table_->ColumnName(column);
+        return table_->ColumnName(columns_[column]);
     }
     [[nodiscard]] SQLSMALLINT ColumnType(std::size_t) const override { return SQL_WVARCHAR; }
     [[nodiscard]] std::u16string_view TableName() const override { return name_; }
     [[nodiscard]] std::optional<std::u16string_view> Value(std::size_t row, std::size_t column,
                                                            NWorkbook::NumberText& scratch) const override {
-        return table_->Value(row, column, scratch);
+        return table_->Value(row, columns_[column], scratch);
     }
 
   private:
     std::u16string name_;
     std::shared_ptr<const NWorkbook::Table> table_;
+    std::vector<std::size_t> columns_;  // of the table
 };
 
 // Rows made on the spot, as catalogue calls give them.

@@ -22,6 +22,8 @@ char16_t ClosingOf(char16_t unit) {
     return unit == u'"' || unit == u'`' ? unit : u'\0';
 }
 
+constexpr std::u16string_view kStatements = u"SELECT * FROM table or SELECT column, ... FROM table";
+
 class Parser {
   public:
     explicit Parser(std::u16string_view sql) : sql_(sql) { SkipBlanks(); }
@@ -32,9 +34,11 @@ class Parser {
         Advance(end);
     }
 
-    void ExpectSign(char16_t sign) {
-        if (!IsAt(sign)) Refuse();
-        Advance(at_ + 1);
+    // Whether the sign is here; then it is passed.
+    bool Pass(char16_t sign) {
+        const bool isHere = at_ < sql_.size() && sql_[at_] == sign;
+        if (isHere) Advance(at_ + 1);
+        return isHere;
     }
 
     std::u16string ExpectName() {
@@ -47,13 +51,11 @@ class Parser {
     }
 
     void ExpectEnd() {
-        if (IsAt(u';')) Advance(at_ + 1);
+        Pass(u';');
         if (at_ < sql_.size()) Refuse();
     }
 
   private:
-    [[nodiscard]] bool IsAt(char16_t sign) const { return at_ < sql_.size() && sql_[at_] == sign; }
-
     void SkipBlanks() {
         while (at_ < sql_.size() && IsBlank(sql_[at_])) ++at_;
     }
@@ -75,30 +77,33 @@ class Parser {
             const bool closes = sql_[at] == closing;
             const bool isDoubled = closes && at + 1 < sql_.size() && sql_[at + 1] == closing;
             if (closes && !isDoubled) {
-                if (name.empty()) break;
+                if (name.empty()) RefuseName(u"is empty");
                 Advance(at + 1);
                 return name;
             }
             name += sql_[at];
             if (isDoubled) ++at;
         }
-        at_ = sql_.size();
-        Refuse();
+        RefuseName(std::u16string(u"has no closing ") + closing);
+    }
+
+    [[noreturn]] void RefuseName(std::u16string_view reason) const {
+        throw OdbcError(u"42000", NPlatform::Format(128, u"The name at character %d %s.",
+                                                    {static_cast<std::int32_t>(at_ + 1), reason}));
     }
 
     // What stands here, up to the next blank, is not what has to stand here.
     [[noreturn]] void Refuse() const {
         if (at_ == sql_.size()) {
-            throw OdbcError(u"42000", u"The SQL statement ends too early: SELECT * FROM table is needed.");
+            throw OdbcError(u"42000", NPlatform::Format(128, u"The SQL statement ends too early: use %s.",
+                                                        {kStatements}));
         }
-        constexpr std::u16string_view kMessage =
-            u"SELECT * FROM table is the one SQL statement that is understood; \"%s\" at character %d "
-            u"does not belong to it.";
+        constexpr std::u16string_view kMessage = u"\"%s\" at character %d is not supported: use %s.";
         constexpr std::size_t kMostShown = 60;
         const std::u16string_view word = sql_.substr(at_, sql_.find_first_of(kBlanks, at_) - at_);
         throw OdbcError(u"42000", NPlatform::Format(256, kMessage,
                                                     {NPlatform::Cut(word, kMostShown),
-                                                     static_cast<std::int32_t>(at_ + 1)}));
+                                                     static_cast<std::int32_t>(at_ + 1), kStatements}));
     }
 
     std::u16string_view sql_;
@@ -107,14 +112,19 @@ class Parser {
 
 }  // namespace
 
-std::u16string ParseSelect(std::u16string_view sql) {
+Select ParseSelect(std::u16string_view sql) {
+    Select select;
     Parser parser(sql);
     parser.ExpectWord(u"SELECT");
-    parser.ExpectSign(u'*');
+    if (!parser.Pass(u'*')) {
+        do {
+            select.columns.push_back(parser.ExpectName());
+        } while (parser.Pass(u','));
+    }
     parser.ExpectWord(u"FROM");
-    std::u16string name = parser.ExpectName();
+    select.table = parser.ExpectName();
     parser.ExpectEnd();
-    return name;
+    return select;
 }
 
 }  // namespace NOdbcDriver

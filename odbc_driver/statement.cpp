@@ -5,6 +5,7 @@
 #include "odbc_driver/application_text.h"
 #include "odbc_driver/column_attributes.h"
 #include "odbc_driver/connection.h"
+#include "odbc_driver/scroll.h"
 #include "odbc_driver/sql.h"
 #include "platform/format.h"
 
@@ -44,9 +45,9 @@ void Statement::RequireClosed() const {
 
 std::unique_ptr<Result> Statement::Select(std::u16string_view sql) {
     RequireClosed();
-    std::u16string name = ParseSelect(sql);
-    std::shared_ptr<const NWorkbook::Table> table = connection_.FindTable(name);
-    return std::make_unique<TableResult>(std::move(name), std::move(table));
+    NOdbcDriver::Select select = ParseSelect(sql);
+    std::shared_ptr<const NWorkbook::Table> table = connection_.FindTable(select.table);
+    return std::make_unique<TableResult>(std::move(select.table), std::move(table), select.columns);
 }
 
 void Statement::Prepare(std::u16string_view sql) {
@@ -71,14 +72,13 @@ void Statement::Open(std::unique_ptr<Result> result) {
 
 void Statement::OpenCursor() {
     isOpen_ = true;
-    isOnRow_ = false;
-    nextRow_ = 0;
-    piecesColumn_ = 0;
+    firstRow_ = 0;
+    fetchedRows_ = 0;
 }
 
 void Statement::Close() {
     isOpen_ = false;
-    isOnRow_ = false;
+    fetchedRows_ = 0;
     if (!isPrepared_) result_.reset();
 }
 
@@ -97,19 +97,30 @@ std::size_t Statement::ColumnIndex(SQLUSMALLINT column) {
     return column - 1U;
 }
 
-std::size_t Statement::RowCount() const {
-    const std::size_t count = result_->RowCount();
+std::size_t Statement::RowCount() {
+    const std::size_t count = RequireResult().RowCount();
     return maxRows == 0 ? count : std::min<std::size_t>(count, maxRows);
 }
 
-SQLRETURN Statement::Fetch(const RowSet& rowSet) {
+std::size_t Statement::CurrentRow() const { return static_cast<std::size_t>(firstRow_) - 1 + rowOfSet_; }
+
+SQLRETURN Statement::Fetch(const RowSet& rowSet, SQLSMALLINT direction, SQLLEN offset) {
     if (!isOpen_) throw OdbcError(u"24000", u"No cursor is open.");
+    if (direction != SQL_FETCH_NEXT && IsForwardOnly()) {
+        throw OdbcError(u"HY106", u"This cursor fetches the next rows only; a static one fetches any.");
+    }
+    const auto last = static_cast<SQLLEN>(RowCount());
+    const Scrolled scrolled =
+        Scroll({firstRow_, static_cast<SQLLEN>(fetchedRows_), last}, direction, offset, rowSet.size);
+    if (scrolled.isCut) {
+        diagnostics.Add({u"01S06", u"There are fewer rows before the row set: it begins with the first."});
+    }
+    firstRow_ = scrolled.firstRow;
+    const SQLLEN left = firstRow_ == 0 ? 0 : last + 1 - firstRow_;
+    const std::size_t count = std::min<std::size_t>(rowSet.size, static_cast<std::size_t>(left));
+    fetchedRows_ = count;
+    rowOfSet_ = 0;
     piecesColumn_ = 0;
-    currentRow_ = nextRow_;
-    const std::size_t left = RowCount() - std::min(RowCount(), nextRow_);
-    const std::size_t count = std::min<std::size_t>(rowSet.size, left);
-    nextRow_ += count;
-    isOnRow_ = count > 0;
     PutNumber(static_cast<SQLULEN>(count), rowSet.fetched);
     std::size_t failures = 0;
     for (std::size_t row = 0; row < count; ++row) {
@@ -146,21 +157,28 @@ SQLUSMALLINT Statement::FetchRow(std::size_t rowOfSet) {
 
 bool Statement::FetchBound(std::size_t column, const Binding& binding, std::size_t rowOfSet) {
     const SQLSMALLINT type = ResolveType(binding.type, *result_, column);
-    bound_.Begin(result_->Value(currentRow_ + rowOfSet, column, boundText_));
+    bound_.Begin(result_->Value(CurrentRow() + rowOfSet, column, boundText_));
     const Transferred transferred = bound_.Continue(applicationRows.TargetOf(binding, type, rowOfSet));
     TellLoss(transferred, diagnostics, rowOfSet, column);
     return transferred == Transferred::Whole;
 }
 
+void Statement::SetPosition(SQLSETPOSIROW row) {
+    if (!IsOnRow()) throw OdbcError(u"24000", u"The cursor is not on a row.");
+    if (row == 0 || row > fetchedRows_) throw OdbcError(u"HY107", u"The row set has no row of this number.");
+    rowOfSet_ = row - 1;
+    piecesColumn_ = 0;
+}
+
 SQLRETURN Statement::GetData(SQLUSMALLINT column, Target target) {
-    if (!isOnRow_) throw OdbcError(u"24000", u"The cursor is not on a row.");
+    if (!IsOnRow()) throw OdbcError(u"24000", u"The cursor is not on a row.");
     const std::size_t index = ColumnIndex(column);
     if (target.type == SQL_ARD_TYPE && index < applicationRows.Bindings().size()) {
         target.type = applicationRows.Bindings()[index].type;
     }
     target.type = ResolveType(target.type, *result_, index);
     if (column != piecesColumn_ || target.type != piecesType_) {
-        pieces_.Begin(result_->Value(currentRow_, index, piecesText_));
+        pieces_.Begin(result_->Value(CurrentRow(), index, piecesText_));
         piecesColumn_ = column;
         piecesType_ = target.type;
     }

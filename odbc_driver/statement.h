@@ -1,4 +1,4 @@
-// A statement: a query, and the cursor that walks its result once, forward.
+// A statement: a query, and the cursor on its result.
 #pragma once
 
 #include <memory>
@@ -42,12 +42,21 @@ class Statement : public Handle {
     // The index, from 0, of a column that the application counts from 1. Throws OdbcError (07009).
     std::size_t ColumnIndex(SQLUSMALLINT column);
 
-    // Moves to the next rows and hands out the values of bound columns. Throws OdbcError (24000).
-    SQLRETURN Fetch(const RowSet& rowSet);
-    // The next piece of a value in the current row, which is the first of the row set. Throws OdbcError.
+    // Moves to other rows and hands out the values of bound columns. `direction` is SQL_FETCH_..., and
+    // `offset` counts rows for SQL_FETCH_ABSOLUTE and SQL_FETCH_RELATIVE. Throws OdbcError: 24000, and HY106
+    // for a direction that the cursor does not have.
+    SQLRETURN Fetch(const RowSet& rowSet, SQLSMALLINT direction = SQL_FETCH_NEXT, SQLLEN offset = 0);
+    // Makes the row of the row set, which counts from 1, the current one; a fetch does so with the first.
+    // Throws OdbcError: 24000, HY107.
+    void SetPosition(SQLSETPOSIROW row);
+    // The next piece of a value in the current row. Throws OdbcError.
     SQLRETURN GetData(SQLUSMALLINT column, Target target);
     // From 1; 0 if there is no current row.
-    [[nodiscard]] SQLULEN RowNumber() const { return isOnRow_ ? currentRow_ + 1 : 0; }
+    [[nodiscard]] SQLULEN RowNumber() const {
+        return IsOnRow() ? static_cast<SQLULEN>(firstRow_) + rowOfSet_ : 0;
+    }
+    // Of the result, as many as the application wants at most. Throws OdbcError (HY010) if there is none.
+    std::size_t RowCount();
 
     void SetAttribute(SQLINTEGER attribute, SQLPOINTER value);
     void GetAttribute(SQLINTEGER attribute, SQLPOINTER value);
@@ -64,9 +73,13 @@ class Statement : public Handle {
 
   private:
     void RequireClosed() const;
+    [[nodiscard]] bool IsForwardOnly() const { return cursorType_ == SQL_CURSOR_FORWARD_ONLY; }
+    void SetCursorType(SQLULEN type);
+    void TellReplaced();
     std::unique_ptr<Result> Select(std::u16string_view sql);
     void OpenCursor();
-    [[nodiscard]] std::size_t RowCount() const;
+    [[nodiscard]] bool IsOnRow() const { return fetchedRows_ > 0; }
+    [[nodiscard]] std::size_t CurrentRow() const;
     SQLUSMALLINT FetchRow(std::size_t rowOfSet);
     // Returns whether nothing was lost.
     bool FetchBound(std::size_t column, const Binding& binding, std::size_t rowOfSet);
@@ -75,9 +88,11 @@ class Statement : public Handle {
     std::unique_ptr<Result> result_;
     bool isPrepared_ = false;
     bool isOpen_ = false;
-    bool isOnRow_ = false;
-    std::size_t currentRow_ = 0;
-    std::size_t nextRow_ = 0;
+    SQLULEN cursorType_ = SQL_CURSOR_FORWARD_ONLY;  // or SQL_CURSOR_STATIC
+    SQLLEN firstRow_ =
+        0;  // of the row set, from 1; 0 before the first row, and RowCount() + 1 behind the last
+    std::size_t fetchedRows_ = 0;  // in the row set
+    std::size_t rowOfSet_ = 0;     // the current one, from 0
 
     // What is handed out in pieces, and of which column and as which type; 0: nothing.
     ValueTransfer pieces_;

@@ -37,9 +37,7 @@ struct FixedAttribute {
 constexpr FixedAttribute kFixedAttributes[] = {
     {SQL_ATTR_ASYNC_ENABLE, SQL_ASYNC_ENABLE_OFF},
     {SQL_ATTR_CONCURRENCY, SQL_CONCUR_READ_ONLY},
-    {SQL_ATTR_CURSOR_SCROLLABLE, SQL_NONSCROLLABLE},
     {SQL_ATTR_CURSOR_SENSITIVITY, SQL_INSENSITIVE},
-    {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY},
     {SQL_ATTR_ENABLE_AUTO_IPD, SQL_FALSE},
     {SQL_ATTR_KEYSET_SIZE, 0},
     {SQL_ATTR_MAX_LENGTH, 0},
@@ -77,15 +75,29 @@ constexpr DescriptorAttribute kDescriptorAttributes[] = {
 
 }  // namespace
 
+void Statement::SetCursorType(SQLULEN type) {
+    RequireClosed();
+    const bool isForwardOnly = type == SQL_CURSOR_FORWARD_ONLY;
+    if (!isForwardOnly && type != SQL_CURSOR_STATIC) TellReplaced();
+    cursorType_ = isForwardOnly ? SQL_CURSOR_FORWARD_ONLY : SQL_CURSOR_STATIC;
+}
+
+void Statement::TellReplaced() {
+    diagnostics.Add({u"01S02", u"The attribute's value is not supported; another one is used."});
+}
+
 void Statement::SetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
     const auto asNumber = reinterpret_cast<SQLULEN>(value);
-    if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
+    if (attribute == SQL_ATTR_CURSOR_TYPE) {
+        SetCursorType(asNumber);
+    } else if (attribute == SQL_ATTR_CURSOR_SCROLLABLE) {
+        SetCursorType(asNumber == SQL_NONSCROLLABLE ? SQL_CURSOR_FORWARD_ONLY : SQL_CURSOR_STATIC);
+    } else if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
         (this->*header->descriptor).SetField(0, header->field, value);
     } else if (const auto* kept = FindNumbered(kKeptAttributes, attribute)) {
         this->*kept->value = asNumber;
     } else if (const auto* fixed = FindNumbered(kFixedAttributes, attribute)) {
-        if (asNumber == fixed->value) return;
-        diagnostics.Add({u"01S02", u"The attribute's value is not supported; another one is used."});
+        if (asNumber != fixed->value) TellReplaced();
     } else if (const auto* descriptor = FindNumbered(kDescriptorAttributes, attribute)) {
         const bool isOwn = value == nullptr || value == &(this->*descriptor->descriptor);
         if (!isOwn) throw OdbcError(u"HYC00", u"A statement has the descriptors that it was made with.");
@@ -98,6 +110,10 @@ void Statement::GetAttribute(SQLINTEGER attribute, SQLPOINTER value) {
     SQLINTEGER* const noLength = nullptr;
     if (attribute == SQL_ATTR_ROW_NUMBER) {
         PutNumber(RowNumber(), value);
+    } else if (attribute == SQL_ATTR_CURSOR_TYPE) {
+        PutNumber(cursorType_, value);
+    } else if (attribute == SQL_ATTR_CURSOR_SCROLLABLE) {
+        PutNumber(static_cast<SQLULEN>(IsForwardOnly() ? SQL_NONSCROLLABLE : SQL_SCROLLABLE), value);
     } else if (const auto* header = FindNumbered(kHeaderAttributes, attribute)) {
         if (header->field == SQL_DESC_BIND_TYPE) {
             PutNumber((this->*header->descriptor).bindType, value);

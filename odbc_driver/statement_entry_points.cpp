@@ -71,8 +71,6 @@ SQLRETURN GetDescField(SQLHDESC handle, SQLSMALLINT column, SQLSMALLINT field, S
     });
 }
 
-[[noreturn]] void RefuseDirection() { throw OdbcError(u"HY106", u"Rows can be fetched forward only."); }
-
 }  // namespace
 
 extern "C" {
@@ -104,9 +102,8 @@ SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT* count) {
 }
 
 SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN* count) {
-    return EnterStatement(handle, [=](Statement& statement) {
-        PutNumber(static_cast<SQLLEN>(statement.RequireResult().RowCount()), count);
-    });
+    return EnterStatement(
+        handle, [=](Statement& statement) { PutNumber(static_cast<SQLLEN>(statement.RowCount()), count); });
 }
 
 SQLRETURN SQL_API SQLDescribeCol(SQLHSTMT handle, SQLUSMALLINT number, SQLCHAR* name, SQLSMALLINT capacity,
@@ -144,18 +141,24 @@ SQLRETURN SQL_API SQLFetch(SQLHSTMT handle) {
     return EnterStatement(handle, [](Statement& statement) { return statement.Fetch(RowSetOf(statement)); });
 }
 
-SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT direction, SQLLEN) {
+SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT direction, SQLLEN offset) {
     return EnterStatement(handle, [=](Statement& statement) {
-        if (direction != SQL_FETCH_NEXT) RefuseDirection();
-        return statement.Fetch(RowSetOf(statement));
+        return statement.Fetch(RowSetOf(statement), direction, offset);
     });
 }
 
-SQLRETURN SQL_API SQLExtendedFetch(SQLHSTMT handle, SQLUSMALLINT direction, SQLLEN, SQLULEN* fetched,
+SQLRETURN SQL_API SQLExtendedFetch(SQLHSTMT handle, SQLUSMALLINT direction, SQLLEN offset, SQLULEN* fetched,
                                    SQLUSMALLINT* status) {
     return EnterStatement(handle, [=](Statement& statement) {
-        if (direction != SQL_FETCH_NEXT) RefuseDirection();
-        return statement.Fetch({statement.extendedRows, fetched, status});
+        return statement.Fetch({statement.extendedRows, fetched, status}, static_cast<SQLSMALLINT>(direction),
+                               offset);
+    });
+}
+
+SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT operation, SQLUSMALLINT) {
+    return EnterStatement(handle, [=](Statement& statement) {
+        if (operation != SQL_POSITION) throw OdbcError(u"HYC00", u"Rows cannot be changed or locked.");
+        statement.SetPosition(row);
     });
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <tuple>
 
 #include "odbc_driver/column_attributes.h"
@@ -9,6 +10,7 @@
 #include "odbc_driver/diagnostics.h"
 #include "odbc_driver/name_pattern.h"
 #include "odbc_driver/number_value.h"
+#include "odbc_driver/scroll.h"
 #include "odbc_driver/sql.h"
 #include "odbc_driver/value_transfer.h"
 #include "tests/host.h"
@@ -57,23 +59,26 @@ TEST(OdbcDriver, TakesConnectStringsApart) {
     }
 }
 
-TEST(OdbcDriver, UnderstandsOneStatement) {
-    const auto refused = [](const std::string& place) {
-        return "42000 SELECT * FROM table is the one SQL statement that is understood; " + place +
-               " does not belong to it.";
+TEST(OdbcDriver, UnderstandsSelect) {
+    const std::string use = "use SELECT * FROM table or SELECT column, ... FROM table.";
+    const auto refused = [&use](const std::string& place) {
+        return "42000 " + place + " is not supported: " + use;
     };
-    const std::string early = "42000 The SQL statement ends too early: SELECT * FROM table is needed.";
+    const std::string early = "42000 The SQL statement ends too early: " + use;
     const std::pair<std::u16string, std::string> rows[] = {
-        {u"SELECT *FROM DTC ", "DTC"},
-        {u"\n select\t*\r\nfrom _1$\x80äЖ😀;\n", "_1$\u0080äЖ😀"},
-        {u"SELECT*FROM[It's ]]1[$]", "It's ]1[$"},
-        {u"SELECT * FROM\"a\"\"b\";", "a\"b"},
-        {u"SELECT * FROM ``````", "``"},
+        {u"SELECT *FROM DTC ", " DTC"},
+        {u"\n select\t*\r\nfrom _1$\x80äЖ😀;\n", " _1$\u0080äЖ😀"},
+        {u"SELECT*FROM[It's ]]1[$]", " It's ]1[$"},
+        {u"SELECT * FROM\"a\"\"b\";", " a\"b"},
+        {u"SELECT * FROM ``````", " ``"},
+        {u"SELECT DTC,\"a, b\" ,[c]FROM x", "DTC|a, b|c| x"},
         {u"", early},
         {u"SELECT *", early},
-        {u"SELECT * FROM [a]]", early},
-        {u"SELECT * FROM \"\"", early},
-        {u"SELECT DTC FROM x", refused("\"DTC\" at character 8")},
+        {u"SELECT a,", early},
+        {u"SELECT * FROM [a]]", "42000 The name at character 15 has no closing ]."},
+        {u"SELECT a, \"\" FROM b", "42000 The name at character 11 is empty."},
+        {u"SELECT , FROM x", refused("\",\" at character 8")},
+        {u"SELECT a b FROM x", refused("\"b\" at character 10")},
         {u"SELECT * FROMDTC", refused("\"FROMDTC\" at character 10")},
         {u"SELECT * FROM DTC WHERE a = 1", refused("\"WHERE\" at character 19")},
         {u"SELECT * FROM a.b", refused("\".b\" at character 16")},
@@ -83,12 +88,54 @@ TEST(OdbcDriver, UnderstandsOneStatement) {
     for (const auto& [sql, expected] : rows) {
         std::string found;
         try {
-            found = Utf8(ParseSelect(sql));
+            const Select select = ParseSelect(sql);
+            for (const std::u16string& column : select.columns) found.append(Utf8(column)).append("|");
+            found.append(" ").append(Utf8(select.table));
         } catch (const OdbcError& error) {
             found = Describe(error);
         }
         EXPECT_EQ(found, expected) << Utf8(sql);
     }
+}
+
+// Ten rows, in row sets of four. `from` 0 is before them, 11 behind.
+TEST(OdbcDriver, Scrolls) {
+    struct {
+        SQLSMALLINT direction;
+        SQLLEN offset, fromBefore, from1, from3, from9, fromBehind;  // -1: the first row set, cut
+    } const rows[] = {
+        {SQL_FETCH_NEXT, 0, 1, 5, 7, 11, 11},
+        {SQL_FETCH_PRIOR, 0, 0, 0, -1, 5, 7},
+        {SQL_FETCH_FIRST, 0, 1, 1, 1, 1, 1},
+        {SQL_FETCH_LAST, 0, 7, 7, 7, 7, 7},
+        {SQL_FETCH_ABSOLUTE, 0, 0, 0, 0, 0, 0},
+        {SQL_FETCH_ABSOLUTE, 10, 10, 10, 10, 10, 10},
+        {SQL_FETCH_ABSOLUTE, 11, 11, 11, 11, 11, 11},
+        {SQL_FETCH_ABSOLUTE, -10, 1, 1, 1, 1, 1},
+        {SQL_FETCH_ABSOLUTE, -11, 0, 0, 0, 0, 0},
+        {SQL_FETCH_RELATIVE, 0, 0, 1, 3, 9, 11},
+        {SQL_FETCH_RELATIVE, 2, 2, 3, 5, 11, 11},
+        {SQL_FETCH_RELATIVE, -3, 0, 0, -1, 6, 8},
+        {SQL_FETCH_RELATIVE, -5, 0, 0, 0, 4, 6},
+        {SQL_FETCH_RELATIVE, std::numeric_limits<SQLLEN>::min(), 0, 0, 0, 0, 0},
+        {SQL_FETCH_RELATIVE, std::numeric_limits<SQLLEN>::max(), 11, 11, 11, 11, 11},
+    };
+    const auto scroll = [](SQLLEN from, SQLSMALLINT direction, SQLLEN offset) {
+        const SQLLEN rowsThere = from == 0 ? 0 : std::min<SQLLEN>(4, 11 - from);
+        const Scrolled scrolled = Scroll({from, rowsThere, 10}, direction, offset, 4);
+        EXPECT_TRUE(!scrolled.isCut || scrolled.firstRow == 1);
+        return scrolled.isCut ? -1 : scrolled.firstRow;
+    };
+    for (const auto& row : rows) {
+        const auto from = [&](SQLLEN start) { return scroll(start, row.direction, row.offset); };
+        EXPECT_EQ(std::tuple(from(0), from(1), from(3), from(9), from(11)),
+                  std::tuple(row.fromBefore, row.from1, row.from3, row.from9, row.fromBehind))
+            << row.direction << " " << row.offset;
+    }
+    EXPECT_EQ(Scroll({0, 0, 2}, SQL_FETCH_ABSOLUTE, -3, 4).isCut, true);
+    EXPECT_EQ(Scroll({0, 0, 2}, SQL_FETCH_LAST, 0, ~SQLULEN{0}).firstRow, 1);
+    EXPECT_EQ(Scroll({0, 0, 0}, SQL_FETCH_LAST, 0, 4).firstRow, 1);
+    EXPECT_THROW(Scroll({0, 0, 2}, SQL_FETCH_BOOKMARK, 0, 4), OdbcError);
 }
 
 TEST(OdbcDriver, FindsNamesByPatterns) {

@@ -134,6 +134,10 @@ TEST_F(OdbcDriverManager, TellsWhatIsWrong) {
     EXPECT_EQ(program.Rows(), "aä😀z|42\n~|3.5\nx|P\n");
     EXPECT_EQ(program.Execute(u"SELECT * FROM [S$]"), SQL_SUCCESS);
     EXPECT_EQ(program.Rows(), "aä😀z|42|\n~|3.5|~\nx|P|~\n");
+    EXPECT_EQ(program.Execute(u"SELECT \"b\", A, [B] FROM DTC"), SQL_SUCCESS);
+    EXPECT_EQ(program.Rows(), "42|aä😀z|42\n3.5|~|3.5\nP|x|P\n");
+    program.Execute(u"SELECT A, [C c] FROM DTC");
+    EXPECT_EQ(program.Told(), "42S22 " + kSpeaker + "The table DTC has no column \"C c\".");
     program.Execute(u"SELECT * FROM dtcs");
     EXPECT_EQ(program.Told(), "42S02 " + kSpeaker + "The workbook has no table \"dtcs\"; it has: DTC, S$.");
     const std::tuple<SQLSMALLINT, SQLSMALLINT, std::string> fields[] = {
@@ -378,23 +382,44 @@ TEST_F(OdbcDriverManager, AnswersQuestions) {
     EXPECT_EQ(SQLRowCount(statement, &rows), SQL_SUCCESS);
     EXPECT_EQ(SQLColAttributeW(statement, 0, SQL_DESC_COUNT, nullptr, 0, nullptr, &columns), SQL_SUCCESS);
     EXPECT_EQ(SQLFetchScroll(statement, SQL_FETCH_PRIOR, 0), SQL_ERROR);
-    EXPECT_EQ(program.Told(), "HY106 " + kSpeaker + "Rows can be fetched forward only.");
+    EXPECT_EQ(program.Told(),
+              "HY106 " + kSpeaker + "This cursor fetches the next rows only; a static one fetches any.");
     EXPECT_EQ(SQLBindCol(statement, 2, SQL_C_SLONG, &bound, 0, nullptr), SQL_SUCCESS);
     EXPECT_EQ(SQLFetch(statement), SQL_SUCCESS);
     EXPECT_EQ(SQLGetData(statement, 2, SQL_ARD_TYPE, &fetched, 0, nullptr), SQL_SUCCESS);
     EXPECT_EQ(std::tuple(count, rows, columns, bound, fetched), std::tuple(0, 3, 3, 42, 42));
     EXPECT_EQ(SQLFreeStmt(statement, SQL_UNBIND), SQL_SUCCESS);
-    EXPECT_EQ(SQLFreeStmt(statement, SQL_CLOSE), SQL_SUCCESS);
+    EXPECT_EQ(SQLFreeHandle(SQL_HANDLE_STMT, statement), SQL_SUCCESS);
+    EXPECT_EQ(SQLAllocHandle(SQL_HANDLE_STMT, program.connection, &statement), SQL_SUCCESS);
 
     // As programs of ODBC 2 fetch.
+    const auto set = [&statement](SQLINTEGER attribute, SQLULEN value) {
+        return SQLSetStmtAttrW(statement, attribute, reinterpret_cast<SQLPOINTER>(value), 0);
+    };
     SQLUSMALLINT status[4] = {};
     SQLULEN fetchedRows = 0;
-    EXPECT_EQ(SQLSetStmtAttrW(statement, SQL_ROWSET_SIZE, reinterpret_cast<SQLPOINTER>(4), 0), SQL_SUCCESS);
-    EXPECT_EQ(SQLSetStmtAttrW(statement, SQL_ATTR_MAX_ROWS, reinterpret_cast<SQLPOINTER>(2), 0), SQL_SUCCESS);
-    EXPECT_EQ(SQLExecute(statement), SQL_SUCCESS);
-    EXPECT_EQ(SQLExtendedFetch(statement, SQL_FETCH_NEXT, 0, &fetchedRows, status), SQL_SUCCESS);
+    EXPECT_EQ(set(SQL_ROWSET_SIZE, 4), SQL_SUCCESS);
+    EXPECT_EQ(set(SQL_ATTR_MAX_ROWS, 2), SQL_SUCCESS);
+    EXPECT_EQ(set(SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_STATIC), SQL_SUCCESS);
+    EXPECT_EQ(program.Execute(sql), SQL_SUCCESS);
+    EXPECT_EQ(SQLRowCount(statement, &rows), SQL_SUCCESS);
+    EXPECT_EQ(rows, 2);
+    EXPECT_EQ(SQLExtendedFetch(statement, SQL_FETCH_LAST, 0, &fetchedRows, status), SQL_SUCCESS);
     EXPECT_EQ(fetchedRows, 2U);
     EXPECT_EQ(std::pair(int{status[1]}, int{status[2]}), std::pair(SQL_ROW_SUCCESS, SQL_ROW_NOROW));
+    EXPECT_EQ(SQLExtendedFetch(statement, SQL_FETCH_ABSOLUTE, -3, &fetchedRows, status),
+              SQL_SUCCESS_WITH_INFO);
+    EXPECT_EQ(program.Told(),
+              "01S06 " + kSpeaker + "There are fewer rows before the row set: it begins with the first.");
+    const auto value = [&statement](SQLSETPOSIROW row) {
+        double number = -1;
+        EXPECT_EQ(SQLSetPos(statement, row, SQL_POSITION, SQL_LOCK_NO_CHANGE), SQL_SUCCESS);
+        EXPECT_EQ(SQLGetData(statement, 2, SQL_C_DOUBLE, &number, 0, nullptr), SQL_SUCCESS);
+        return number;
+    };
+    EXPECT_EQ(std::tuple(value(2), value(1), value(2)), std::tuple(3.5, 42, 3.5));
+    EXPECT_EQ(SQLSetPos(statement, 3, SQL_POSITION, SQL_LOCK_NO_CHANGE), SQL_ERROR);
+    EXPECT_EQ(SQLSetPos(statement, 1, SQL_DELETE, SQL_LOCK_NO_CHANGE), SQL_ERROR);
     EXPECT_EQ(SQLMoreResults(statement), SQL_NO_DATA);
     EXPECT_EQ(SQLCancel(statement), SQL_SUCCESS);
 }
