@@ -53,6 +53,8 @@ inline constexpr Cause kUtf8{Rule::TextEncoding, 1};
 inline constexpr Cause kWindows{Rule::TextEncoding, 2};
 inline constexpr Cause kReplaced{Rule::TextEncoding, 3};
 inline constexpr Cause kHalfPair{Rule::TextEncoding, 4};
+inline constexpr Cause kStray{Rule::TextEncoding, 5};
+inline constexpr Cause kCutCharacter{Rule::TextEncoding, 6};
 
 inline constexpr Cause kRounded{Rule::ValueRounded, 0};
 

@@ -28,9 +28,10 @@ const char16_t* SkipPrintableAscii(const char16_t* unit, const char16_t* end) {
     return unit;
 }
 
-// Whether the unit may begin a character of UTF-8 whose bytes were read as a character each.
+// Whether the unit may begin a character of UTF-8 whose bytes were read as a character each. Behind the end
+// there may be more of it.
 bool MayBeginUtf8(const char16_t* unit, const char16_t* end) {
-    return *unit >= 0xC2 && *unit <= 0xF4 && unit + 1 != end && unit[1] >= 0x80 && unit[1] <= 0xBF;
+    return *unit >= 0xC2 && *unit <= 0xF4 && (unit + 1 == end || (unit[1] >= 0x80 && unit[1] <= 0xBF));
 }
 
 // The bytes of a character in UTF-8 that were read as a character each; 0 where there are none.
@@ -74,12 +75,18 @@ void TextChecks::LookAtRow(std::size_t row) {
     const VTableRow& cells = table_.Row(row);
     const char16_t* unit = cells[0].data();
     const char16_t* const end = unit + cells.TextSize();
+    std::size_t strays = 0;
+    const char16_t* stray = nullptr;
     while ((unit = SkipPrintableAscii(unit, end)) != end) {
         const bool isCommon = *unit >= 0xA0 && *unit < 0xD800;
         if (!isCommon || MayBeginUtf8(unit, end)) return LookAtCells(row);
-        if (*unit <= 0xFF) isOtherEncoding_ = true;
+        if (*unit <= 0xFF && strays++ == 0) stray = unit;
         ++unit;
     }
+    if (strays == 0) return;
+    std::size_t column = 0;
+    while (cells[column].data() + cells[column].size() <= stray) ++column;
+    AddStrays({row, column}, strays);
 }
 
 void TextChecks::LookAtCells(std::size_t row) {
@@ -102,20 +109,29 @@ void TextChecks::LookAtCell(Place place, std::u16string_view cell) {
         if (IsForbiddenInXml(unit)) Suspects::Set(suspects.forbidden, index);
         if (unit == 0xFFFD) Suspects::Set(suspects.replaced, index);
         if (IsHalfPair(cell, index)) Suspects::Set(suspects.halfPair, index);
-        if (unit >= 0x80 && unit <= 0xFF) index += LookAtByte(cell, index, suspects) - 1;
+        if (unit >= 0x80 && unit <= 0xFF) index += LookAtByte(place, cell, index, suspects) - 1;
     }
     if (suspects.hasLineFeed && wishes_.separator != 0) LookForRows(place, cell);
     if (IsWritten(place)) Report(place, cell, suspects);
 }
 
 // A character that may have been a byte; returns how many of them belong together.
-std::size_t TextChecks::LookAtByte(std::u16string_view cell, std::size_t index, Suspects& suspects) {
+std::size_t TextChecks::LookAtByte(Place place, std::u16string_view cell, std::size_t index,
+                                   Suspects& suspects) {
     const NPlatform::Utf8Sequence sequence = DecodeBytes(cell.substr(index));
     if (sequence.wellFormed) {
+        ++sequences_;
         Suspects::Set(suspects.utf8, index);
         return sequence.length;
     }
-    isOtherEncoding_ = true;
+    const bool isEnd = index + sequence.length == cell.size() && IsEndOfTable(place);
+    if (sequence.cutShort && isEnd && IsMostlyUtf8(strays_ + 1)) {
+        collector_.Add(kCutCharacter, place, [&] {
+            return Say(u"%s ends amid a character of UTF-8: the end of the file is missing.", {Quote(cell)});
+        });
+        return sequence.length;
+    }
+    AddStrays(place, 1);
     if (IsC1Control(cell[index])) Suspects::Set(suspects.c1, index);
     return 1;
 }
@@ -123,8 +139,11 @@ std::size_t TextChecks::LookAtByte(std::u16string_view cell, std::size_t index, 
 void TextChecks::Report(Place place, std::u16string_view cell, const Suspects& suspects) {
     if (suspects.forbidden != kNowhere) {
         return collector_.Add(kNotXml, place, [&] {
-            return Say(u"%s has the character %s, with which no XML reader takes the document. Remove it.",
-                       {Quote(cell), CodePoint(cell[suspects.forbidden])});
+            const char16_t unit = cell[suspects.forbidden];
+            return Say(u"%s has the character %s, with which no XML reader takes the document. %s",
+                       {Quote(cell), CodePoint(unit),
+                        unit == 0 ? u"If the file is UTF-16, save it as UTF-8; else remove the character."
+                                  : u"Remove it."});
         });
     }
     if (suspects.utf8 != kNowhere) {
@@ -182,10 +201,35 @@ void TextChecks::LookForRows(Place place, std::u16string_view cell) {
     });
 }
 
+void TextChecks::AddStrays(Place place, std::size_t count) {
+    constexpr std::size_t kEnough = 20;
+    strays_ += count;
+    const bool isNew =
+        strayAt_.empty() || strayAt_.back().row != place.row || strayAt_.back().column != place.column;
+    if (isNew && strayAt_.size() < kEnough) strayAt_.push_back(place);
+}
+
+bool TextChecks::IsEndOfTable(Place place) const {
+    return place.row + 1 == table_.RowCount() && place.column + 1 == table_.ColumnCount();
+}
+
+bool TextChecks::IsMostlyUtf8(std::size_t strays) const {
+    constexpr std::size_t kClearly = 4;
+    return wishes_.isEightBit && sequences_ > kClearly * strays;
+}
+
 // Text that may be in another encoding is only worth a look.
 void TextChecks::Finish() {
-    const bool isSure = wishes_.isEightBit && !isOtherEncoding_;
-    if (isUtf8AsEightBit_ && !isSure) collector_.SetSeverity(kUtf8, Severity::Warning);
+    if (!isUtf8AsEightBit_) return;
+    if (!IsMostlyUtf8(strays_)) return collector_.SetSeverity(kUtf8, Severity::Warning);
+    for (const Place& place : strayAt_) {
+        collector_.Add(kStray, place, [&] {
+            return Say(
+                u"%s has a character that is not UTF-8, and the rest of the file is UTF-8. Correct it, and "
+                u"read the file as UTF-8.",
+                {Quote(table_.Row(place.row)[place.column])});
+        });
+    }
 }
 
 }  // namespace NChecks

@@ -20,7 +20,11 @@ class TextChecks {
 
     void LookAtCells(std::size_t row);
     void LookAtCell(Place place, std::u16string_view cell);
-    std::size_t LookAtByte(std::u16string_view cell, std::size_t index, Suspects& suspects);
+    std::size_t LookAtByte(Place place, std::u16string_view cell, std::size_t index, Suspects& suspects);
+    void AddStrays(Place place, std::size_t count);
+    [[nodiscard]] bool IsEndOfTable(Place place) const;
+    // Whether the text is UTF-8 that was read as 8-bit text, but for so many characters.
+    [[nodiscard]] bool IsMostlyUtf8(std::size_t strays) const;
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
     void LookForRows(Place place, std::u16string_view cell);
     [[nodiscard]] bool IsWritten(Place place) const;
@@ -29,7 +33,9 @@ class TextChecks {
     const Wishes& wishes_;
     Collector& collector_;
     bool isUtf8AsEightBit_ = false;
-    bool isOtherEncoding_ = false;  // some character cannot come from UTF-8
+    std::size_t sequences_ = 0;   // characters of UTF-8 that were read as 8-bit text
+    std::size_t strays_ = 0;      // characters that may be bytes, but not of UTF-8
+    std::vector<Place> strayAt_;  // cells with the first of them
 };
 
 }  // namespace NChecks

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <optional>
 #include <system_error>
 
-#include "cli/csv_text.h"
+#include "cli/csv_walk.h"
 #include "cli/detection.h"
 #include "cli/failure.h"
 #include "cli/file_format.h"
@@ -96,22 +97,11 @@ std::string HintAtFormat(const Options& options, const fs::path& input, std::str
     return isExcels ? std::string() : HintAtOtherFormat(name, format);
 }
 
-std::string HintAtSeparator(const Options& options, const fs::path& input) {
-    const File text = OpenFile(input, "rb");
-    const std::optional<Separator> separator = text ? FindSeparator(options, text.get()) : std::nullopt;
+std::string HintAtSeparator(const Options& options, std::FILE* text) {
+    const std::optional<Separator> separator = FindSeparator(options, text);
     if (!separator || separator->character == options.separator) return {};
     return std::string("The header has ") + separator->plural + " between its cells. Give --separator " +
            separator->name + ", or leave --separator out.";
-}
-
-std::string HintAtNoData(const Options& options) {
-    const std::string name = NameOf(options.input);
-    if (options.kind == ImportTypeCSV) {
-        return "The first row of " + name +
-               " does not end: no double quote closes a cell that begins with one.";
-    }
-    return "Row 1 of the worksheet that was read from " + name +
-           " has nothing in its first columns. --worksheet chooses the worksheet.";
 }
 
 // The code that the library refused, in lower case; its message has it in upper case.
@@ -129,53 +119,148 @@ std::optional<std::string> RefusedCode(std::string_view message) {
     return std::nullopt;
 }
 
-struct Place {
-    std::size_t row = 1;
-    std::size_t line = 1;  // of the file
-};
+// Of "Row [3] defines 2 columns."; counts from 0.
+std::optional<std::size_t> RefusedRow(std::string_view message) {
+    constexpr std::string_view kBegin = "Row [";
+    const std::string_view::size_type end = message.find("] defines ");
+    if (!message.starts_with(kBegin) || end == std::string_view::npos) return std::nullopt;
+    std::size_t row = 0;
+    std::from_chars(message.data() + kBegin.size(), message.data() + end, row);
+    return row;
+}
+
+// Where the walk has stopped.
+std::string PlaceOf(const CsvWalk& walk, const Options& options) {
+    return "cell " + walk.CellName() + " of " + NameOf(options.input) + ", in line " +
+           std::to_string(walk.Line());
+}
 
 // The row behind the header whose first cell is the code, or with `trims`, the code and blanks.
-std::optional<Place> FindCode(const Options& options, std::FILE* text, std::string_view code, bool trims) {
-    GoToText(text);
-    CsvCharacters characters(text, options.encoding.value_or(Encoding::EightBit));
-    CsvCells cells(options.separator.value_or(';'));
-    Place place;
-    std::size_t lines = 1;
-    std::string first;
-    bool isFirst = true;
-    for (int character = characters.Next(); character != kEndOfText; character = characters.Next()) {
-        lines += character == '\n' ? 1 : 0;
-        const CsvStep step = cells.Take(character);
-        if (step == CsvStep::Fault) return std::nullopt;
-        if (step == CsvStep::Character && isFirst) first += static_cast<char>(character);
-        if (step != CsvStep::EndOfCell && step != CsvStep::EndOfRow) continue;
-        if (trims) first.erase(first.find_last_not_of(' ') + 1);
-        if (isFirst && place.row > 1 && LowerCase(first) == code) return place;
-        isFirst = step == CsvStep::EndOfRow;
-        if (isFirst) place = {place.row + 1, lines};
-        first.clear();
+bool FindCode(CsvWalk& walk, std::string_view code, bool trims) {
+    while (walk.Next()) {
+        if (walk.Row() == 1 || walk.Column() > 0) continue;
+        std::string text = walk.Text();
+        if (trims) text.erase(text.find_last_not_of(' ') + 1);
+        if (LowerCase(text) == code) return true;
     }
-    return std::nullopt;
+    return false;
 }
 
 // Where the bytes of characters are not the message's, there is no place that is sure.
-std::string HintAtCode(const Options& options, const fs::path& input, std::string_view code) {
-    if (options.separator.value_or(';') >= 0x80) return {};
-    const File text = OpenFile(input, "rb");
-    if (!text) return {};
-    std::optional<Place> place = FindCode(options, text.get(), code, false);
-    if (!place) place = FindCode(options, text.get(), code, true);
-    if (!place) return {};
-    return "The code is in cell A" + std::to_string(place->row) + " of " + NameOf(options.input) +
-           ", in line " + std::to_string(place->line) + ".";
+std::string HintAtCode(const Options& options, std::FILE* text, std::string_view code) {
+    for (const bool trims : {false, true}) {
+        CsvWalk walk(options, text);
+        if (FindCode(walk, code, trims)) return "The code is in " + PlaceOf(walk, options) + ".";
+    }
+    return {};
+}
+
+// The message counts rows from 0.
+std::string HintAtRow(const Options& options, std::FILE* text, std::size_t row) {
+    CsvWalk walk(options, text);
+    bool isThere = walk.Next();
+    while (isThere && walk.Row() <= row) isThere = walk.Next();
+    if (!isThere) return {};
+    const std::string line = "ine " + std::to_string(walk.Line()) + " of " + NameOf(options.input);
+    if (walk.HowItEnds() == CsvWalk::End::OfRow && walk.Text().empty())
+        return "L" + line + " is empty. Delete it.";
+    return "The row begins in l" + line + ", with cell " + walk.CellName() +
+           ". It needs as many separators as the header has; a cell with a separator in it needs double "
+           "quotes "
+           "around it.";
+}
+
+std::string HintAtFault(const Options& options, std::FILE* text) {
+    CsvWalk walk(options, text);
+    while (walk.Next() && walk.HowItEnds() != CsvWalk::End::Fault) continue;
+    if (walk.HowItEnds() != CsvWalk::End::Fault) return {};
+    return "The character is behind the double quote that closes " + PlaceOf(walk, options) +
+           ". A double quote that belongs to the cell is written twice.";
+}
+
+std::string HintAtNoRow(const Options& options, std::FILE* text) {
+    CsvWalk walk(options, text);
+    if (!walk.Next()) return NameOf(options.input) + " has a byte order mark and nothing else.";
+    while (walk.HowItEnds() == CsvWalk::End::OfCell && walk.Next()) continue;
+    if (walk.HowItEnds() != CsvWalk::End::Unfinished) return {};
+    return "The double quote with which " + PlaceOf(walk, options) +
+           ", begins is not closed, so the first row does not end.";
+}
+
+bool HasOnlyCarriageReturns(std::FILE* text) {
+    std::rewind(text);
+    std::string piece(std::size_t{1} << 20, '\0');
+    piece.resize(std::fread(piece.data(), 1, piece.size(), text));
+    return Holds(piece, "\r") && !Holds(piece, "\n");
+}
+
+// Every other byte of its first characters, which are ASCII in any table, is 0.
+bool IsUtf16WithoutMark(std::FILE* text) {
+    unsigned char bytes[8];
+    std::rewind(text);
+    if (std::fread(bytes, 1, sizeof bytes, text) < sizeof bytes) return false;
+    const std::size_t zero = bytes[0] == 0 ? 0 : 1;
+    for (std::size_t index = 0; index < sizeof bytes; ++index) {
+        if ((bytes[index] == 0) != (index % 2 == zero)) return false;
+    }
+    return true;
+}
+
+// Spreadsheet programs leave out such a line.
+bool BeginsWithSeparatorLine(const Options& options, std::FILE* text) {
+    CsvWalk walk(options, text);
+    return walk.Next() && LowerCase(walk.Text()).starts_with("sep=");
+}
+
+std::string HintAtHeader(const Options& options, std::FILE* text) {
+    const std::string name = NameOf(options.input);
+    if (HasOnlyCarriageReturns(text)) {
+        return "The lines of " + name + " end in carriage returns alone. Save it with other line ends.";
+    }
+    if (BeginsWithSeparatorLine(options, text)) {
+        return "The first line of " + name +
+               " only names the separator, and is read as the header. Delete it.";
+    }
+    return {};
+}
+
+std::string HintAtText(const Options& options, std::FILE* text, std::string_view message) {
+    if (IsUtf16WithoutMark(text)) {
+        return NameOf(options.input) + " is UTF-16 without a byte order mark. Save it as UTF-8.";
+    }
+    const auto row = RefusedRow(message);
+    const bool isNarrow = Holds(message, " does not define enough columns.");
+    if (row || isNarrow || message.starts_with("Row [0] has too many columns")) {
+        if (std::string hint = HintAtHeader(options, text); !hint.empty()) return hint;
+    }
+    if (isNarrow) return HintAtSeparator(options, text);
+    if (options.separator.value_or(';') >= 0x80) return {};  // several bytes
+    if (row) return HintAtRow(options, text, *row);
+    if (message == "Empty data given ?!") return HintAtNoRow(options, text);
+    if (Holds(message, "\nUnknown character '")) return HintAtFault(options, text);
+    const std::optional<std::string> code = RefusedCode(message);
+    return code ? HintAtCode(options, text, *code) : std::string();
+}
+
+std::string HintAtWorksheet(const std::string& name, std::string_view message) {
+    if (message == "Empty data given ?!") {
+        return "Cell A1 of the worksheet that was read from " + name +
+               " is empty. The header has to begin there: delete the empty rows and columns in front of it, "
+               "or "
+               "choose another worksheet with --worksheet.";
+    }
+    if (!Holds(message, " does not define enough columns.")) return {};
+    return "Row 1 of the worksheet that was read from " + name +
+           " has one filled cell, and the header has to be there. Delete a title and the empty rows above "
+           "the "
+           "header.";
 }
 
 std::string HintAtTable(const Options& options, const fs::path& input, std::string_view message) {
-    if (message == "Empty data given ?!" && options.kind != ImportTypeODBC) return HintAtNoData(options);
+    if (options.kind == ImportTypeExcel) return HintAtWorksheet(NameOf(options.input), message);
     if (options.kind != ImportTypeCSV) return {};
-    if (Holds(message, " does not define enough columns.")) return HintAtSeparator(options, input);
-    const std::optional<std::string> code = RefusedCode(message);
-    return code ? HintAtCode(options, input, *code) : std::string();
+    const File text = OpenFile(input, "rb");
+    return text ? HintAtText(options, text.get(), message) : std::string();
 }
 
 }  // namespace

@@ -11,6 +11,8 @@ TABLE = HEAD + b"P0123;Stuck;red\n"
 KEPT = 'xls2tki: The output "%s" exists and is not an import document; use --force to replace it.\n'
 NO_FILE = "xls2tki: Error opening inputfile:\n'%s'\n"
 HELP = "xls2tki: Hint: %s\n"
+ROW = ('The row begins in line %s of "%s", with cell A%s. It needs as many separators as the header has; a cell with a separator in it '
+       "needs double quotes around it.")
 IO = "in.csv out.xml"
 
 

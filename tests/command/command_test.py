@@ -21,7 +21,7 @@ import zipfile
 from pathlib import Path
 
 from checks import DOCUMENT, EXAMPLES, HINT, J1939, NAMES, OLD, SOURCES, WORKBOOK, check, files, folder, run_tests
-from command import BEFORE, COMMAND, HEAD, HELP, IO, KEPT, NO_FILE, TABLE, run
+from command import BEFORE, COMMAND, HEAD, HELP, IO, KEPT, NO_FILE, ROW, TABLE, run
 
 ODBC_DRIVER = os.path.abspath(sys.argv[2])
 INSTALL_DRIVER = SOURCES / "scripts" / "install-odbc-driver"
@@ -86,15 +86,16 @@ CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
 CASES = [
     ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n" + HELP % '"in.csv" is empty.', None),
-    ("unfinished header", b'"' + TABLE, "--no-findings " + IO, 1, "xls2tki: Empty data given ?!\n" + HELP % 'The first row of "in.csv" does not '
-     "end: no double quote closes a cell that begins with one.", None),
+    ("unfinished header", b'"' + TABLE, "--no-findings " + IO, 1, "xls2tki: Empty data given ?!\n" + HELP % 'The double quote with which '
+     'cell A1 of "in.csv", in line 1, begins is not closed, so the first row does not end.', None),
     ("one column", b"DTC\nP0123\n", IO, 1, ONE_COLUMN % "Z2S1", None),
     ("another separator", TABLE, "-s tab " + IO, 1, ONE_COLUMN % "Z2S1" + HELP %
      "The header has semicolons between its cells. Give --separator semicolon, or leave --separator out.", None),
     ("row of another length", HEAD + b"P0123;Stuck\n", IO, 1,
-     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nStuck\n", None),
+     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nStuck\n" + HELP % ROW % (2, "in.csv", 2), None),
     ("text behind a closing quote", HEAD + b'P0123;"Stuck"!;red\n', IO, 1,
-     "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n", None),
+     "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n" + HELP % 'The character is '
+     'behind the double quote that closes cell B2 of "in.csv", in line 2. A double quote that belongs to the cell is written twice.', None),
     ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, 'in.csv: B2 (line 2): error: The double quote with which this '
      'cell begins is not closed: "Stuck;red<U+000A>". Its row and all behind it, 1 line, are left out. Close it, or remove it. '
      "[row-lost]\n1 error in 0 rows\n", b"<DTCS/>"),
@@ -274,7 +275,7 @@ def test_many_files():
             command = [COMMAND, "--jobs", jobs, *"-w x --output-dir out -- none.xls".split(), "a b.csv", "b.txt", "-c\n.csv"]
             note = "Note: --worksheet is for --excel only and has no effect here."
             lines = ["none.xls: failed: 'none.xls' cannot be opened. Hint: There is no file \"none.xls\".", f"a b.csv: done: {note}",
-                     f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P", f"-c?.csv: done: {note}"]
+                     f"b.txt: failed: {note} Row [1] defines 1 columns. Header defines 3 Values: P Hint: " + ROW % (2, "b.txt", 2), f"-c?.csv: done: {note}"]
             result = subprocess.run(command, env=environment, capture_output=True, text=True,  # as under some daemons:
                                     preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
             check("many", (1, lines, "xls2tki: 4 files: 2 converted, 2 failed.\n"),

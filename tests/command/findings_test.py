@@ -13,7 +13,7 @@ import zipfile
 from pathlib import Path
 
 from checks import OLD, SOURCES, WORKBOOK, check, files, folder, run_tests
-from command import BEFORE, COMMAND, HEAD, HELP, IO, KEPT, NO_FILE, TABLE, run
+from command import BEFORE, COMMAND, HEAD, HELP, IO, KEPT, NO_FILE, ROW, TABLE, run
 
 COMMAS, TABS, PIPES = (f"with {name} between the cells" for name in ("commas", "tabs", "pipes"))
 UMLAUT = "P0123;\u00fc\n"
@@ -51,11 +51,24 @@ def test_readings():
             check(options, True, said.startswith(note) if note else "xls2tki: Note:" not in said)
 
 
-def zipped(name, content=b""):
+def zipped(name, content=b"", **others):
     archive = io.BytesIO()
     with zipfile.ZipFile(archive, "w") as whole:
-        whole.writestr(name, content)
+        for part, text in {name: content, **others}.items():
+            whole.writestr(part, text)
     return archive.getvalue()
+
+
+def sheet(cells):
+    """A workbook with these texts in its only worksheet."""
+    main, office, package = (f"http://schemas.openxmlformats.org/{name}" for name in
+                             ("spreadsheetml/2006/main", "officeDocument/2006/relationships", "package/2006/relationships"))
+    relations = {part: f'<Relationships xmlns="{package}"><Relationship Id="r1" Type="{office}/{kind}" Target="{target}"/></Relationships>'
+                 for part, kind, target in (("_rels/.rels", "officeDocument", "xl/workbook.xml"),
+                                            ("xl/_rels/workbook.xml.rels", "worksheet", "sheet1.xml"))}
+    rows = "".join(f'<row r="{cell[1:]}"><c r="{cell}" t="inlineStr"><is><t>{text}</t></is></c></row>' for cell, text in cells.items())
+    return zipped("xl/workbook.xml", f'<workbook xmlns="{main}" xmlns:r="{office}"><sheets><sheet name="S" sheetId="1" r:id="r1"/></sheets></workbook>',
+                  **relations, **{"xl/sheet1.xml": f'<worksheet xmlns="{main}"><sheetData>{rows}</sheetData></worksheet>'})
 
 
 OLDER = (b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(30, b"\0") + b"\x09".ljust(18, b"\0") + b"\1").ljust(1024, b"\0") + "Workbook\0".encode("utf-16-le")
@@ -79,6 +92,23 @@ FORMATS = [
     ("in.xlsx", b"", '"in.xlsx" is empty.'),
     ("in.xlsx", "DTC\ta\n".encode("utf-16"), '"in.xlsx" is text with separators. Give --csv.'),
     ("in.txt", WORKBOOK[:1000] + WORKBOOK[:-2000], None),
+    # What keeps a table from being read.
+    ("in.csv", b'D;"a\nb"\n1;x\n2\n', ROW % (4, "in.csv", 3)),
+    ("in.csv", b"D;T\r\n\r\n1;x\r\n", 'Line 2 of "in.csv" is empty. Delete it.'),
+    ("in.csv", b"Sep=;\r\nD;T;L\r\n1;2;3\r\n", 'The first line of "in.csv" only names the separator, and is read as the header. Delete it.'),
+    ("in.csv", b'D;T\n"a\nb";x\n1;"say "hi" x"\n', 'The character is behind the double quote that closes cell B3 of "in.csv", in line 4. '
+     "A double quote that belongs to the cell is written twice."),
+    ("in.csv", b'D;T;"L\n1;2;"', None),
+    ("in.csv", b'D;T;"L\n1;2;3', 'The double quote with which cell C1 of "in.csv", in line 1, begins is not closed, so the first row does not end.'),
+    ("in.csv", b"\xef\xbb\xbf", '"in.csv" has a byte order mark and nothing else.'),
+    ("in.csv", b"\xff\xfe", '"in.csv" has a byte order mark and nothing else.'),
+    ("in.csv", "DTC;T\n1;x\n".encode("utf-16-le"), '"in.csv" is UTF-16 without a byte order mark. Save it as UTF-8.'),
+    ("in.csv", b"D\r1\r", 'The lines of "in.csv" end in carriage returns alone. Save it with other line ends.'),
+    ("in.csv", b"D;T\r" + b"1;x\r" * 1000000, 'The lines of "in.csv" end in carriage returns alone. Save it with other line ends.'),
+    ("in.xlsx", sheet({}), 'Cell A1 of the worksheet that was read from "in.xlsx" is empty. The header has to begin there: delete the empty rows '
+     "and columns in front of it, or choose another worksheet with --worksheet."),
+    ("in.xlsx", sheet({"A1": "Codes", "A3": "DTC", "B3": "T"}), 'Row 1 of the worksheet that was read from "in.xlsx" has one filled cell, and the '
+     "header has to be there. Delete a title and the empty rows above the header."),
 ]
 
 
@@ -181,7 +211,7 @@ FINDINGS = [
      "--check in.csv", 0, "", "in.csv: 2 DTCs, hexadecimal numbers, 0x0001 to 0xFFFFFFFF, 22 items: "
      + ", ".join(f"h{number}" for number in range(20)) + " and 2 more\n", False),
     (b"BaseDTC;FTB;Text\nP0123;t\n", "--strict " + IO, 1,
-     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nt\n", "", False),
+     "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nt\n" + HELP % ROW % (2, "in.csv", 2), "", False),
 ]
 
 
