@@ -40,7 +40,7 @@ std::vector<const Xls2TkiChar*> listedTexts;  // of the names
 std::vector<WideString> shownHeaders;
 std::vector<const Xls2TkiChar*> shownHeaderTexts;  // of the headers
 
-// Keeps the text of the exception that is being handled.
+// Keeps the text of the exception that is being handled, unless that is a lack of memory.
 void KeepThrownText() {
     try {
         throw;
@@ -51,32 +51,38 @@ void KeepThrownText() {
     } catch (const NPlatform::OleException& error) {
         thrownText = Wide(error.Message());
     } catch (const std::bad_alloc&) {
-        thrownText = noMemory;
+        throw;
     } catch (const std::exception& error) {
         const std::string_view what = error.what();  // ASCII: it is the standard library's
         thrownText.assign(what.begin(), what.end());
     }
 }
 
-const Xls2TkiChar* ThrownReason() noexcept {
+// Keeps why an operation ended with an exception, which is being handled.
+void KeepFailure(NXls2Tki::Outcome& outcome) noexcept {
     try {
         KeepThrownText();
-        return thrownText.c_str();
+        outcome.failure = XLS2TKI_EXCEL_FAILED;
+        outcome.thrownReason = thrownText.c_str();
     } catch (...) {
-        return noMemory.c_str();
+        outcome.failure = XLS2TKI_OUT_OF_MEMORY;
+        outcome.thrownReason = noMemory.c_str();
     }
 }
 
 // Runs an operation. False also where it throws.
 template <typename Operation>
 bool Run(Operation operation) noexcept {
-    NXls2Tki::LastOutcome().thrownReason = nullptr;
+    NXls2Tki::Outcome& outcome = NXls2Tki::LastOutcome();
+    outcome.failure = XLS2TKI_NO_FAILURE;
+    outcome.thrownReason = nullptr;
     try {
-        return operation();
+        if (operation()) return true;
+        outcome.failure = XLS2TKI_REFUSED;
     } catch (...) {
-        NXls2Tki::LastOutcome().thrownReason = ThrownReason();
-        return false;
+        KeepFailure(outcome);
     }
+    return false;
 }
 
 WideStringSet SetOf(const Xls2TkiNames& names) {
@@ -168,6 +174,8 @@ bool xls2tki_facts(Xls2TkiFacts* facts) {
     std::memcpy(facts, &whole, whole.size);
     return true;
 }
+
+int32_t xls2tki_failure() { return NXls2Tki::LastOutcome().failure; }
 
 const Xls2TkiChar* xls2tki_message() {
     try {

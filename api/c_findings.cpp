@@ -74,10 +74,14 @@ bool xls2tki_finding_count(size_t index, Xls2TkiFindingCount* count) {
     const FindingList* const list = LastFindings();
     if (list == nullptr || index >= NChecks::kRules || !HasKnownSize(count, kFirstCountSize)) return false;
     const auto rule = static_cast<NChecks::Rule>(index);
-    Xls2TkiFindingCount whole = {.size = count->size, .rule = NameOf(rule), .errors = 0, .warnings = 0};
+    Xls2TkiFindingCount whole = {
+        .size = count->size, .rule = NameOf(rule), .errors = 0, .warnings = 0, .listed = 0};
     for (const FoundCause& cause : list->causes) {
         if (cause.rule != rule) continue;
         (cause.severity == NChecks::Severity::Error ? whole.errors : whole.warnings) += cause.count;
+    }
+    for (const Finding& finding : list->findings) {
+        if (list->causes[finding.cause].rule == rule) ++whole.listed;
     }
     std::memcpy(count, &whole, whole.size);
     return true;

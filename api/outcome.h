@@ -1,6 +1,7 @@
 // What the last operation left behind, for the whole process.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -15,7 +16,9 @@ struct Outcome {
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
     bool isWritten = false;                        // with facts only: the whole document is in the output
     std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
-    // For the C interface: why the last operation ended with an exception, null if it did not.
+    // For the C interface: how its last operation failed, and why it ended with an exception, null if it did
+    // not.
+    std::int32_t failure = 0;
     const WideChar* thrownReason = nullptr;
 };
 

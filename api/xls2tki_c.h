@@ -145,7 +145,16 @@ typedef struct {
     const char* rule;
     size_t errors;
     size_t warnings;
+    size_t listed; /* how many of them xls2tki_finding hands out */
 } Xls2TkiFindingCount;
+
+/* How the last call of xls2tki_init_ole, xls2tki_convert or xls2tki_list_worksheets failed. */
+enum {
+    XLS2TKI_NO_FAILURE = 0,   /* it returned true, or there was none */
+    XLS2TKI_REFUSED = 1,      /* the library cannot do it: the message is about the table or the system */
+    XLS2TKI_EXCEL_FAILED = 2, /* Excel failed during its work: the message is Excel's own */
+    XLS2TKI_OUT_OF_MEMORY = 3 /* a smaller table may work */
+};
 
 /* As XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
@@ -184,6 +193,10 @@ XLS2TKI_EXPORT bool xls2tki_findings_complete(void);
  * are valid until the next call of this function. When it returns false, `names` is as it was. A null pointer
  * for it asks only whether they can be listed. */
 XLS2TKI_EXPORT bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names);
+
+/* How the last operation failed: XLS2TKI_NO_FAILURE and so on. What was called through xls2tki.h does not
+ * count. */
+XLS2TKI_EXPORT int32_t xls2tki_failure(void);
 
 /* The outcome of the last operation, as GetLoggedMessages has it, or, where that would have thrown, the
  * reason. Valid until the next call of a function of the library. */

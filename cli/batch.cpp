@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -14,8 +15,9 @@
 #include "cli/files.h"
 #include "cli/process.h"
 #include "cli/report.h"
+#include "cli/sarif.h"
 #include "cli/system.h"
-#include "cli/text.h"
+#include "cli/table_lines.h"
 
 namespace NCli {
 
@@ -26,6 +28,7 @@ struct Outcome {
     bool isDone = false;
     bool hasErrors = false;  // the table has, as its findings say
     std::string line;        // for standard output
+    SarifPart part;
 };
 
 // What a process said, without the marks that it was the command.
@@ -42,18 +45,21 @@ std::string JoinLines(std::string_view text) {
 }
 
 std::string MakeLine(const Options& task, const char* end, std::string_view said) {
-    std::string line = ShownName(DecodeUtf8(ToBytes(task.input)).text, kWholeName) + ": " + end;
+    std::string line = ShownInput(task) + ": " + end;
     if (!said.empty()) line += ": " + JoinLines(said);
     return line + '\n';
 }
 
 // For a task whose process could not say so itself.
 Outcome MakeFailure(const Options& task, std::string_view failure) {
-    return {true, false, false, task.reports ? MakeReport(task, failure) : MakeLine(task, "failed", failure)};
+    return {true, false, false,
+            task.reports ? MakeReport(task, {}, failure) : MakeLine(task, "failed", failure),
+            MakeSarifPart(task, {}, failure)};
 }
 
 Outcome OutcomeOf(const Options& task, FinishedProcess& process) {
     constexpr int kHighestStatus = 2 | kErrorsFound;
+    std::optional<SarifPart> part = Unwrap(process.text);
     const bool isReported = !task.reports || process.text.ends_with('\n');
     if (process.status < 0 || process.status > kHighestStatus || !isReported) {
         return MakeFailure(task,
@@ -61,13 +67,16 @@ Outcome OutcomeOf(const Options& task, FinishedProcess& process) {
     }
     const bool hasErrors = (process.status & kErrorsFound) != 0;
     const bool isDone = (process.status & ~kErrorsFound) == 0;
-    if (task.reports) return {true, isDone, hasErrors, std::move(process.text)};
-    return {true, isDone, hasErrors, MakeLine(task, isDone ? "done" : "failed", process.text)};
+    if (!part && !task.sarif.empty())
+        part = MakeSarifPart(task, {}, "The findings of this file are missing.");
+    if (!task.reports) process.text = MakeLine(task, isDone ? "done" : "failed", process.text);
+    return {true, isDone, hasErrors, std::move(process.text), part.value_or(SarifPart())};
 }
 
 class Batch {
   public:
-    explicit Batch(const CommandLine& line) : line_(line), outcomes_(line.tasks.size()) {}
+    // The log gets what belongs into it; null: there is none.
+    Batch(const CommandLine& line, SarifLog* log) : line_(line), log_(log), outcomes_(line.tasks.size()) {}
 
     // Returns when all tasks have ended. Throws Failure when an outcome could not be told.
     void Run();
@@ -84,6 +93,7 @@ class Batch {
     void HideProgress() const;
 
     const CommandLine& line_;
+    SarifLog* const log_;
     const bool showsProgress_ = IsTerminal(stderr);
     std::vector<Outcome> outcomes_;
     std::size_t known_ = 0;
@@ -133,6 +143,8 @@ void Batch::Tell(std::size_t index, Outcome outcome) {
 void Batch::PrintKnownLines() {
     for (; printed_ < outcomes_.size() && outcomes_[printed_].isKnown; ++printed_) {
         const std::string line = std::move(outcomes_[printed_].line);
+        const SarifPart part = std::move(outcomes_[printed_].part);
+        if (log_ != nullptr) log_->Add(part);
         if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size()) printError_ = errno;
     }
     if (std::fflush(stdout) != 0) printError_ = errno;
@@ -171,15 +183,18 @@ void MakeFolder(const std::filesystem::path& folder) {
     if (error) throw Failure("Could not create the folder " + NameOf(folder) + ": " + error.message());
 }
 
-// Where there cannot be a folder, no task is tried, but each has its report.
-void PrepareFolder(const CommandLine& line) {
-    if (line.outputFolder.empty()) return;
+// Where that fails, no task is tried, but each has its report.
+void Prepare(const CommandLine& line, std::optional<SarifLog>& log) {
     try {
-        MakeFolder(line.outputFolder);
+        if (!line.tasks.front().sarif.empty()) log.emplace(line.tasks.front());
+        if (!line.outputFolder.empty()) MakeFolder(line.outputFolder);
     } catch (const Failure& failure) {
         for (const Options& task : line.tasks) {
-            if (task.reports) std::fputs(MakeReport(task, failure.what()).c_str(), stdout);
+            const Outcome outcome = MakeFailure(task, failure.what());
+            if (task.reports) std::fputs(outcome.line.c_str(), stdout);
+            if (log) log->Add(outcome.part);
         }
+        if (log) log->Publish();
         throw;
     }
 }
@@ -195,13 +210,21 @@ std::string Summarise(const CommandLine& line, std::size_t failed, std::size_t w
 }  // namespace
 
 void ConvertAll(const CommandLine& line) {
-    PrepareFolder(line);
-    Batch batch(line);
+    std::optional<SarifLog> log;
+    Prepare(line, log);
+    Batch batch(line, log ? &*log : nullptr);
     batch.Run();
+    std::string unwritten;
+    try {
+        if (log) log->Publish();
+    } catch (const Failure& failure) {
+        unwritten = failure.what();
+    }
     const std::size_t failed = batch.Failures();
     const std::string summary = Summarise(line, failed, batch.FilesWithErrors());
-    if (failed > 0) throw Failure(summary);
+    if (failed > 0 && unwritten.empty()) throw Failure(summary);
     Tell(summary);
+    if (!unwritten.empty()) throw Failure(unwritten);
 }
 
 }  // namespace NCli

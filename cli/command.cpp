@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +12,6 @@
 
 #include "cli/detection.h"
 #include "cli/failure.h"
-#include "cli/finding_lines.h"
 #include "cli/findings.h"
 #include "cli/hints.h"
 #include "cli/input.h"
@@ -19,7 +19,7 @@
 #include "cli/output.h"
 #include "cli/report.h"
 #include "cli/sarif.h"
-#include "cli/table_line.h"
+#include "cli/table_lines.h"
 #include "cli/text.h"
 
 namespace NCli {
@@ -37,7 +37,8 @@ void RefuseInputAsOutput(const Options& options) {
 
 void RefuseToReplaceOthers(const Options& options) {
     if (options.checks || options.force) return;
-    if (const std::string reason = ReasonToKeep(options.output); !reason.empty()) throw WrongUsage(reason);
+    if (const std::string reason = ReasonToKeep(options.output, kImportDocument); !reason.empty())
+        throw WrongUsage(reason);
 }
 
 // The library puts the name among the settings for the driver manager as it is: it could be read as another
@@ -95,6 +96,11 @@ void DoWithHints(const Options& options, const std::filesystem::path& input, Tas
     }
 }
 
+// For the process that started this one for one of many files: where it listens.
+void HandOver(const std::string& text, const Options& options) {
+    std::fwrite(text.data(), 1, text.size(), options.reports ? stdout : stderr);
+}
+
 // All that the command prints.
 void Print(const std::string& text, const std::string& name) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && CloseStandardOutput()) return;
@@ -104,56 +110,95 @@ void Print(const std::string& text, const std::string& name) {
 // Why a table that converted is refused for its findings; empty where it is not.
 std::string ReasonInFindings(const Options& options) {
     if (!options.findings || !(options.strict || options.checks)) return {};
-    const FindingTotals totals = CountFindings();
-    const std::string counts = CountedFindings(totals.errors, totals.warnings);
-    if (options.checks) return totals.errors > 0 ? "--check: " + counts + "." : std::string();
-    if (totals.errors > 0) return "--strict: " + counts + ", so nothing was written.";
+    const bool hasErrors = CountFindings().errors > 0;
+    const std::string counts = CountedFindings();
+    if (options.checks) return hasErrors ? "--check: " + counts + "." : std::string();
+    if (hasErrors) return "--strict: " + counts + ", so nothing was written.";
     if (xls2tki_findings_complete()) return {};
     return "--strict: not all of the table was checked, so nothing was written.";
 }
 
-void ConvertTable(Options& options) {
+// What was found in the table, and for --check, what it is. Of one of many files that is refused for its
+// findings, the reason counts them. A lack of memory changes nothing about a document that is in its place.
+void ShowTable(const Options& options, Findings& findings, bool isDone) {
+    const bool isConverted = FindFacts().has_value();
+    const bool describes = options.checks && isConverted && !options.reports;
+    try {
+        findings = TakeFindings();
+        if (describes && options.isOneOfMany) Tell(DescribeTable() + ".");
+        if (isDone || !isConverted || !options.isOneOfMany) ShowFindings(options, findings);
+    } catch (const std::bad_alloc&) {
+        Tell("Note: There is not enough memory to show the findings.");
+    }
+    if (!describes || options.isOneOfMany || options.sarif == kStandardOutput) return;
+    Print(ShownInput(options) + ": " + DescribeTable() + "\n", "result");
+}
+
+void ConvertInput(const Options& options, const Input& input, std::optional<Output>& output) {
+    DoWithHints(options, input.Path(),
+                [&] { RunConversion(options, input.Path(), output ? output->Path() : kNoOutput); });
+    if (const std::string reason = ReasonInFindings(options); !reason.empty()) throw Failure(reason);
+    if (output) output->Publish(FindFacts()->written);
+}
+
+// Findings are wanted most where there is no document for them.
+void ConvertTable(Options& options, Findings& findings) {
     RefuseInputAsOutput(options);
     RefuseToReplaceOthers(options);
     if (options.kind == ImportTypeODBC) RefuseNameAmongSettings(options);
     PrepareLibrary();
     DoWithHints(options, options.input, [&] { CheckWorksheet(options); });
     std::optional<Output> output;
-    if (!options.checks) output.emplace(options.output, options.force);
+    if (!options.checks) output.emplace(options.output, options.force ? nullptr : &kImportDocument);
     const Input input(options.input, options.kind);
     if (options.kind == ImportTypeCSV) ChooseReading(options, input.Path());
     try {
-        DoWithHints(options, input.Path(),
-                    [&] { RunConversion(options, input.Path(), output ? output->Path() : kNoOutput); });
-    } catch (const Failure&) {
-        ShowFindings(options, false);
+        ConvertInput(options, input, output);
+    } catch (const std::exception&) {
+        ShowTable(options, findings, false);
         throw;
     }
-    const std::string reason = ReasonInFindings(options);
-    if (reason.empty() || !options.isOneOfMany) ShowFindings(options, true);
-    const bool isDescribed = !options.reports && !options.isOneOfMany && options.sarif != kStandardOutput;
-    if (options.checks && isDescribed) Print(DescribeTable(options), "result");
-    if (!reason.empty()) throw Failure(reason);
-    if (output) output->Publish(FactsOfDocument().written);
+    ShowTable(options, findings, true);
 }
 
-// Findings are wanted most where there is no document for them.
-void ConvertWithFindings(Options& options) {
-    if (options.sarif.empty()) return ConvertTable(options);
-    SarifFile sarif(options.sarif);
-    try {
-        ConvertTable(options);
-    } catch (const WrongUsage&) {
-        throw;
-    } catch (const std::exception& error) {
+// Carries out the task, and then writes what `write` makes of its failure, null where it has not failed. The
+// user is told of both failures.
+template <typename Task, typename Write>
+void DoAndWrite(const std::string& name, Task task, Write write) {
+    const Failure noMemory("Could not write " + name + ": there is not enough memory");
+    const auto tryToWrite = [&](const std::exception* failure) {
         try {
-            sarif.Write(options, SentenceOf(error));
+            write(failure);
+        } catch (const std::bad_alloc&) {
+            throw Failure(noMemory);
+        }
+    };
+    try {
+        task();
+    } catch (const std::exception& failure) {
+        try {
+            tryToWrite(&failure);
         } catch (const std::exception& other) {
             Tell(SentenceOf(other));
         }
         throw;
     }
-    sarif.Write(options, {});
+    tryToWrite(nullptr);
+}
+
+void ConvertWithSarif(Options& options, Findings& findings) {
+    if (options.sarif.empty()) return ConvertTable(options, findings);
+    std::optional<SarifLog> log;  // of one of many files, it is the other process's
+    if (!options.isOneOfMany) log.emplace(options);
+    const auto write = [&](const std::exception* failure) {
+        if (log && dynamic_cast<const WrongUsage*>(failure) != nullptr) return;
+        const SarifPart part = MakeSarifPart(options, findings, SentenceOf(failure));
+        if (!log) return HandOver(Wrap(part), options);
+        log->Add(part);
+        log->Publish();
+    };
+    DoAndWrite(
+        NameOf(options.sarif), [&] { ConvertTable(options, findings); }, write);
 }
 
 }  // namespace
@@ -174,16 +219,21 @@ int WithErrorsFound(int status) { return CountFindings().errors > 0 ? status | k
 
 void Convert(const Options& given) {
     Options options = given;
-    if (!options.reports) return ConvertWithFindings(options);
+    Findings findings;
+    if (!options.reports) return ConvertWithSarif(options, findings);
     KeepMessages();
-    try {
-        ConvertWithFindings(options);
-    } catch (const std::exception& error) {
-        if (const std::string_view hint = HintOf(error); !hint.empty()) KeepMessage(hint);
-        Print(MakeReport(options, SentenceOf(error)), "result");
-        throw;
-    }
-    Print(MakeReport(options, {}), "result");
+    const std::string unknown = MakeReport(options, {}, "There is not enough memory to report the result.");
+    const auto write = [&](const std::exception* failure) {
+        try {
+            if (failure != nullptr) KeepMessage(HintOf(*failure));
+            Print(MakeReport(options, findings, SentenceOf(failure)), "result");
+        } catch (const std::bad_alloc&) {
+            Print(unknown, "result");
+            throw;
+        }
+    };
+    DoAndWrite(
+        "the result", [&] { ConvertWithSarif(options, findings); }, write);
 }
 
 }  // namespace NCli

@@ -14,6 +14,10 @@ std::string_view SentenceOf(const std::exception& error) {
     return isOutOfMemory ? "Not enough memory to convert this table." : error.what();
 }
 
+std::string_view SentenceOf(const std::exception* error) {
+    return error == nullptr ? std::string_view() : SentenceOf(*error);
+}
+
 std::string_view HintOf(const std::exception& error) {
     const auto* const failure = dynamic_cast<const Failure*>(&error);
     return failure == nullptr ? std::string_view() : failure->Hint();

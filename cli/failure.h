@@ -34,6 +34,8 @@ class WrongUsage : public Failure {
 
 // What the user is told about any error that ends the command.
 std::string_view SentenceOf(const std::exception& error);
+// The same; empty for null.
+std::string_view SentenceOf(const std::exception* error);
 
 // The hint that goes with it, if there is one.
 std::string_view HintOf(const std::exception& error);

@@ -1,6 +1,6 @@
 #include "cli/library.h"
 
-#include <exception>
+#include <cstddef>
 #include <new>
 #include <string>
 #include <vector>
@@ -20,7 +20,7 @@ namespace {
 
 WideString ToLibraryPath(const fs::path& path) { return DecodeUtf8(ToBytes(path)).text; }
 
-std::string LibraryMessage() { return EncodeUtf8(GetLoggedMessages()); }
+std::string LibraryMessage() { return EncodeUtf8(xls2tki_message()); }
 
 // A reason without the file's name gets it.
 [[noreturn]] void Fail(const fs::path& path, const std::string& reason) {
@@ -34,10 +34,6 @@ std::vector<const Xls2TkiChar*> TextsOf(const WideStringSet& names) {
     return texts;
 }
 
-// Whether the last operation ended with an exception, whose text is the message then.
-bool HasThrown() { return xls2tki_message() != GetLoggedMessages(); }
-
-// The message has the reason when it returns false.
 bool CallConversion(const Options& options, const fs::path& input, const fs::path& output) {
     const WideString given = ToLibraryPath(options.kind == ImportTypeExcel ? ToExcelPath(input) : input);
     const WideString document = ToLibraryPath(output);
@@ -58,11 +54,7 @@ bool CallConversion(const Options& options, const fs::path& input, const fs::pat
         .variant = options.variant.c_str(),
         .diagnosticInstance = options.diagnosticInstance.c_str(),
         .findings = options.findings};
-    if (xls2tki_convert(&conversion)) return true;
-    if (!HasThrown()) return false;
-    const std::string reason = EncodeUtf8(xls2tki_message());
-    if (reason == "There is not enough memory.") throw std::bad_alloc();
-    Fail(options.input, reason);  // from Excel
+    return xls2tki_convert(&conversion);
 }
 
 [[noreturn]] void FailWithoutWorksheets(const Options& options) {
@@ -79,26 +71,30 @@ void PrepareLibrary() {
 void RunConversion(const Options& options, const fs::path& input, const fs::path& output) {
     ListenToProgress(options.verbose);
     if (CallConversion(options, input, output)) return;
-    if (const std::string reason = OpeningFailure(); !reason.empty()) Fail(options.input, reason);
+    if (xls2tki_failure() == XLS2TKI_OUT_OF_MEMORY) throw std::bad_alloc();
+    const bool isExcels = xls2tki_failure() == XLS2TKI_EXCEL_FAILED;
+    const std::string reason = isExcels ? LibraryMessage() : OpeningFailure();
+    if (!reason.empty()) Fail(options.input, reason);
     if (options.kind != ImportTypeODBC) FailWithLibraryMessage();
     Fail(options.input, LibraryMessage());
 }
 
 std::optional<Xls2TkiFacts> FindFacts() {
     Xls2TkiFacts facts{};
-    facts.size = sizeof facts;
+    facts.size = offsetof(Xls2TkiFacts, itemHeaders);
     if (!xls2tki_facts(&facts)) return std::nullopt;
     return facts;
 }
 
-Xls2TkiFacts FactsOfDocument() {
-    const auto facts = FindFacts();
-    if (!facts) throw std::bad_alloc();
-    return *facts;
+Xls2TkiFacts FindAllFacts() {
+    Xls2TkiFacts facts{};
+    facts.size = sizeof facts;
+    if (!xls2tki_facts(&facts)) throw std::bad_alloc();
+    return facts;
 }
 
 std::vector<WideString> FindWorksheets(const Options& options) {
-    std::vector<WideString> names;
+    std::vector<WideString> names;  // which may hold zeros: so not through the C interface
     bool isListed = true;
     try {
         isListed = GetExcelWorksheets(ToLibraryPath(ToExcelPath(options.input)).c_str(), names);

@@ -22,11 +22,12 @@ inline const std::filesystem::path kNoOutput;
 void RunConversion(const Options& options, const std::filesystem::path& input,
                    const std::filesystem::path& output);
 
-// Of the last conversion, unless it failed, or there is no memory for them.
+// Of the last conversion, unless it failed. The last members, from the item headers on, are zero; for the
+// others no memory is needed.
 std::optional<Xls2TkiFacts> FindFacts();
 
 // Of the last conversion, which has not failed. Throws std::bad_alloc.
-Xls2TkiFacts FactsOfDocument();
+Xls2TkiFacts FindAllFacts();
 
 // The names of the workbook's worksheets in their order, at least one. None where the installed Excel cannot
 // list them; the library's message has the reason.

@@ -1,4 +1,6 @@
 // xls2tki: converts tables from the command line.
+#include <functional>
+
 #include "cli/batch.h"
 #include "cli/command.h"
 #include "cli/failure.h"
@@ -24,6 +26,7 @@ static void Run(const std::vector<std::string>& arguments, bool& isOneOfMany) {
 int main(int count, char** arguments) {
     const StandardStreams streams;
     bool isOneOfMany = false;
-    const int status = ExitStatusOf([&] { Run(ReadArguments(count, arguments), isOneOfMany); });
+    const auto run = [&] { Run(ReadArguments(count, arguments), isOneOfMany); };
+    const int status = ExitStatusOf(std::ref(run));  // which takes no memory
     return isOneOfMany ? WithErrorsFound(status) : status;
 }

@@ -302,25 +302,33 @@ bool WouldReplace(const std::filesystem::path& file, const std::filesystem::path
     return !other.empty() && PlaceOf(file) == PlaceOf(other);
 }
 
-void SetSarif(Options& options, const std::string& file) {
+void SetSarif(Options& options, const Arguments& arguments) {
+    const std::string& file = *arguments.sarif;
     if (file.empty()) RefuseUsage("--sarif requires a file.");
     if (!options.findings) RefuseUsage("--sarif and --no-findings cannot be used together.");
     options.sarif = file == "-" ? kStandardOutput : ToPath(file);
-    if (options.sarif == kStandardOutput && (options.reports || options.output == kStandardOutput)) {
-        RefuseUsage("The SARIF output and the " + std::string(options.reports ? "JSON output" : "document") +
-                    " cannot both go to standard output.");
+    if (arguments.oneOfMany) return;
+    const char* const printed = options.reports                     ? "the JSON output"
+                                : options.isOneOfMany               ? "the results"
+                                : options.output == kStandardOutput ? "the document"
+                                                                    : nullptr;
+    if (options.sarif == kStandardOutput && printed != nullptr) {
+        RefuseUsage(std::string("The SARIF output and ")
+                        .append(printed)
+                        .append(" cannot both go to standard output."));
     }
     for (const std::filesystem::path& other : {options.input, options.output}) {
         if (!WouldReplace(options.sarif, other)) continue;
         RefuseUsage("The SARIF output would overwrite " + NameOf(other) + ".");
     }
-    const std::string reason = options.force ? std::string() : ReasonToKeepFromSarif(options.sarif);
+    const std::string reason = options.force ? std::string() : ReasonToKeep(options.sarif, kSarifFile);
     if (!reason.empty()) RefuseUsage(reason);
 }
 
 void RefuseToReplaceOthers(const std::vector<Options>& tasks) {
     for (const Options& task : tasks) {
-        if (const std::string reason = ReasonToKeep(task.output); !reason.empty()) RefuseUsage(reason);
+        if (const std::string reason = ReasonToKeep(task.output, kImportDocument); !reason.empty())
+            RefuseUsage(reason);
     }
 }
 
@@ -347,6 +355,9 @@ CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
     line.tasks = CheckTasks(arguments, line.outputFolder);
     if (!arguments.check) RefuseLosses(line.tasks);
     if (!arguments.check && !arguments.force) RefuseToReplaceOthers(line.tasks);
+    for (Options& task : line.tasks) {
+        if (arguments.sarif) SetSarif(task, arguments);
+    }
     return line;
 }
 
@@ -356,10 +367,9 @@ CommandLine CheckConversions(const Arguments& arguments) {
     if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file name is empty.");
     if (files.empty() && (isBatch || arguments.check)) RefuseUsage("INPUT is required.");
     const std::size_t jobs = ReadJobs(arguments.jobs);
-    if (isBatch && arguments.sarif) RefuseUsage("--sarif works with one file only; for several, use --json.");
     if (isBatch) return CheckBatch(arguments, jobs);
     Options task = CheckConversion(arguments);
-    if (arguments.sarif) SetSarif(task, *arguments.sarif);
+    if (arguments.sarif) SetSarif(task, arguments);
     return OneTask(task);
 }
 

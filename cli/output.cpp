@@ -1,8 +1,6 @@
 #include "cli/output.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -16,40 +14,6 @@ namespace {
 
 fs::path Folder(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : "."; }
 
-bool Skip(std::string_view& text, std::string_view beginning) {
-    if (!text.starts_with(beginning)) return false;
-    text.remove_prefix(beginning.size());
-    return true;
-}
-
-bool SkipBehind(std::string_view& text, std::string_view end) {
-    const std::size_t found = text.find(end);
-    if (found == std::string_view::npos) return false;
-    text.remove_prefix(found + end.size());
-    return true;
-}
-
-void SkipBlanks(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-}
-
-// Documents that were edited or come from elsewhere count, too.
-bool IsBeginningOfDocument(std::string_view text) {
-    Skip(text, "\xEF\xBB\xBF");
-    if (!Skip(text, "<?xml") || !SkipBehind(text, "?>")) return false;
-    SkipBlanks(text);
-    while (Skip(text, "<!--") && SkipBehind(text, "-->")) SkipBlanks(text);
-    return Skip(text, "<TAMRISKIMPORT") && text.find_first_of(" \t\r\n/>") == 0;
-}
-
-// Of any tool. JSON of other kinds is something else.
-bool IsBeginningOfSarif(std::string_view text) {
-    Skip(text, "\xEF\xBB\xBF");
-    SkipBlanks(text);
-    const auto has = [text](std::string_view member) { return text.find(member) != std::string_view::npos; };
-    return text.starts_with('{') && has("\"2.1.0\"") && has("\"runs\"");
-}
-
 // Asks the system why a file could not be written completely, by writing on and closing it.
 std::string FindReason(TemporaryFile& document) {
     const char bytes[4096] = {};
@@ -57,19 +21,6 @@ std::string FindReason(TemporaryFile& document) {
                            std::fwrite(bytes, 1, sizeof bytes, document.Stream()) == sizeof bytes &&
                            FlushToDisk(document.Stream()) && document.Close();
     return isWritten ? "the system gave no reason" : SystemText(errno);
-}
-
-std::string ReasonToKeep(const fs::path& output, const char* kind, bool (*isOfKind)(std::string_view)) {
-    if (output == kStandardOutput || !IsRegularFile(output)) return {};
-    const std::string begin = "The output " + NameOf(output) + " exists and ";
-    char bytes[4096];
-    const File file = OpenFile(output, "rb");
-    const std::size_t size = file ? std::fread(bytes, 1, sizeof bytes, file.get()) : 0;
-    if (!file || std::ferror(file.get()) != 0) {
-        return begin + "cannot be read to see whether it is " + kind + ": " + SystemText(errno) + ".";
-    }
-    if (size == 0 || isOfKind({bytes, size})) return {};
-    return begin + "is not " + kind + "; use --force to replace it.";
 }
 
 }  // namespace
@@ -83,16 +34,8 @@ fs::path FollowLinks(fs::path path) {
     return path;
 }
 
-std::string ReasonToKeep(const fs::path& output) {
-    return ReasonToKeep(output, "an import document", IsBeginningOfDocument);
-}
-
-std::string ReasonToKeepFromSarif(const fs::path& output) {
-    return ReasonToKeep(output, "a SARIF file", IsBeginningOfSarif);
-}
-
-Output::Output(const fs::path& path, bool mayReplaceOthers)
-    : path_(path), destination_(path), mayReplaceOthers_(mayReplaceOthers) {
+Output::Output(const fs::path& path, const FileKind* replaceable)
+    : path_(path), destination_(path), replaceable_(replaceable) {
     std::error_code error;
     const fs::file_type type = TypeOf(path, error);
     if (path == kStandardOutput) {
@@ -165,10 +108,12 @@ void Output::MoveIntoPlace() {
 
 // What is there may not be what was there at the beginning.
 void Output::TakePlace() {
-    if (replaced_ && !mayReplaceOthers_) {
-        if (const std::string reason = ReasonToKeep(destination_); !reason.empty()) throw Failure(reason);
+    const bool mayReplaceOthers = replaceable_ == nullptr;
+    if (replaced_ && !mayReplaceOthers) {
+        const std::string reason = ReasonToKeep(destination_, *replaceable_);
+        if (!reason.empty()) throw Failure(reason);
     }
-    const bool mayReplace = replaced_ || mayReplaceOthers_;
+    const bool mayReplace = replaced_ || mayReplaceOthers;
     replaced_.reset();
     const std::error_code error = Rename(document_->Path(), destination_, mayReplace);
     if (error == std::errc::file_exists) {

@@ -4,12 +4,9 @@
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
-#include <map>
-#include <nlohmann/json.hpp>
 
-#include "api/xls2tki_c.h"
 #include "cli/files.h"
-#include "cli/findings.h"
+#include "cli/json.h"
 #include "cli/library.h"
 #include "cli/text.h"
 
@@ -18,11 +15,6 @@ namespace NCli {
 namespace fs = std::filesystem;
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-constexpr char kSchema[] =
-    "https://docs.oasis-open.org/sarif/sarif/v2.1.0/os/schemas/sarif-schema-2.1.0.json";
 
 struct Rule {
     const char* id;
@@ -44,11 +36,6 @@ constexpr Rule kRules[] = {
     {"value-rounded", "The document has fewer digits than the number in the worksheet."},
     {"item-header", "Two item columns have the same header, or an option names a header that no column has."},
     {"description-empty", "Rows have no description."}};
-
-void AddRule(Json& object, const Rule& rule) {
-    object["id"] = rule.id;
-    object["shortDescription"]["text"] = rule.description;
-}
 
 bool IsUnreserved(char byte) {
     const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
@@ -80,108 +67,166 @@ std::string UriOf(const fs::path& path) {
     return (hasHost ? "file:" : "file:///") + PercentEncode(slashed, "/:");
 }
 
-// In a message of this format, braces hold the place of an argument, and "[text](target)" is a link: what a
-// cell or a name holds must be neither.
-void SetMessage(Json& owner, std::string text) {
+// An object with one member.
+void AddMember(JsonObject& owner, const char* object, const char* name, const JsonValue& value) {
+    JsonObject added;
+    added.Add(name, value);
+    owner.AddJson(object, added.Text());
+}
+
+// In a message of this format, braces hold the place of an argument, "[text](target)" is a link, and a
+// backslash takes the meaning of the bracket behind it: what a cell or a name holds must be none of them.
+void AddMessage(JsonObject& owner, std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     text = ShownName(DecodeUtf8(text).text, kWholeName);
     std::string escaped;
     for (std::size_t index = 0; index < text.size(); ++index) {
         if (text[index] == '{' || text[index] == '}') escaped += text[index];
-        if (text.compare(index, 2, "](") == 0) escaped += '\\';
+        if (text.compare(index, 2, "](") == 0) {
+            const std::size_t backslashes = escaped.size() - (escaped.find_last_not_of('\\') + 1);
+            escaped.append(backslashes + 1, '\\');
+        }
         escaped += text[index];
     }
-    owner["message"]["text"] = escaped;
+    AddMember(owner, "message", "text", escaped);
 }
 
-void SetLocation(Json& location, const Finding& finding, const std::string& uri) {
-    Json& place = location["physicalLocation"];
-    place["artifactLocation"]["uri"] = uri;
-    if (finding.line > 0) place["region"]["startLine"] = finding.line;
-    if (finding.cell.empty()) return;
-    Json& cell = location["logicalLocations"].emplace_back();
-    cell["fullyQualifiedName"] = finding.cell;
-    cell["kind"] = "cell";
+// The file, and the place in it where there is a finding.
+void AddLocation(JsonObject& owner, const std::string& uri, const Finding* finding) {
+    JsonObject place;
+    JsonObject location;
+    JsonArray cells;
+    JsonArray locations;
+    AddMember(place, "artifactLocation", "uri", uri);
+    if (finding != nullptr && finding->line > 0) AddMember(place, "region", "startLine", finding->line);
+    location.AddJson("physicalLocation", place.Text());
+    if (finding != nullptr && !finding->cell.empty()) {
+        JsonObject cell;
+        cell.Add("fullyQualifiedName", finding->cell);
+        cell.Add("kind", "cell");
+        cells.Add(cell.Text());
+        location.AddJson("logicalLocations", cells.Text());
+    }
+    locations.Add(location.Text());
+    owner.AddJson("locations", locations.Text());
 }
 
 // Many tools show the line alone, and a workbook has none: so the text names the cell, too.
-void AddResult(Json& results, const Finding& finding, const std::string& uri) {
+std::string MakeResult(const Finding& finding, const std::string& uri) {
     const auto* const rule = std::find_if(std::begin(kRules), std::end(kRules),
                                           [&](const Rule& other) { return other.id == finding.rule; });
-    Json& result = results.emplace_back();
-    result["ruleId"] = finding.rule;
-    if (rule != std::end(kRules)) result["ruleIndex"] = rule - std::begin(kRules);
-    result["level"] = finding.isError ? "error" : "warning";
-    SetMessage(result, finding.cell.empty() ? finding.text : finding.cell + ": " + finding.text);
-    SetLocation(result["locations"].emplace_back(), finding, uri);
+    JsonObject result;
+    result.Add("ruleId", finding.rule);
+    if (rule != std::end(kRules)) result.Add("ruleIndex", rule - std::begin(kRules));
+    result.Add("level", finding.isError ? "error" : "warning");
+    AddMessage(result, finding.cell.empty() ? finding.text : finding.cell + ": " + finding.text);
+    AddLocation(result, uri, &finding);
+    return result.Text();
 }
 
-void AddNotification(Json& notifications, const char* level, const std::string& text) {
-    Json& notification = notifications.emplace_back();
-    notification["level"] = level;
-    SetMessage(notification, text);
+std::string MakeNotification(const char* level, const std::string& text, const std::string& uri) {
+    JsonObject notification;
+    notification.Add("level", level);
+    AddMessage(notification, text);
+    AddLocation(notification, uri, nullptr);
+    return notification.Text();
 }
 
 // What the reader of the results has to know: why they may not be all.
-void AddNotifications(Json& notifications, const std::map<std::string, std::size_t>& listed) {
-    if (!xls2tki_findings_complete()) {
-        AddNotification(notifications, "warning", "Not all of the table was checked for findings.");
-    }
-    ForEachFindingCount([&](const FindingCount& count) {
-        const std::size_t all = count.errors + count.warnings;
-        const auto rule = listed.find(count.rule);
-        if (rule == listed.end() || rule->second == all) return;
-        AddNotification(notifications, "note",
-                        count.rule + ": the results have " + std::to_string(rule->second) + " of " +
-                            std::to_string(all) + " findings.");
-    });
-}
-
-void FillDriver(Json& driver) {
-    driver["name"] = "xls2tki";
-    driver["version"] = XLS2TKI_VERSION;
-    Json& rules = driver["rules"];
-    for (const Rule& rule : kRules) AddRule(rules.emplace_back(), rule);
-}
-
-// An object's new member may move those it has, so a reference to one counts only until then.
-void FillRun(Json& run, const Options& options, std::string_view failure) {
-    for (const char* const member : {"tool", "invocations", "results"}) run[member] = nullptr;
-    FillDriver(run["tool"]["driver"]);
-    Json& results = run["results"] = Json::array();
-    std::map<std::string, std::size_t> listed;
-    ForEachFinding([&, uri = UriOf(options.input)](const Finding& finding) {
-        ++listed[finding.rule];
-        AddResult(results, finding, uri);
-    });
-    Json& invocation = run["invocations"].emplace_back();
+std::string MakeInvocation(const Findings& findings, const std::string& failure, const std::string& uri) {
     // Where a table that converted was refused, for its findings or because there was no room for the
     // document, the findings are whole.
     const bool isSuccess = failure.empty() || FindFacts();
-    invocation["executionSuccessful"] = isSuccess;
-    Json& notifications = invocation["toolExecutionNotifications"] = Json::array();
-    if (!failure.empty())
-        AddNotification(notifications, isSuccess ? "warning" : "error", std::string(failure));
-    AddNotifications(notifications, listed);
+    JsonArray notifications;
+    if (!failure.empty()) notifications.Add(MakeNotification(isSuccess ? "warning" : "error", failure, uri));
+    if (!findings.isComplete) {
+        notifications.Add(MakeNotification("warning", "Not all of the table was checked for findings.", uri));
+    }
+    for (const FindingCount& count : findings.counts) {
+        const std::size_t all = count.errors + count.warnings;
+        if (count.listed == all) continue;
+        const std::string text = std::string(count.rule) + ": the results have " +
+                                 std::to_string(count.listed) + " of " + std::to_string(all) + " findings.";
+        notifications.Add(MakeNotification("note", text, uri));
+    }
+    JsonObject invocation;
+    invocation.Add("executionSuccessful", isSuccess);
+    invocation.AddJson("toolExecutionNotifications", notifications.Text());
+    return invocation.Text();
 }
 
-std::string MakeLog(const Options& options, std::string_view failure) {
-    // It stays until the process ends: to destroy it takes memory, and without that the process would end.
-    static Json& log = *new Json;
-    log["$schema"] = kSchema;
-    log["version"] = "2.1.0";
-    FillRun(log["runs"].emplace_back(), options, failure);
-    return EscapeControls(log.dump(1, ' ', false, Json::error_handler_t::replace)) + '\n';
+std::string MakeTool() {
+    JsonArray rules;
+    for (const Rule& rule : kRules) {
+        JsonObject object;
+        object.Add("id", rule.id);
+        AddMember(object, "shortDescription", "text", rule.description);
+        rules.Add(object.Text());
+    }
+    JsonObject driver;
+    driver.Add("name", "xls2tki");
+    driver.Add("version", XLS2TKI_VERSION);
+    driver.AddJson("rules", rules.Text());
+    JsonObject tool;
+    tool.AddJson("driver", driver.Text());
+    return tool.Text();
 }
 
 }  // namespace
 
-void SarifFile::Write(const Options& options, std::string_view failure) {
-    const std::string log = MakeLog(options, failure);
-    File file = OpenToReplace(output_.Path());
-    const bool isWritten = file && std::fwrite(log.data(), 1, log.size(), file.get()) == log.size() &&
-                           std::fclose(file.release()) == 0;
-    output_.Publish(isWritten);
+SarifPart MakeSarifPart(const Options& options, const Findings& findings, std::string_view failure) {
+    SarifPart part;
+    const std::string uri = UriOf(options.input);
+    for (const Finding& finding : findings.list) {
+        part.results.append(part.results.empty() ? "" : ",\n").append(MakeResult(finding, uri));
+    }
+    part.invocation = MakeInvocation(findings, std::string(failure), uri);
+    return part;
+}
+
+// No other text has a zero.
+std::string Wrap(const SarifPart& part) {
+    return std::string(1, '\0').append(part.results).append(1, '\0').append(part.invocation).append(1, '\0');
+}
+
+std::optional<SarifPart> Unwrap(std::string& text) {
+    const std::size_t begin = text.find('\0');
+    const std::size_t middle = text.find('\0', begin == std::string::npos ? begin : begin + 1);
+    const std::size_t end = text.find('\0', middle == std::string::npos ? middle : middle + 1);
+    if (end == std::string::npos) {
+        text.resize(std::min(begin, text.size()));
+        return std::nullopt;
+    }
+    SarifPart part = {text.substr(begin + 1, middle - begin - 1), text.substr(middle + 1, end - middle - 1)};
+    text.erase(begin, end + 1 - begin);
+    return part;
+}
+
+SarifLog::SarifLog(const Options& options)
+    : output_(options.sarif, options.force ? nullptr : &kSarifFile),
+      file_(OpenToReplace(output_.Path())),
+      isWritten_(file_ != nullptr) {
+    Write(
+        "{\"$schema\": "
+        "\"https://docs.oasis-open.org/sarif/sarif/v2.1.0/os/schemas/sarif-schema-2.1.0.json\",\n"
+        " \"version\": \"2.1.0\",\n \"runs\": [{\n\"tool\": " +
+        MakeTool() + ",\n\"results\": [\n");
+}
+
+void SarifLog::Write(std::string_view text) {
+    isWritten_ = isWritten_ && std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size();
+}
+
+void SarifLog::Add(const SarifPart& part) {
+    if (hasResults_ && !part.results.empty()) Write(",\n");
+    hasResults_ = hasResults_ || !part.results.empty();
+    Write(part.results);
+    invocations_.append(invocations_.empty() ? "" : ",\n").append(part.invocation);
+}
+
+void SarifLog::Publish() {
+    Write("\n],\n\"invocations\": [\n" + invocations_ + "\n]\n}]}\n");
+    output_.Publish(isWritten_ && std::fclose(file_.release()) == 0);
 }
 
 }  // namespace NCli

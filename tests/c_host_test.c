@@ -73,8 +73,8 @@ static void Convert(const char* data, const char* folder) {
     EXPECT(FileHas(folder, "c_host.xml", "type=\"A\" >Occurrence<"));
 
     conversion.importType = 3;
-    EXPECT(!xls2tki_convert(&conversion));
-    EXPECT(MessageIs("Import type not supported"));
+    EXPECT(xls2tki_failure() == XLS2TKI_NO_FAILURE && !xls2tki_convert(&conversion));
+    EXPECT(MessageIs("Import type not supported") && xls2tki_failure() == XLS2TKI_REFUSED);
     const size_t unknown[] = {offsetof(Xls2TkiConversion, diagnosticInstance), sizeof conversion + 1};
     for (int index = 0; index < 2; ++index) {
         conversion.size = unknown[index];
@@ -172,7 +172,7 @@ static void Find(const char* folder) {
         "and all behind it, 2 lines, are left out. Close it, or remove it."));
     EXPECT(!xls2tki_finding(5, &finding) && finding.row == 4);
     EXPECT(xls2tki_finding_count(1, &count) && strcmp(count.rule, "number-empty") == 0);
-    EXPECT(count.errors == 2 && count.warnings == 0);
+    EXPECT(count.errors == 2 && count.warnings == 0 && count.listed == 2);
     EXPECT(xls2tki_finding_count(13, &count) && strcmp(count.rule, "description-empty") == 0 &&
            count.errors == 0);
     EXPECT(!xls2tki_finding_count(14, &count));

@@ -60,6 +60,7 @@ std::wstring CommandLineOf(const Options& task) {
     if (task.reports) line += L" --json";
     if (task.strict) line += L" --strict";
     if (!task.findings) line += L" --no-findings";
+    if (!task.sarif.empty()) line += L" --sarif=-";
     line += L" --one-of-many";
     add(L"--worksheet=", task.worksheet);
     for (const std::wstring& name : task.vsgNames) add(L"--vsg=", name);

@@ -354,7 +354,7 @@ def test_progress_of_many_files():
         with contextlib.suppress(OSError), open(terminal, "rb", buffering=0) as all_that:  # its end is an error
             while piece := all_that.read(10000):
                 shown += piece
-        check("progress", (b"in.csv: done\n" * 2, True, True),
+        check("progress", (b"in.csv: done: 1 DTC, SAE codes, 0x0123 to 0x0123, 1 item: Lamp.\n" * 2, True, True),
               (result.stdout, shown.startswith(b"0 of 2 files \r"), b"\r1 of 2 files \r" in shown))
 
 

@@ -132,11 +132,11 @@ def test_no_permission():
 
 
 REPORT = {"input": "in.csv", "output": "out.xml", "kind": "csv", "encoding": None, "separator": None, "layout": None, "hexadecimal": None, "sae_codes": None,
-          "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "findings": None,
+          "rows": None, "columns": None, "item_columns": None, "items": None, "skipped_columns": None, "skipped_column_count": None, "findings": None,
           "finding_counts": None, "failure": None}
 READING = {"encoding": "8-bit", "separator": ";", "findings": [], "finding_counts": {}}
 FACTS = READING | {"layout": "single-number", "hexadecimal": False, "sae_codes": True, "rows": 1, "columns": 3, "item_columns": 1,
-         "items": 1, "skipped_columns": []}
+         "items": 1, "skipped_columns": [], "skipped_column_count": 0}
 SKIPPING = b"SPN;FMI;Text;;Lamp;;Reaction\n91;26;Stuck;x;;;y\n94;3;Low;;red;;\n"
 # Table, arguments, exit status, what differs from the report above, and the last of the messages.
 REPORTS = [
@@ -157,7 +157,11 @@ REPORTS = [
     (SKIPPING, "--no-findings " + IO, 0, READING | {"findings": None, "finding_counts": None, "layout": "spn-fmi", "hexadecimal": False, "sae_codes": False, "rows": 2, "columns": 7,
                        "item_columns": 1, "items": 1, "skipped_columns": [
                            {"index": 3, "reason": "no header"}, {"index": 5, "reason": "empty"},
-                           {"index": 6, "reason": "behind the end"}]}, "Writing to file completed."),
+                           {"index": 6, "reason": "behind the end"}], "skipped_column_count": 3}, "Writing to file completed."),
+    (b"DTC;T" + b";" * 3000 + b"\n", "--no-findings " + IO, 0, READING | {"findings": None, "finding_counts": None, "layout": "single-number",
+     "hexadecimal": False, "sae_codes": False, "rows": 0, "columns": 3002, "item_columns": 0, "items": 0, "skipped_column_count": 3000,
+     "skipped_columns": [{"index": 2, "reason": "empty"}] + [{"index": index, "reason": "behind the end"} for index in range(3, 1002)]},
+     "Writing to file completed."),
     (TABLE + b'P"45;x;\n', "--no-findings " + IO, 1, READING | {"findings": None, "finding_counts": None, "failure": 'Given SAE DTC number P"45 has invalid length, '
                                    'expected 3, 5, 7 or 9 characters'},
      'Hint: The code is in cell A3 of "in.csv", in line 3.'),
@@ -181,6 +185,7 @@ def test_reports():
             check(arguments, (status, 1), (result.returncode, result.stdout.count(b"\n")))
             report = json.loads(result.stdout.decode())
             messages = [None] + report.pop("messages")
+            check(arguments, len(messages) - 1, min(report.pop("message_count"), 1000))
             check(arguments, (dict(REPORT, **differences), last), (report, messages[-1]))
             check(arguments, BEFORE, files())
     with folder(TABLE) as environment, open("/dev/full", "wb") as full:
@@ -230,13 +235,13 @@ SARIF = [
     ("- in.csv -", 2, "and the document cannot both go"), ("- --json in.csv out.xml", 2, "and the JSON output cannot both go"),
     ("in.csv --force in.csv out.xml", 2, 'would overwrite "in.csv"'), ("./new.xml in.csv new.xml", 2, 'would overwrite "new.xml"'),
     ("out.xml in.csv new.xml", 2, '"out.xml" exists and is not a SARIF file'), ("s.sarif --no-findings in.csv out.xml", 2, "together"),
-    ("s.sarif --check in.csv in.csv", 2, "works with one file"), ("none/s.sarif in.csv out.xml", 1, 'in the folder "none"'),
+    ("- --check in.csv in.csv", 2, "and the results cannot both go"), ("none/s.sarif in.csv out.xml", 1, 'in the folder "none"'),
     ("/dev/full in.csv out.xml", 1, 'Could not write "/dev/full": No space left'),
 ]
 
 
 def test_sarif():
-    table = HEAD + b"1234;{0}](x\xe2\x80\xae;r\nTBD;[a](b)\x01;r\n"
+    table = HEAD + b"1234;{0}](x\xe2\x80\xae;r\nTBD;[a\\](b)\x01;r\n"
     rules = re.findall("^## ([a-z]+-[a-z-]+)$", (SOURCES / "docs/findings.md").read_text(), re.MULTILINE)
     for arguments, status, refusal in SARIF:
         with folder(table) as environment:
@@ -258,7 +263,7 @@ def test_sarif():
             check(arguments, [] if "none" in arguments else [
                 ("number-unreadable",) * 2 + ("error", ["A3:", '"TBD"'], {"startLine": 3}, [cell]),
                 ("notation-mixed",) * 2 + ("error", ["Cell", "A3"], None, None),
-                ("text-not-xml",) * 2 + ("error", ["B3:", '"[a\\](b)<U+0001>"'], {"startLine": 3}, [dict(cell, fullyQualifiedName="B3")]),
+                ("text-not-xml",) * 2 + ("error", ["B3:", '"[a\\\\\\](b)<U+0001>"'], {"startLine": 3}, [dict(cell, fullyQualifiedName="B3")]),
             ], shown)
     with folder(table) as environment:
         names = [b"a #%:\\\xc3\xa4\xff\x1b.csv", os.path.abspath("in.csv").encode()]
@@ -275,7 +280,7 @@ def test_sarif():
 
 
 def test_findings_of_many_files():
-    for options, end, status in [("--output-dir out", "done: 1 error", 0), ("--check", "failed: --check: 1 error.", 1),
+    for options, end, status in [("--output-dir out", "done: 1 error", 0), ("--check", "failed: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp. --check: 1 error.", 1),
                                  ("--strict --output-dir out", "failed: --strict: 1 error, so nothing was written.", 1)]:
         with folder(TABLE + b";t;r\n") as environment:
             Path("b.csv").write_bytes(TABLE)
@@ -284,11 +289,18 @@ def test_findings_of_many_files():
                 result = run(f"{options} in.csv {last}", environment)
                 lines = result.stdout.decode().splitlines()
                 check(options, f"in.csv: {end}", lines[0])
-                check(options, "b.csv: done" if last == "b.csv" else "c.csv: failed: 1 error. Given SAE DTC 'P4123'", lines[1][:45])
+                passed = "b.csv: done" + ": 1 DTC, SAE codes, 0x0123 to 0x0123, 1 item: Lamp." * (options == "--check")
+                check(options, passed if last == "b.csv" else "c.csv: failed: 1 error. Given SAE DTC 'P4123'", lines[1][:len(passed) if last == "b.csv" else 45])
                 check(options, (status if last == "b.csv" else 1, f"{summary[1]} with errors."),
                       (result.returncode, result.stderr.decode().strip().split(", ")[-1]))
-            reports = [json.loads(line) for line in run(f"{options} --json --force in.csv b.csv", environment).stdout.splitlines()]
-            check(options, [1, 0], [len(report["findings"]) for report in reports])
+            for form in "--json", "":
+                result = run(f"{options} {form} --force --sarif s.sarif --jobs 2 in.csv b.csv c.csv none.csv", environment)
+                if form:
+                    check(options, [1, 0, 1, 0], [len(report["findings"] or []) for report in map(json.loads, result.stdout.splitlines())])
+                log, = json.loads(Path("s.sarif").read_bytes())["runs"]
+                check(options, [("in.csv", 3), ("c.csv", 2)], [(place["artifactLocation"]["uri"], place["region"]["startLine"]) for found in log["results"]
+                                                               for place in [found["locations"][0]["physicalLocation"]]])
+                check(options, [True, True, False, False], [invocation["executionSuccessful"] for invocation in log["invocations"]])
 
 
 run_tests(globals())

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <link.h>
 #include <malloc.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,6 +21,8 @@
 
 #include "api/xls2tki.h"
 #include "api/xls2tki_c.h"
+#include "cli/command.h"
+#include "cli/failure.h"
 #include "cli/report.h"
 #include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
@@ -150,7 +153,7 @@ INSTEAD_OF(close, int, (int file)) {
 }
 
 INSTEAD_OF(fsync, int, (int file)) {
-    return streaming.Strikes() && Lose(file) == 0 ? FailWith(EIO) : SYSTEMS(fsync)(file);
+    return streaming.Strikes() && Lose(file) == 0 ? FailWith(EIO) : 0;  // the disk takes most of the time
 }
 
 INSTEAD_OF(pread, ssize_t, (int file, void* bytes, std::size_t count, off_t offset)) {
@@ -408,7 +411,7 @@ class Command : public testing::Test {
   protected:
     static constexpr int kReached = 64;
 
-    int Run(const char* input, const char* output, Fault& fault, int number) {
+    int Run(Fault& fault, int number, bool lasts, const std::function<int()>& command) {
         std::fflush(nullptr);  // else both processes would
         const pid_t process = fork();
         if (process == 0) {
@@ -417,10 +420,8 @@ class Command : public testing::Test {
                                  std::freopen("table.csv", "rb", stdin) != nullptr &&
                                  std::freopen("printed", "wb", stdout) != nullptr &&
                                  std::freopen("told", "wb", stderr) != nullptr;
-            std::string values[] = {"", "--csv", input, output};
-            char* arguments[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data()};
-            fault.Begin(number, false);
-            const int status = isReady ? CommandMain(4, arguments) : -1;
+            fault.Begin(number, lasts);
+            const int status = isReady ? command() : -1;
             const int reached = fault.End() ? kReached : 0;
             std::fflush(nullptr);
             _exit(status + reached);
@@ -437,7 +438,11 @@ class Command : public testing::Test {
         for (int status = kReached; (status & kReached) != 0 && !HasFailure();) {
             SCOPED_TRACE(++number);
             folder_.Put(written, kBefore);
-            status = Run(input, output, fault, number);
+            status = Run(fault, number, false, [&] {
+                std::string values[] = {"", "--csv", input, output};
+                char* arguments[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data()};
+                return CommandMain(4, arguments);
+            });
             const std::string document = folder_.Read(written);
             const std::string told = folder_.Read("told");
             if ((status & ~kReached) == 0) {
@@ -453,9 +458,10 @@ class Command : public testing::Test {
         std::printf("%d calls failed in turn.\n", number - 1);
     }
 
+    NTest::TempFolder folder_;
+
   private:
     static constexpr std::ptrdiff_t kFiles = 4;  // the table, what is printed and told, and the output
-    NTest::TempFolder folder_;
     std::u16string table_ = folder_.Put("table.csv", NTest::ReadBytes(kExamples / kCsv.input));
     std::u16string before_ = folder_.Put("output", kBefore);
 };
@@ -464,6 +470,37 @@ TEST_F(Command, LeavesTheOutputWholeWhenACallFails) {
     for (Fault* const fault : {&reading, &writing, &streaming}) {
         FailEach(*fault, "table.csv", "output", "output", true);
         FailEach(*fault, "-", "-", "printed", false);
+    }
+}
+
+// What the command shows, reports and writes besides the document comes behind it: where that fails, the
+// document is in its place, and nothing says that it is not.
+TEST_F(Command, HasTheDocumentOrTheOlderOneWhenMemoryEnds) {
+    folder_.Put("table.csv", "DTC;Text;;x\nP0001;first;x;\n;second;;y\n");
+    NCli::Options options;
+    options.input = "table.csv";
+    options.output = "output";
+    getpwuid(getuid());  // for which the C library needs memory, once
+    const auto convert = [&options] { return NCli::ExitStatusOf([&options] { NCli::Convert(options); }); };
+    for (const char* const sarif : {"", "log"}) {
+        options.sarif = sarif;
+        options.reports = options.sarif.empty();
+        EXPECT_EQ(Run(allocation, 0, true, convert), 0);
+        const std::string whole = folder_.Read("output");
+        int number = 0;
+        for (int status = kReached; (status & kReached) != 0 && !HasFailure();) {
+            SCOPED_TRACE(++number);
+            folder_.Put("output", kBefore);
+            folder_.Put("log", "");
+            status = Run(allocation, number, true, convert);
+            const bool isThere = folder_.Read("output") == whole;
+            const std::string told = folder_.Read("told");
+            EXPECT_TRUE(isThere || folder_.Read("output") == kBefore);
+            EXPECT_EQ(told.find("to convert this table") == std::string::npos, isThere) << told;
+            const bool isWhole = isThere && told.find("Could not write") == std::string::npos;
+            EXPECT_EQ(status & ~kReached, isWhole ? 0 : 1) << told;
+        }
+        std::printf("%d allocations failed, with all behind them.\n", number - 1);
     }
 }
 
@@ -477,7 +514,7 @@ TEST_F(Conversions, AreReportedOrThereIsNoMemory) {
     for (bool isReached = true; isReached;) {
         allocation.Begin(++number, true);
         try {
-            report = NCli::MakeReport({}, "Two");
+            report = NCli::MakeReport({}, NCli::TakeFindings(), "Two");
         } catch (const std::bad_alloc&) {
         }
         isReached = allocation.End();
@@ -517,6 +554,7 @@ TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {
     std::printf("%d calls failed in turn, %d conversions with them.\n", calls, failures);
     EXPECT_FALSE(run(2));
     EXPECT_EQ(std::u16string(xls2tki_message()), u"Broken");
+    EXPECT_EQ(xls2tki_failure(), XLS2TKI_EXCEL_FAILED);
 }
 
 class LongRun : public Conversions {
