@@ -57,6 +57,8 @@ class Installed:
         names = long_names("\n".join(line for line in self.run(command, "--help") if line.startswith("  -")))
         assert "--list-worksheets" in names
         page = gzip.decompress((share / "man/man1/xls2tki.1.gz").read_bytes()).decode()
+        (self.work / "xls2tki.1").write_text(page, encoding="utf-8")
+        self.run("mandoc", "-T", "lint", "-W", "all", "xls2tki.1")
         entries = page.split(".SH OPTIONS")[1].split(".SH EXIT")[0]
         assert long_names(re.sub(r"\\f.|\\", "", entries)) == names
         bash = share / "bash-completion/completions/xls2tki"

@@ -11,8 +11,9 @@ constexpr char kDate[] = "2026-11-23";
 
 constexpr char kDescription[] = R"(.SH DESCRIPTION
 INPUT is CSV text or an Excel workbook.
-Its extension decides how it is read: .csv, .txt and .tsv are CSV text; .xlsx,
-.xlsm and .xls are workbooks.
+Its extension decides how it is read.
+Files named .csv, .txt and .tsv are CSV text;
+files named .xlsx, .xlsm and .xls are workbooks.
 For other extensions, use
 .B \-\-csv
 or
