@@ -265,30 +265,22 @@ CommandLine OneTask(const Options& task) {
     return line;
 }
 
-// Behind all links to it, also where the file is missing.
-std::filesystem::path PlaceOf(const std::filesystem::path& file) {
-    std::error_code error;
-    const std::filesystem::path full = std::filesystem::absolute(FollowLinks(file), error);
-    const std::filesystem::path place = std::filesystem::weakly_canonical(full, error);
-    return NameKey(error ? file : place);
-}
-
 // Where two tables would become the same document, or a document would overwrite another's table, one
 // would be lost. A document in the place of its own table is refused by the task alone.
 void RefuseLosses(const std::vector<Options>& tasks) {
     std::map<std::filesystem::path, const Options*> places;
     for (const Options& task : tasks) {
-        const auto [other, isNew] = places.emplace(PlaceOf(task.output), &task);
+        const auto [other, isNew] = places.emplace(PlaceOf(FollowLinks(task.output)), &task);
         if (isNew) continue;
         const std::filesystem::path& input = task.input;
-        if (other->second->input.lexically_normal() == input.lexically_normal()) {
+        if (PlaceOf(other->second->input) == PlaceOf(input)) {
             RefuseUsage(NameOf(input) + " is given twice.");
         }
         RefuseUsage(NameOf(other->second->input) + " and " + NameOf(task.input) + " would both become " +
                     NameOf(task.output) + ".");
     }
     for (const Options& task : tasks) {
-        const auto other = places.find(PlaceOf(task.input));
+        const auto other = places.find(PlaceOf(FollowLinks(task.input)));
         if (other == places.end() || other->second == &task) continue;
         RefuseUsage("The document of " + NameOf(other->second->input) + " would overwrite " +
                     NameOf(task.input) + ".");
@@ -298,8 +290,10 @@ void RefuseLosses(const std::vector<Options>& tasks) {
 // A file that is not there yet counts, too; a device can be written to by several.
 bool WouldReplace(const std::filesystem::path& file, const std::filesystem::path& other) {
     std::error_code ignored;
-    if (std::filesystem::exists(other, ignored)) return IsRegularFile(other) && AreSameFile(file, other);
-    return !other.empty() && PlaceOf(file) == PlaceOf(other);
+    if (std::filesystem::exists(std::filesystem::file_status(TypeOf(other, ignored)))) {
+        return IsRegularFile(other) && AreSameFile(file, other);
+    }
+    return !other.empty() && PlaceOf(FollowLinks(file)) == PlaceOf(FollowLinks(other));
 }
 
 void SetSarif(Options& options, const Arguments& arguments) {

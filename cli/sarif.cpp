@@ -60,11 +60,9 @@ std::string PercentEncode(std::string_view path, std::string_view kept) {
 
 // A relative path stays relative: the tool that reads it knows the folder.
 std::string UriOf(const fs::path& path) {
-    const std::string slashed = ToBytes(path.generic_string<fs::path::value_type>());
-    if (!path.is_absolute()) return PercentEncode(slashed, "/");
-    if (!path.has_root_name()) return "file://" + PercentEncode(slashed, "/");
-    const bool hasHost = slashed.starts_with("//");  // else a drive, on Windows
-    return (hasHost ? "file:" : "file:///") + PercentEncode(slashed, "/:");
+    const std::string given = ToUriPath(path);
+    const char* const scheme = given.starts_with("//") ? "file:" : given.starts_with('/') ? "file://" : "";
+    return scheme + PercentEncode(given, path.has_root_name() ? "/:" : "/");
 }
 
 // An object with one member.

@@ -26,6 +26,10 @@ std::filesystem::path ToSystemPath(const std::filesystem::path& path);
 // The path as Excel finds the file by it, which may run in another folder than the command.
 std::filesystem::path ToExcelPath(const std::filesystem::path& path);
 
+// The path as a URI of the file has it, in UTF-8 and not yet encoded: with slashes, a relative one without
+// one at its beginning, one on a server with two.
+std::string ToUriPath(const std::filesystem::path& path);
+
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -85,8 +89,8 @@ std::filesystem::path TemporaryFolder(std::error_code& error);
 // False also where one of them is missing.
 bool AreSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
 
-// Two names of files in one folder have the same key if the system takes them for the same file.
-std::filesystem::path NameKey(const std::filesystem::path& name);
+// The same for two paths if the system takes them for the same file, which need not be there yet.
+std::filesystem::path PlaceOf(const std::filesystem::path& file);
 
 // Where there is an ODBC driver for Excel, as a sentence for the user.
 std::string_view DriverAdvice();

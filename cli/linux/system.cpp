@@ -28,6 +28,8 @@ fs::path ToSystemPath(const fs::path& path) { return path; }
 // What takes Excel's place is part of the process.
 fs::path ToExcelPath(const fs::path& path) { return path; }
 
+std::string ToUriPath(const fs::path& path) { return path.generic_string(); }
+
 File OpenFile(const fs::path& path, const char* mode) { return File(std::fopen(path.c_str(), mode)); }
 
 File OpenToReplace(const fs::path& path) { return OpenFile(path, "r+b"); }
@@ -117,7 +119,12 @@ bool AreSameFile(const fs::path& one, const fs::path& other) {
     return fs::equivalent(one, other, ignored);
 }
 
-fs::path NameKey(const fs::path& name) { return name; }
+// Behind all links to it.
+fs::path PlaceOf(const fs::path& file) {
+    std::error_code error;
+    const fs::path place = fs::weakly_canonical(fs::absolute(file, error), error);
+    return error ? file : place;
+}
 
 std::string_view DriverAdvice() { return "On Linux, the package odbc-xls2tki has one."; }
 

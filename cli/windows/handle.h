@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <filesystem>
 #include <memory>
 
 namespace NCli {
@@ -14,5 +15,10 @@ using Handle = std::unique_ptr<void, CloseObject>;
 
 // Of what CreateFile returns; empty where it failed.
 inline Handle OwnFile(HANDLE file) { return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file); }
+
+inline constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Opens whatever it is, to ask for what is known of it.
+Handle OpenToAsk(const std::filesystem::path& path);
 
 }  // namespace NCli

@@ -30,8 +30,6 @@ void SetErrno() {
     errno = reason.category() == std::generic_category() ? reason.value() : EIO;
 }
 
-constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
 // What the runtime opens, nobody can delete meanwhile, not even the handler of signals.
 File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
     Handle file =
@@ -51,12 +49,6 @@ File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
 
 // NOLINTNEXTLINE(performance-no-int-to-ptr): the runtime hands it out as a number
 HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
-
-// Opens whatever it is, to ask for what is known of it.
-Handle OpenToAsk(const fs::path& path) {
-    return OwnFile(CreateFileW(ToSystemPath(path).c_str(), FILE_READ_ATTRIBUTES, kShareWithEverybody, nullptr,
-                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-}
 
 bool IsMissing(const std::error_code& error) {
     static constexpr int kErrors[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_INVALID_NAME,
@@ -87,24 +79,6 @@ std::vector<std::string> ReadArguments(int, const char* const*) {
 fs::path ToPath(std::string_view bytes) { return DecodeUtf8(bytes).text; }
 
 std::string ToBytes(const fs::path& path) { return EncodeUtf8(path.native()); }
-
-// A folder's path may have 248 characters without more ado, a file's 12 more.
-fs::path ToSystemPath(const fs::path& path) {
-    constexpr std::size_t kLongest = 247;
-    std::error_code failure;
-    const std::wstring full = fs::absolute(path, failure).lexically_normal().make_preferred().native();
-    const bool isTaken =
-        failure || full.size() <= kLongest || full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\");
-    if (isTaken) return path;
-    const bool isOnServer = full.starts_with(L"\\\\");
-    return isOnServer ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
-}
-
-fs::path ToExcelPath(const fs::path& path) {
-    std::error_code failure;
-    const fs::path full = fs::absolute(path, failure);
-    return failure ? path : full;
-}
 
 File OpenFile(const fs::path& path, const char* mode) {
     const std::wstring wideMode(mode, mode + std::string_view(mode).size());
@@ -174,12 +148,6 @@ bool AreSameFile(const fs::path& one, const fs::path& other) {
     return known[0].dwVolumeSerialNumber == known[1].dwVolumeSerialNumber &&
            known[0].nFileIndexHigh == known[1].nFileIndexHigh &&
            known[0].nFileIndexLow == known[1].nFileIndexLow;
-}
-
-fs::path NameKey(const fs::path& name) {
-    std::wstring key = name.native();
-    CharUpperBuffW(key.data(), static_cast<DWORD>(key.size()));
-    return key;
 }
 
 std::string_view DriverAdvice() { return "The Microsoft Access Database Engine, of 64 bits, has one."; }

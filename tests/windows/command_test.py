@@ -24,6 +24,7 @@ LINUX_BUILD = Path(sys.argv[3]).resolve()
 tempfile.tempdir = str(LINUX_BUILD.parent)
 LINUX_COMMAND = LINUX_BUILD / "bin/xls2tki"
 SERVER = LINUX_BUILD / "bin/excel_server.exe.so"
+SHARE = Path(os.environ["WINEPREFIX"]) / "dosdevices/unc/srv/share"
 ODBC_DRIVER = LINUX_BUILD / "lib/libxls2tki-odbc.so"
 DRIVER_NAME = "xls2tki Excel Driver (*.xlsx, *.xlsm)"
 TABLE = (EXAMPLES / "powertrain.csv").read_bytes()
@@ -31,6 +32,7 @@ BODY = (EXAMPLES / "base-and-failure-type.xml").read_bytes()
 HELP = "xls2tki: Hint: %s\n"
 NO_SUCH_FILE = HELP % 'There is no file "%s".'
 IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
+UNKNOWN_KIND = 'xls2tki: The kind of "%s" is not known from its extension; use --csv, --excel or --odbc.' + HINT
 LONG = "/".join(["ein langer Name \u4e2d\u6587"] * 16)
 NO_EXCEL = "xls2tki: The application MS Excel 2000 or higher is not installed on this system. Aborting data transformation.\n"
 # Arguments, standard input, exit status, standard error, standard output, and what is in out.xml. In what is expected
@@ -246,22 +248,44 @@ def test_options_of_many_files():
             check(options, Path("one.xml").read_bytes(), Path("many/in.xml").read_bytes())
 
 
-def test_long_paths():
-    with folder(TABLE):
-        os.makedirs(LONG)
-        long_in, long_out = f"{LONG}/in.csv", f"{LONG}/out.xml"
-        Path(long_in).write_bytes(TABLE)
-        Path(long_out).write_bytes(OLD)
-        before = files()
-        for command, expected in [
-                ((long_in, long_out), (0, b"", b"")),
-                ((f"{LONG}/x/../in.csv", f"Z:{os.getcwd()}/{LONG}/new.xml"), (0, b"", b"")),
-                ((long_in, long_in), (2, b"", f'xls2tki: The output "{long_in}" is also the input.\n'.encode())),
-                (("--output-dir", f"{LONG}/new", long_in), (0, f"{long_in}: done\n".encode(), b"xls2tki: 1 file: 1 converted, 0 failed.\n"))]:
-            check(" ".join(command), expected, run("wine", COMMAND, *command))
-        made = [f"./{LONG}/new.xml", f"./{LONG}/new/in.xml"]
-        check("long paths", sorted(before + made), files())
-        check("documents at long paths", [DOCUMENT] * 3, [Path(path).read_bytes() for path in (long_out, *made)])
+def test_paths():
+    """All ways to write one, as each kind of path, in folders with short and with long names."""
+    register_excel("14", "")
+    SHARE.parent.mkdir(parents=True, exist_ok=True)
+    with folder(TABLE), contextlib.ExitStack() as stack:
+        SHARE.symlink_to(os.getcwd())
+        stack.callback(SHARE.unlink)
+        here = "Z:" + os.getcwd().replace("/", "\\") + "\\"
+        for place in "tmp", LONG:
+            os.makedirs(place, exist_ok=True)
+            for name, content in ("in.csv", TABLE), ("table.xlsx", WORKBOOK), ("out.xml", OLD):
+                Path(place, name).write_bytes(content)
+            before = files()
+            made = {f"./{place}/{name}": DOCUMENT for name in ("new.xml", "new/in.xml", "in.xml")}
+            if place != LONG:  # which is too long for Excel
+                made[f"./{place}/excel.xml"] = DOCUMENT
+            for start in ["", "tmp\\..\\", "Z:", here[2:], here, here.replace("\\", "/"), "\\\\srv\\share\\", "//srv/share/",
+                          "\\\\?\\" + here, "//?/" + here.replace("\\", "/"), "\\\\?\\UNC\\srv\\share\\"]:
+                at = start + place.replace("/", "\\")
+                done = f"{at}/in.csv: done\n".encode(), b"xls2tki: 1 file: 1 converted, 0 failed.\n"
+                rows = [((f"{at}\\in.csv", f"{at}/new.xml"), (0, b"", b"")),
+                        (("--output-dir", f"{at}/new", f"{at}/in.csv"), (0, *done)),
+                        (("--output-dir", f"{at}\\", f"{at}/in.csv"), (0, *done)),
+                        ((f"{at}\\in.csv\\", f"{at}\\out.xml"), (2, b"", (UNKNOWN_KIND % f"{at}\\in.csv\\").encode())),
+                        ((f"{at}/in.csv", f"{at}\\in.csv"), (2, b"", f'xls2tki: The output "{at}\\in.csv" is also the input.\n'.encode()))]
+                if place != LONG:
+                    rows += [((f"{at}\\table.xlsx", f"{at}\\excel.xml"), (0, b"", b"")), (("--list-worksheets", f"{at}/table.xlsx"), (0, NAMES, b""))]
+                for command, expected in rows:
+                    check(" ".join(command), expected, run("wine", COMMAND, *command))
+                new = {path: Path(path).read_bytes() for path in files() if path not in before}
+                check("documents by " + at, made, new)
+                for path in new:
+                    Path(path).unlink()
+        check("twice", (2, b"", f'xls2tki: "in.csv" is given twice.{HINT}'.encode()),
+              run("wine", COMMAND, "--output-dir", "o", "\\\\srv\\share\\in.csv", "in.csv"))
+        run("wine", COMMAND, "--vsg", "x", "--sarif", "new.sarif", "//srv/share/in.csv", "NUL")
+        check("URI", True, b'"file://srv/share/in.csv"' in Path("new.sarif").read_bytes())
+    await_servers()
 
 
 def test_hidden_output():
