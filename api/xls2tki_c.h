@@ -132,10 +132,10 @@ typedef struct {
     const Xls2TkiChar* cell; /* as a worksheet names it, such as A7; null for the table as a whole */
     /* Where the row begins in a text file, from 1; 0 for other inputs and for the table as a whole. */
     size_t line;
-    /* One to three sentences in English, on one line: they quote the cell, say what the document has, and
+    /* One to three sentences in English, on one line: they quote the cell, say what becomes of it, and
      * what to do. Nothing in them does harm to a terminal. */
     const Xls2TkiChar* text;
-    size_t cause;      /* from 0: findings of one cause follow each other */
+    size_t cause;      /* from 0: findings with one number have one cause */
     size_t causeCount; /* how many places have the cause, those that are not handed out among them */
 } Xls2TkiFinding;
 
@@ -175,8 +175,8 @@ XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
  * conversion that failed are there as far as the table was read. They stay until the next conversion; the
  * texts of a finding are valid until this function is called again.
  *
- * Findings are in the order of the rules, those of a cause one behind the other by row. For each rule at most
- * 1000 are handed out; the counts have all.
+ * Findings are in the order of the rules. Those of a rule are in the order of rows and columns, the table as
+ * a whole first. For each rule at most 1000 are handed out; the counts have all.
  *
  * False, with `finding` or `count` as they were: `index`, which counts from 0, is behind the last one, or the
  * size is refused, or there is no memory to show it. The message of the conversion stays. */

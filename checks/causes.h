@@ -1,4 +1,4 @@
-// Why something is found. Findings of a rule come in the order of the numbers here.
+// Why something is found.
 #pragma once
 
 #include "checks/collector.h"
@@ -9,6 +9,7 @@ namespace NChecks {
 inline constexpr Cause kEmptyCell{Rule::NumberEmpty, 0};
 inline constexpr Cause kEmptyRow{Rule::NumberEmpty, 1};
 inline constexpr Cause kNoNumberHeld{Rule::NumberEmpty, 2};
+inline constexpr Cause kEmptyColumn{Rule::NumberEmpty, 3};
 
 inline constexpr Cause kNegative{Rule::NumberRange, 0};
 inline constexpr Cause kAboveLimit{Rule::NumberRange, 1};
@@ -26,6 +27,8 @@ inline constexpr Cause kLeadingZeros{Rule::NotationMixed, 5, Severity::Warning};
 inline constexpr Cause kCodeNotTaken{Rule::NotationMixed, 6};
 inline constexpr Cause kPerhapsHex{Rule::NotationMixed, 7, Severity::Warning};
 inline constexpr Cause kCodeRefusesNumbers{Rule::NotationMixed, 8};
+inline constexpr Cause kCodeWidth{Rule::NotationMixed, 9, Severity::Warning};
+inline constexpr Cause kHexHeader{Rule::NotationMixed, 10, Severity::Warning};
 
 inline constexpr Cause kNearMiss{Rule::LayoutNearMiss, 0};
 inline constexpr Cause kTitle{Rule::LayoutNearMiss, 1};
@@ -33,6 +36,7 @@ inline constexpr Cause kFirstRowIsData{Rule::LayoutNearMiss, 2};
 inline constexpr Cause kOtherColumn{Rule::LayoutNearMiss, 3};
 inline constexpr Cause kHeaderAgain{Rule::LayoutNearMiss, 4};
 inline constexpr Cause kOtherColumnPerhaps{Rule::LayoutNearMiss, 5, Severity::Warning};
+inline constexpr Cause kOtherDescription{Rule::LayoutNearMiss, 6, Severity::Warning};
 
 inline constexpr Cause kColumnWithoutHeader{Rule::ColumnLost, 0};
 inline constexpr Cause kBehindEnd{Rule::ColumnLost, 1};

@@ -25,6 +25,7 @@ FindingList Collector::Finish() {
     FindingList list;
     for (std::size_t rule = 0; rule < kRules; ++rule) {
         KeepToLimit(rule);
+        const auto first = static_cast<std::ptrdiff_t>(list.findings.size());
         for (Gathered& gathered : gathered_[rule]) {
             if (gathered.count == 0) continue;
             for (Finding& finding : gathered.findings) {
@@ -34,6 +35,10 @@ FindingList Collector::Finish() {
             list.causes.push_back({static_cast<Rule>(rule), gathered.severity, gathered.count});
             gathered = {};
         }
+        std::ranges::stable_sort(
+            list.findings.begin() + first, list.findings.end(), {}, [](const Finding& finding) {
+                return std::pair(finding.place.row + 1, finding.place.column + 1);  // kNowhere becomes 0
+            });
         kept_[rule] = 0;
     }
     return list;

@@ -36,15 +36,27 @@ void ReportNoHeader(const Table& table, std::size_t column, Collector& collector
     });
 }
 
-void ReportBehindEnd(const Table& table, std::size_t column, Collector& collector) {
-    if (IsBlank(table.Header()[column]) && FilledCells(table, column) == 0) return;
+// Tells whether anything is lost.
+bool ReportBehindEnd(const Table& table, std::size_t column, Collector& collector) {
+    if (IsBlank(table.Header()[column]) && FilledCells(table, column) == 0) return false;
     collector.Add(kBehindEnd, {0, column}, [&] {
         return Say(
-            u"Column %s, %s, is left out with %s, because column %s in front of it is empty from the header "
-            u"to "
-            u"the end. Delete that column.",
+            u"Column %s, %s, is left out with %s, because column %s before it is empty, including its "
+            u"header. "
+            u"Delete "
+            u"column %s.",
             {ColumnName(column), Quote(table.Header()[column]),
-             Counted(FilledCells(table, column), u"cell", u"cells"), ColumnName(table.endColumn)});
+             Counted(FilledCells(table, column), u"cell", u"cells"), ColumnName(table.endColumn),
+             ColumnName(table.endColumn)});
+    });
+    return true;
+}
+
+// The document has nothing but empty DTCs.
+void ReportEmptyFirst(Collector& collector) {
+    collector.Add(kBehindEnd, {0, 0}, [] {
+        return std::u16string(
+            u"Column A is empty, including its header, so no column is read. Delete column A.");
     });
 }
 
@@ -94,33 +106,40 @@ std::vector<std::size_t> SortedItemColumns(const Table& table) {
 void ReportName(const Table& table, std::u16string_view name, std::u16string_view type,
                 Collector& collector) {
     collector.Add(kUnknownName, {}, [&] {
+        for (std::size_t column = 0; column < std::min(table.DescriptionColumn() + 1, table.endColumn);
+             ++column) {
+            if (Trim(table.Header()[column]) != Trim(name)) continue;
+            return Say(
+                u"%s is %s, not an item, so it does not get the type %s.",
+                {NameCell({0, column}, table.Header()[column]),
+                 column == table.DescriptionColumn() ? u"the description" : u"a column of numbers", type});
+        }
         const std::size_t nearest = NearestColumn(table, Trim(name));
         const std::u16string hint =
             nearest == kNowhere
                 ? u""
                 : Say(u" The nearest header is %s.", {NameCell({0, nearest}, table.Header()[nearest])});
-        return Say(u"No item column has the header %s, so none gets the type %s by it.%s",
+        return Say(u"No item column has the header %s, so none gets the type %s from it.%s",
                    {Quote(name), type, hint});
     });
 }
 
 }  // namespace
 
-void CheckColumns(const Table& table, Collector& collector) {
-    const std::size_t columns = table.ColumnCount();
-    for (std::size_t column = 0; column < table.endColumn; ++column) {
+void CheckColumns(const Table& table, bool hasNumbers, Collector& collector) {
+    if (table.endColumn == 0) return ReportEmptyFirst(collector);
+    for (std::size_t column = hasNumbers ? 0 : 1; column < table.endColumn; ++column) {
         if (IsBlank(table.Header()[column])) ReportNoHeader(table, column, collector);
     }
-    for (std::size_t column = table.endColumn + 1; column < columns; ++column) {
-        ReportBehindEnd(table, column, collector);
+    bool isAnyLost = false;
+    for (std::size_t column = table.endColumn + 1; column < table.ColumnCount(); ++column) {
+        isAnyLost = ReportBehindEnd(table, column, collector) || isAnyLost;
     }
-    const std::size_t description = table.DescriptionColumn();
-    if (table.RowCount() > 1 && (description >= table.endColumn)) {
-        collector.Add(kNoDescription, {}, [] {
-            return std::u16string(
-                u"The table has no column for descriptions: no DTC has one. Add it behind the numbers.");
-        });
-    }
+    if (isAnyLost || table.RowCount() == 1 || table.DescriptionColumn() < table.endColumn) return;
+    collector.Add(kNoDescription, {}, [] {
+        return std::u16string(
+            u"The table has no column for descriptions: no DTC has one. Add it right behind the numbers.");
+    });
 }
 
 void CheckItemHeaders(const Table& table, const Wishes& wishes, Collector& collector) {
@@ -131,7 +150,7 @@ void CheckItemHeaders(const Table& table, const Wishes& wishes, Collector& colle
         const std::size_t column = columns[index];
         if (header(before) != header(column)) continue;
         collector.Add(kSameHeader, {0, column}, [&] {
-            return Say(u"%s is the header of column %s, too: two items have the same name. Rename one.",
+            return Say(u"%s is also the header of column %s: two items have the same name. Rename one.",
                        {Quote(header(column)), ColumnName(before)});
         });
     }

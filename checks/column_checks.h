@@ -6,7 +6,8 @@
 
 namespace NChecks {
 
-void CheckColumns(const Table& table, Collector& collector);
+// `hasNumbers`: the numbers are in the number columns.
+void CheckColumns(const Table& table, bool hasNumbers, Collector& collector);
 
 // Item columns with the same header, and names of the caller that no item column has.
 void CheckItemHeaders(const Table& table, const Wishes& wishes, Collector& collector);

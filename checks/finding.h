@@ -48,7 +48,7 @@ struct Finding {
     Place place;
     std::size_t line = 0;  // of the file, from 1; 0 where the input has no lines
     std::size_t cause;     // index of the cause
-    std::u16string text;   // one sentence or two: the cell, what the document has, what to do
+    std::u16string text;   // two sentences or so: the cell, what becomes of it, what to do
 };
 
 // What several places may have in common.
@@ -60,8 +60,9 @@ struct FoundCause {
 
 struct FindingList {
     std::vector<FoundCause> causes;  // by rule
-    std::vector<Finding> findings;   // by cause, then by place; at most kMostPlaces for each rule
-    bool isComplete = true;          // false: not all of the table was looked at
+    // By rule, then by place, those of the table as a whole first; at most kMostPlaces for each rule.
+    std::vector<Finding> findings;
+    bool isComplete = true;  // false: not all of the table was looked at
 };
 
 inline constexpr std::size_t kMostPlaces = 1000;

@@ -1,6 +1,9 @@
 #include "checks/notation_checks.h"
 
+#include <algorithm>
+
 #include "checks/causes.h"
+#include "checks/header_meaning.h"
 #include "checks/sentence.h"
 #include "document/cell_text.h"
 
@@ -28,11 +31,14 @@ class NotationChecks {
 
     void Run() {
         if (role_ == NumberRole::DtcNumber) {
-            if (!CheckLetters()) CheckCodes();
+            if (CheckHeader()) return;
+            CheckLetters();
+            CheckCodes();
         } else {
             CheckRefusedHex();
             CheckRefusedNumbers();
         }
+        CheckWidths();
         if (role_ != NumberRole::Spn && role_ != NumberRole::Fmi) CheckLeadingZeros();
     }
 
@@ -40,12 +46,21 @@ class NotationChecks {
     [[nodiscard]] std::u16string_view Text(std::size_t row) const { return table_.Row(row)[column_]; }
     [[nodiscard]] std::u16string Name(std::size_t row) const { return NameCell({row, column_}, Text(row)); }
 
-    // "214 numbers such as A2 "1234" are written as 4660"
-    [[nodiscard]] std::u16string Written(const Tally& numbers) const {
-        const auto number = static_cast<std::int32_t>(reader_.Read(role_, Text(numbers.first)));
-        if (numbers.count == 1) return Say(u"1 number, %s, is written as %d", {Name(numbers.first), number});
-        return Say(u"%d numbers such as %s are written as %d",
-                   {Count(numbers.count), Name(numbers.first), number});
+    [[nodiscard]] std::int32_t Number(std::size_t row) const {
+        return static_cast<std::int32_t>(reader_.Read(role_, Text(row)));
+    }
+
+    // "214 numbers change: A2 "1234", for example, becomes 4660"
+    [[nodiscard]] std::u16string Changed(const Tally& numbers) const {
+        if (numbers.count == 1) return Say(u"%s becomes %d", {Name(numbers.first), Number(numbers.first)});
+        return Say(u"%d numbers change: %s, for example, becomes %d",
+                   {Count(numbers.count), Name(numbers.first), Number(numbers.first)});
+    }
+
+    // "A2 "1234" is", "214 numbers such as A2 "1234" are"
+    [[nodiscard]] std::u16string Are(const Tally& numbers) const {
+        if (numbers.count == 1) return Say(u"%s is", {Name(numbers.first)});
+        return Say(u"%d numbers such as %s are", {Count(numbers.count), Name(numbers.first)});
     }
 
     [[nodiscard]] std::size_t FirstWithLetter() const {
@@ -54,8 +69,10 @@ class NotationChecks {
         return row;
     }
 
-    bool CheckLetters();
+    bool CheckHeader();
+    void CheckLetters();
     void CheckCodes();
+    void CheckWidths();
     void CheckRefusedHex();
     void CheckRefusedNumbers();
     void CheckLeadingZeros();
@@ -71,15 +88,16 @@ class NotationChecks {
 };
 
 // Letters from A to F make the column hexadecimal. Many hexadecimal numbers show that it is meant to be.
-bool NotationChecks::CheckLetters() {
+void NotationChecks::CheckLetters() {
     constexpr std::size_t kShareOfWords = 4;
-    if (!table_.notation.hexDigits || tallies_.dependentDigits.count == 0) return false;
+    if (!table_.notation.hexDigits || tallies_.dependentDigits.count == 0) return;
     const std::size_t words = tallies_.hexWords.count;
-    if (words > 1 && words * kShareOfWords >= words + tallies_.digits.count) return false;
+    if (words > 1 && words * kShareOfWords >= words + tallies_.digits.count) return;
+    if (words > 0 && SaysHexadecimal(table_.Header()[column_])) return;
     const std::u16string cell = Name(words == 0 ? FirstWithLetter() : tallies_.hexWords.first);
-    const auto tell = [&](std::u16string_view cure) {
+    const auto tell = [&](std::u16string_view advice) {
         return Say(u"Cell %s makes the whole column hexadecimal: %s. %s",
-                   {cell, Written(tallies_.dependentDigits), cure});
+                   {cell, Changed(tallies_.dependentDigits), advice});
     };
     if (words == 0) {
         collector_.Add(kLetters, {}, [&] {
@@ -90,7 +108,6 @@ bool NotationChecks::CheckLetters() {
             return tell(u"If they are hexadecimal, write 0x before each number; if not, correct the cell.");
         });
     }
-    return true;
 }
 
 // Adds those of the exact cells that `isWanted` chooses by how they are read.
@@ -117,26 +134,60 @@ void NotationChecks::CheckCodes() {
     if (codes.count == tallies_.hexCodes.count && numbers + tallies_.prefixed.count > 0) {
         AddCells(kEitherCodeOrHex, isCode, [this](std::size_t row) {
             return Say(
-                u"%s can be an SAE code or a hexadecimal number; it is read as a code, and the document has "
-                u"%d. "
-                u"Write a hexadecimal number with 0x.",
-                {Quote(Text(row)), static_cast<std::int32_t>(reader_.Read(role_, Text(row)))});
+                u"%s can be an SAE code or a hexadecimal number; it is read as a code, and the number "
+                u"becomes "
+                u"%d. Write a hexadecimal number with 0x.",
+                {Quote(Text(row)), Number(row)});
         });
     } else if (numbers > 0 && numbers <= codes.count) {
         AddCells(kNumberAmongCodes, isNumber, [this](std::size_t row) {
             return Say(
-                u"%s stands among SAE codes, but has no letter P, C, B or U; the document has %d. "
-                u"If it is a code, write its letter; if not, write the number with 0x.",
-                {Quote(Text(row)), static_cast<std::int32_t>(reader_.Read(role_, Text(row)))});
+                u"%s has no letter P, C, B or U, but there are SAE codes in the column; the number becomes "
+                u"%d. If it is a code, add the letter; if not, write it in hexadecimal with 0x.",
+                {Quote(Text(row)), Number(row)});
         });
     } else if (numbers > 0) {
         AddCells(kCodeAmongNumbers, isCode, [this](std::size_t row) {
             return Say(
-                u"%s stands among numbers and is read as an SAE code; the document has %d. "
-                u"Correct it if it is none.",
-                {Quote(Text(row)), static_cast<std::int32_t>(reader_.Read(role_, Text(row)))});
+                u"%s is read as an SAE code, unlike most cells of the column; the number becomes %d. Correct "
+                u"it if it is not a code.",
+                {Quote(Text(row)), Number(row)});
         });
     }
+}
+
+// Codes with a failure type among codes without, or the other way round: few unlike the many.
+void NotationChecks::CheckWidths() {
+    const auto* const many = std::ranges::max_element(tallies_.codesBySize, {}, &Tally::count);
+    if (many->count * 4 < tallies_.codes.count * 3) return;
+    const auto usual = static_cast<std::size_t>(many - tallies_.codesBySize) * 2 + 3;
+    const auto isOther = [&](DtcNotation notation, std::u16string_view text) {
+        return notation == DtcNotation::Sae && text.size() != usual;
+    };
+    if (many->count == tallies_.codes.count) return;
+    AddCells(kCodeWidth, isOther, [&](std::size_t row) {
+        const std::size_t size = Trim(Text(row)).size();
+        return Say(
+            u"%s has %d characters, but most codes of the column have %d: its number has %s, theirs have %d. "
+            u"Correct it if it should be like them.",
+            {Quote(Text(row)), Count(size), Count(usual), Counted((size - 1) / 2, u"byte", u"bytes"),
+             Count((usual - 1) / 2)});
+    });
+}
+
+// Whether decimal numbers stand below a header that says something else.
+bool NotationChecks::CheckHeader() {
+    const Tally& digits = tallies_.dependentDigits;
+    if (table_.notation.hexDigits || digits.count == 0) return false;
+    const std::u16string_view header = table_.Header()[column_];
+    if (!SaysHexadecimal(header)) return false;
+    collector_.Add(kHexHeader, {0, column_}, [&] {
+        return Say(
+            u"%s says hexadecimal, but %s read as decimal, because no cell has a letter from A to F. Write "
+            u"all numbers with 0x.",
+            {Quote(header), Are(digits)});
+    });
+    return true;
 }
 
 void NotationChecks::CheckRefusedHex() {
@@ -145,11 +196,9 @@ void NotationChecks::CheckRefusedHex() {
     if (words.count == 0 || digits.count == 0 || role_ == NumberRole::Spn || role_ == NumberRole::Fmi) return;
     collector_.Add(kPerhapsHex, {}, [&] {
         return Say(
-            u"Cell %s is hexadecimal, so others of the column may be, too; %s as a decimal number: %s. Write "
+            u"Cell %s is hexadecimal, so other cells may be hexadecimal, too, but %s read as decimal. Write "
             u"hexadecimal numbers with 0x.",
-            {Name(words.first), digits.count == 1 ? u"one is read" : u"each is read",
-             digits.count == 1 ? Name(digits.first)
-                               : Say(u"%d such as %s", {Count(digits.count), Name(digits.first)})});
+            {Name(words.first), Are(digits)});
     });
 }
 
@@ -161,10 +210,9 @@ void NotationChecks::CheckRefusedNumbers() {
     while (!LooksLikeSae(Text(row))) ++row;
     collector_.Add(kCodeRefusesNumbers, {}, [&] {
         return Say(
-            u"Cell %s makes the whole column SAE codes: %s such as %s cannot be read. Write all base DTCs in "
-            u"one "
+            u"Cell %s makes the whole column SAE codes, but %s not SAE codes. Write all base DTCs in one "
             u"notation.",
-            {Name(row), Counted(numbers.count, u"number", u"numbers"), Name(numbers.first)});
+            {Name(row), Are(numbers)});
     });
 }
 
@@ -175,9 +223,9 @@ void NotationChecks::CheckLeadingZeros() {
     };
     AddCells(kLeadingZeros, hasLeadingZero, [this](std::size_t row) {
         return Say(
-            u"%s is read as the decimal number %d. If it is hexadecimal, write it with 0x, and the others, "
-            u"too; if not, leave out the zeros in front.",
-            {Quote(Text(row)), static_cast<std::int32_t>(reader_.Read(role_, Text(row)))});
+            u"%s is read as the decimal number %d. If it is hexadecimal, write all numbers of the column "
+            u"with 0x; if not, remove the leading zeros.",
+            {Quote(Text(row)), Number(row)});
     });
 }
 

@@ -47,9 +47,17 @@ std::u16string_view LimitOf(NumberRole role, bool isDecimal) {
         case NumberRole::FailureType:
             return u"above 255, the highest failure type";
         default:
-            return isDecimal ? u"above 2147483647, the highest decimal number that is understood"
-                             : u"longer than the 8 digits of the highest number";
+            return isDecimal ? u"above 2147483647, the highest decimal number"
+                             : u"longer than 8 hexadecimal digits";
     }
+}
+
+// Of a text that is all digits.
+bool IsBelow32Bits(std::u16string_view digits) {
+    constexpr std::uint64_t kEnd = std::uint64_t{1} << 32;
+    std::uint64_t number = 0;
+    for (const char16_t digit : digits) number = std::min(kEnd, number * 10 + (digit - u'0'));
+    return number < kEnd;
 }
 
 bool IsSameText(std::u16string_view one, std::u16string_view other) {
@@ -96,6 +104,7 @@ void NumberChecks::Count(const Cell& cell, const NumberReader::Reading& reading)
     const std::u16string_view text = Trim(reading.text);
     if (reading.notation == DtcNotation::Sae) {
         tallies.codes.Add(row);
+        tallies.codesBySize[text.size() / 2 - 1].Add(row);
         if (text[0] == u'B' || text[0] == u'C') tallies.hexCodes.Add(row);
     } else if (reading.notation == DtcNotation::PrefixedHex) {
         tallies.prefixed.Add(row);
@@ -119,36 +128,40 @@ void NumberChecks::ReportEmpty(const Cell& cell) {
     if (const auto* const value = HeldIn(cell.place)) {
         return collector_.Add(kNoNumberHeld, cell.place, [&] {
             return Say(u"The cell holds %s, which is read as an empty cell; %s. Enter the number.",
-                       {DescribeValue(*value), DocumentHas(cell.place.row)});
+                       {DescribeValue(*value), Outcome(cell.place.row)});
         });
     }
     if (IsBlankRow(table_.Row(cell.place.row))) {
         if (cell.place.column > 0) return;
         return collector_.Add(kEmptyRow, cell.place, [&] {
-            return Say(u"The row is empty but for separators; %s. Delete it.", {DocumentHas(cell.place.row)});
+            return Say(u"The row is empty%s; %s. Delete it.",
+                       {wishes_.separator == 0 ? u"" : u" except for separators", Outcome(cell.place.row)});
         });
     }
     collector_.Add(kEmptyCell, cell.place, [&] {
-        return Say(u"%s is no number; %s. Fill it in.", {Quote(cell.text), DocumentHas(cell.place.row)});
+        return Say(u"The cell %s; %s. Fill it in.",
+                   {cell.text.empty() ? u"is empty" : u"has only white space", Outcome(cell.place.row)});
     });
 }
 
 void NumberChecks::ReportRange(const Cell& cell, Verdict verdict) {
     if (verdict == Verdict::Negative) {
         return collector_.Add(kNegative, cell.place, [&] {
-            return Say(u"%s is negative; %s. Write the number without a sign.",
-                       {Quote(cell.text), DocumentHas(cell.place.row)});
+            return Say(u"%s is negative; %s. Write it without the sign.",
+                       {Quote(cell.text), Outcome(cell.place.row)});
         });
     }
     const bool isHexByOthers = table_.notation.hexDigits && cell.role == NumberRole::DtcNumber;
     if (isHexByOthers && IsAllDigits(Trim(cell.text))) tallies_[0].dependentDigits.Add(cell.place.row);
     collector_.Add(kAboveLimit, cell.place, [&] {
         const bool isDecimal = IsAllDigits(Trim(cell.text)) && !table_.notation.hexDigits;
-        const bool needsPrefix = isDecimal && cell.role == NumberRole::DtcNumber;
-        return Say(
-            u"%s is %s; %s. %s",
-            {Quote(cell.text), LimitOf(cell.role, isDecimal), DocumentHas(cell.place.row),
-             needsPrefix ? u"Correct it, or write it as a hexadecimal number with 0x." : u"Correct it."});
+        // A letter in it would make the others hexadecimal, so all have to be.
+        const bool fitsInHex =
+            isDecimal && cell.role == NumberRole::DtcNumber && IsBelow32Bits(Trim(cell.text));
+        return Say(u"%s is %s; %s. %s",
+                   {Quote(cell.text), LimitOf(cell.role, isDecimal), Outcome(cell.place.row),
+                    fitsInHex ? u"Correct it, or write all numbers of the column in hexadecimal with 0x."
+                              : u"Correct it."});
     });
 }
 
@@ -171,7 +184,7 @@ void NumberChecks::ReportExponent(const Cell& cell) {
                 ? Say(u"The cell holds %s, read as %s", {DescribeValue(*value), Quote(cell.text)})
                 : Say(u"A spreadsheet program has rounded the number to %s", {Quote(cell.text)});
         return Say(u"%s; %s. Format the column as text and enter the number again.",
-                   {held, DocumentHas(cell.place.row)});
+                   {held, Outcome(cell.place.row)});
     });
 }
 
@@ -180,7 +193,7 @@ void NumberChecks::ReportAsUnreadable(const Cell& cell) {
     if (reason == Unreadable::HexWithoutPrefix)
         tallies_[cell.place.column].refusedHexWords.Add(cell.place.row);
     collector_.Add(CauseOf(reason), cell.place, [&] {
-        return TellUnreadable(reason, cell.role, cell.text, table_.notation, DocumentHas(cell.place.row));
+        return TellUnreadable(reason, cell.role, cell.text, table_.notation, Outcome(cell.place.row));
     });
 }
 
@@ -196,25 +209,25 @@ void NumberChecks::ReportRefusedNumbers() {
     }
 }
 
-// Where tables were put together, the header stands among the rows again.
+// Where tables were put together, the header is among the rows again.
 bool NumberChecks::ReportHeader(const Cell& cell) {
     const VTableRow& row = table_.Row(cell.place.row);
     const VTableRow& header = table_.Header();
     if (!IsSameText(row[0], header[0]) || !IsSameText(row[1], header[1])) return false;
     if (cell.place.column > 0) return true;
     collector_.Add(kHeaderAgain, cell.place, [&] {
-        return Say(u"The header stands here again: %s; %s. Delete the row.",
-                   {Quote(cell.text), DocumentHas(cell.place.row)});
+        return Say(u"%s is the header again; %s. Delete the row.",
+                   {Quote(cell.text), Outcome(cell.place.row)});
     });
     return true;
 }
 
-// "the document has 291"
-std::u16string NumberChecks::DocumentHas(std::size_t row) {
+// What the row becomes, whether or not there is a document.
+std::u16string NumberChecks::Outcome(std::size_t row) {
     try {
-        return Say(u"the document has %d", {reader_.NumberOf(table_.Row(row), false)});
+        return Say(u"the number becomes %d", {reader_.NumberOf(table_.Row(row), false)});
     } catch (const VSimpleXMLCreation::VSimpleXMLException&) {
-        return u"there is no document";
+        return u"the conversion fails";
     }
 }
 

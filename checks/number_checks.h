@@ -25,12 +25,13 @@ struct Tally {
 // The cells of a number column by what they look like. A cell may count more than once.
 struct NumberTallies {
     // Those whose numbers the document has exactly.
-    Tally codes;         // SAE codes
-    Tally hexCodes;      // those of them that could be hexadecimal numbers
-    Tally prefixed;      // hexadecimal with 0x
-    Tally hexWords;      // hexadecimal without 0x, with a letter
-    Tally digits;        // digits alone
-    Tally leadingZeros;  // those of them that begin with a zero and are read as decimal
+    Tally codes;           // SAE codes
+    Tally codesBySize[4];  // those of 3, 5, 7 and 9 characters
+    Tally hexCodes;        // those of them that could be hexadecimal numbers
+    Tally prefixed;        // hexadecimal with 0x
+    Tally hexWords;        // hexadecimal without 0x, with a letter
+    Tally digits;          // digits alone
+    Tally leadingZeros;    // those of them that begin with a zero and are read as decimal
     // Digits that are another number in hexadecimal than in decimal, too long ones among them.
     Tally dependentDigits;
     // Hexadecimal without 0x where that is not understood.
@@ -66,7 +67,7 @@ class NumberChecks {
     bool ReportHeader(const Cell& cell);
     void ReportAsUnreadable(const Cell& cell);
     void ReportRefusedNumbers();
-    std::u16string DocumentHas(std::size_t row);
+    std::u16string Outcome(std::size_t row);
     [[nodiscard]] std::u16string Texts(std::size_t row) const;
 
     const Table& table_;

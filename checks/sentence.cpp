@@ -12,14 +12,6 @@ namespace {
 
 constexpr std::size_t kMostQuoted = 40;
 
-std::u16string HexText(char32_t character) {
-    std::u16string digits;
-    for (int shift = character > 0xFFFF ? 20 : 12; shift >= 0; shift -= 4) {
-        digits.push_back(u"0123456789ABCDEF"[character >> shift & 0xF]);
-    }
-    return digits;
-}
-
 }  // namespace
 
 std::u16string Quote(std::u16string_view text) {
@@ -35,6 +27,14 @@ std::u16string Quote(std::u16string_view text) {
     if (shown.size() < text.size()) quoted += u"...";
     quoted += u'"';
     return quoted;
+}
+
+std::u16string HexText(std::uint32_t number) {
+    std::u16string digits;
+    for (int shift = 28; shift >= 0; shift -= 4) {
+        if (shift < 16 || number >> shift != 0) digits.push_back(u"0123456789ABCDEF"[number >> shift & 0xF]);
+    }
+    return digits;
 }
 
 std::u16string CodePoint(char32_t character) { return Say(u"U+%s", {HexText(character)}); }

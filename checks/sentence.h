@@ -15,6 +15,9 @@ namespace NChecks {
 // rest is shown, becomes "<U+0009>". A long text is cut, never within a surrogate pair, and ends with "...".
 std::u16string Quote(std::u16string_view text);
 
+// At least four digits.
+std::u16string HexText(std::uint32_t number);
+
 // "U+0420"
 std::u16string CodePoint(char32_t character);
 

@@ -25,8 +25,9 @@ std::size_t LineFeeds(std::u16string_view text) {
 void ReportUnfinished(const Unfinished& unfinished, Collector& collector) {
     collector.Add(kUnfinishedQuote, unfinished.place, [&] {
         return Say(
-            u"The double quote with which this cell begins is not closed: %s. Its row and all behind it, %s, "
-            u"are left out. Close it, or remove it.",
+            u"The double quote at the beginning of this cell is never closed: %s. This row and all rows "
+            u"after "
+            u"it, %s, are left out. Close the quote, or remove it.",
             {Quote(unfinished.text), Counted(LineFeeds(unfinished.text), u"line", u"lines")});
     });
 }
@@ -42,9 +43,8 @@ bool ReportCarriageReturns(VHeapIterator& iterator, Collector& collector) {
     if (lines == 0) return false;
     collector.Add(kCarriageReturns, {}, [&] {
         return Say(
-            u"The lines of the file end in carriage returns alone: %s of it became part of the header, and "
-            u"there "
-            u"is no DTC. Save the file with other line ends.",
+            u"The lines of the file end in carriage returns only: %s became part of the header, and there is "
+            u"no DTC. Save the file with other line ends.",
             {Counted(lines, u"line", u"lines")});
     });
     return true;
@@ -66,11 +66,35 @@ void CheckEdges(VHeapIterator& iterator, const VCSVReader::WorksheetFacts& facts
     CheckEdges(facts, rows, columns, collector);
 }
 
+// Cells of a worksheet that only read as empty do not count.
+bool IsEmptyColumn(const Table& table, std::size_t column, const VCSVReader::WorksheetFacts* facts) {
+    const auto isHere = [column](const VCSVReader::HeldValue& value) { return value.column == column; };
+    if (facts != nullptr && std::ranges::any_of(facts->values, isHere)) return false;
+    std::size_t row = 1;
+    while (row < table.RowCount() && IsBlank(table.Row(row)[column])) ++row;
+    return row == table.RowCount();
+}
+
+// Whether no row has a number because a whole column is empty. A single row is told as such.
+bool ReportEmptyNumbers(const Table& table, const Wishes& wishes, Collector& collector) {
+    bool isAny = false;
+    for (std::size_t column = 0; column < NumberColumns(table.layout); ++column) {
+        if (table.RowCount() <= 2 || !IsEmptyColumn(table, column, wishes.worksheet)) continue;
+        isAny = true;
+        collector.Add(kEmptyColumn, {0, column}, [&] {
+            return Say(u"All cells below %s are empty, so no DTC has its number. Fill them in.",
+                       {Quote(table.Header()[column])});
+        });
+    }
+    return isAny;
+}
+
 void CheckRows(const Table& table, const Wishes& wishes, const LayoutVerdict& verdict, TextChecks& texts,
                Collector& collector) {
     NumberChecks numbers(table, wishes, collector);
     const std::size_t description = table.DescriptionColumn();
-    const bool hasNumbers = verdict.hasNumbers && !table.IsSkipped(NumberColumns(table.layout) - 1);
+    const bool hasNumbers =
+        verdict.hasNumbers && !table.IsSkipped(0) && !ReportEmptyNumbers(table, wishes, collector);
     const bool hasDescription =
         verdict.hasNumbers && description < table.endColumn && !table.IsSkipped(description);
     for (std::size_t row = 1; row < table.RowCount(); ++row) {
@@ -94,7 +118,8 @@ void CheckTable(VHeapIterator& iterator, const Wishes& wishes, Collector& collec
     if (wishes.worksheet != nullptr) CheckValues(table, *wishes.worksheet, collector);
     if (!verdict.hasHeader) return;
     if (table.RowCount() == 1 && !collector.Has(Rule::RowLost)) ReportNoRows(collector);
-    CheckColumns(table, collector);
+    CheckColumns(table, verdict.hasNumbers, collector);
+    if (table.endColumn == 0) return;
     CheckItemHeaders(table, wishes, collector);
 }
 

@@ -153,7 +153,7 @@ void TextChecks::Report(Place place, std::u16string_view cell, const Suspects& s
             char16_t meant[2];
             const std::u16string_view character(meant, NPlatform::EncodeUtf16(sequence.character, meant));
             return Say(
-                u"%s is UTF-8 that was read as 8-bit text: the document has %s instead of %s. Read the "
+                u"%s is UTF-8 that was read as 8-bit text: it has %s instead of %s. Read the "
                 u"file as UTF-8, or correct the text.",
                 {Quote(cell), Quote(cell.substr(suspects.utf8, sequence.length)), Quote(character)});
         });
@@ -178,7 +178,7 @@ void TextChecks::Report(Place place, std::u16string_view cell, const Suspects& s
     }
     if (suspects.halfPair != kNowhere) {
         return collector_.Add(kHalfPair, place, [&] {
-            return Say(u"%s has half of a surrogate pair, %s; the document has U+FFFD. Correct the text.",
+            return Say(u"%s has half of a surrogate pair, %s, which becomes U+FFFD. Correct the text.",
                        {Quote(cell), CodePoint(cell[suspects.halfPair])});
         });
     }

@@ -6,11 +6,17 @@
 #include "checks/characters.h"
 #include "checks/number_form.h"
 #include "checks/sentence.h"
+#include "document/cell_text.h"
+#include "document/dtc_convert.h"
 
 namespace NChecks {
 
+using VSimpleXMLCreation::DtcNotation;
+using VSimpleXMLCreation::LooksLikeSae;
 using VSimpleXMLCreation::NumberNotation;
 using VSimpleXMLCreation::NumberRole;
+using VSimpleXMLCreation::UpperCase;
+using VSimpleXMLCreation::VDTCConvert;
 
 namespace {
 
@@ -49,12 +55,13 @@ std::u16string_view KindOf(NumberRole role, std::u16string_view cell, NumberNota
     if (role == NumberRole::Spn) return u"an SPN";
     if (role == NumberRole::Fmi) return u"an FMI";
     if (role == NumberRole::FailureType) return u"a failure type";
-    if (BeginsLikeCode(Strip(cell), notation)) return u"an SAE code";
-    if (role == NumberRole::BaseDtc) return notation.saeCodes ? u"an SAE code" : u"a base DTC";
+    if (notation.saeCodes || BeginsLikeCode(Strip(cell), notation)) return u"an SAE code";
+    if (role == NumberRole::BaseDtc) return u"a base DTC";
     return notation.hexDigits ? u"a hexadecimal number" : u"a decimal number";
 }
 
-std::u16string CureOf(Unreadable reason, NumberRole role, std::u16string_view cell) {
+std::u16string AdviceFor(Unreadable reason, NumberRole role, std::u16string_view cell,
+                         NumberNotation notation) {
     switch (reason) {
         case Unreadable::WithFailureType:
             return u"Put the failure type in a column of its own.";
@@ -62,7 +69,7 @@ std::u16string CureOf(Unreadable reason, NumberRole role, std::u16string_view ce
             return u"Remove the blanks and invisible characters around it.";
         case Unreadable::LookAlike: {
             const auto* const unit = std::find_if(cell.begin(), cell.end(), IsLookAlike);
-            return Say(u"%s only looks like a letter or digit of ours: type it again.", {CodePoint(*unit)});
+            return Say(u"%s only looks like a Latin letter or digit. Type it again.", {CodePoint(*unit)});
         }
         case Unreadable::HexWithoutPrefix:
             return IsOnlyDecimal(role) ? u"Write it as a decimal number."
@@ -74,11 +81,26 @@ std::u16string CureOf(Unreadable reason, NumberRole role, std::u16string_view ce
         case Unreadable::MalformedCode:
             return u"An SAE code is P, C, B or U and 2, 4, 6 or 8 hexadecimal digits, the first of them 0 to "
                    u"3.";
+        case Unreadable::Placeholder:
+            return HoldsCodes(role) && notation.saeCodes ? u"Fill in the code, or delete the row."
+                                                         : u"Fill in the number, or delete the row.";
         default:
-            return IsOnlyDecimal(role)
-                       ? u"Write it with decimal digits alone."
-                       : u"Write it with decimal digits alone, or with 0x and hexadecimal digits.";
+            if (role == NumberRole::DtcNumber && notation.saeCodes) {
+                return u"Write an SAE code, or a hexadecimal number with 0x.";
+            }
+            // In a column of DTC numbers, 0x changes how others are read.
+            return IsOnlyDecimal(role) || role == NumberRole::DtcNumber
+                       ? u"Write its digits alone."
+                       : u"Write decimal digits alone, or 0x and hexadecimal digits.";
     }
+}
+
+// The code itself may be right: its number in hexadecimal is read in any column.
+std::u16string AdviceForCode(std::u16string_view cell) {
+    const std::u16string code = UpperCase(Strip(cell));
+    if (LooksLikeSae(code)) return u"Remove the blanks after it.";
+    const VDTCConvert number(code, DtcNotation::Sae);
+    return Say(u"Write 0x%s instead.", {HexText(static_cast<std::uint32_t>(number.GetValue()))});
 }
 
 }  // namespace
@@ -100,6 +122,8 @@ Unreadable WhyUnreadable(NumberRole role, std::u16string_view cell, NumberNotati
     }
     if (IsNumberInBlanks(cell)) return Unreadable::BlanksAround;
     if (std::any_of(cell.begin(), cell.end(), IsLookAlike)) return Unreadable::LookAlike;
+    const bool isCodeOfLetters = BeginsLikeCode(text, notation) && IsAllHexDigits(text.substr(1));
+    if (!isCodeOfLetters && std::none_of(text.begin(), text.end(), IsDigit)) return Unreadable::Placeholder;
     if (HoldsCodes(role) &&
         (BeginsLikeCode(text, notation) || (role == NumberRole::BaseDtc && notation.saeCodes))) {
         return Unreadable::MalformedCode;
@@ -113,16 +137,15 @@ Cause CauseOf(Unreadable reason) {
 }
 
 std::u16string TellUnreadable(Unreadable reason, NumberRole role, std::u16string_view cell,
-                              NumberNotation notation, std::u16string_view documentHas) {
+                              NumberNotation notation, std::u16string_view outcome) {
     if (reason == Unreadable::CodeNotTaken) {
         return Say(
-            u"%s is not taken for an SAE code, because no cell of the column has exactly 5 or 7 characters "
-            u"and "
-            u"begins with P, C, B or U; %s. Write a hexadecimal number with 0x, and no blanks behind a code.",
-            {Quote(cell), documentHas});
+            u"%s is not read as an SAE code, because no cell of the column has exactly 5 or 7 characters and "
+            u"begins with P, C, B or U; %s. %s",
+            {Quote(cell), outcome, AdviceForCode(cell)});
     }
     return Say(u"%s is not %s; %s. %s",
-               {Quote(cell), KindOf(role, cell, notation), documentHas, CureOf(reason, role, cell)});
+               {Quote(cell), KindOf(role, cell, notation), outcome, AdviceFor(reason, role, cell, notation)});
 }
 
 }  // namespace NChecks

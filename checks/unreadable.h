@@ -18,6 +18,7 @@ enum class Unreadable {
     LargePrefix,       // 0X where only 0x is understood
     PrefixNotTaken,    // 0x where only decimal numbers are understood
     MalformedCode,     // begins like an SAE code
+    Placeholder,       // without a digit: TBD, n/a, ?
     Other,
 };
 
@@ -27,9 +28,9 @@ Unreadable WhyUnreadable(VSimpleXMLCreation::NumberRole role, std::u16string_vie
 
 Cause CauseOf(Unreadable reason);
 
-// The sentence; `documentHas` is its middle.
+// The sentence; `outcome` is its middle.
 std::u16string TellUnreadable(Unreadable reason, VSimpleXMLCreation::NumberRole role,
                               std::u16string_view cell, VSimpleXMLCreation::NumberNotation notation,
-                              std::u16string_view documentHas);
+                              std::u16string_view outcome);
 
 }  // namespace NChecks

@@ -80,9 +80,8 @@ void CheckValues(const Table& table, const WorksheetFacts& facts, Collector& col
         const Place place{value.row, value.column};
         collector.Add(kRounded, place, [&] {
             const std::u16string_view text = table.Row(place.row)[place.column];
-            return Say(
-                u"The cell holds %s; the document has %s. %s",
-                {DescribeValue(value), text.empty() ? u"nothing" : Quote(text), AdviceFor(value.kind)});
+            return Say(u"The cell holds %s, but is read as %s. %s",
+                       {DescribeValue(value), text.empty() ? u"empty" : Quote(text), AdviceFor(value.kind)});
         });
     }
 }

@@ -15,7 +15,7 @@ struct Finding {
     std::string cell;        // as a worksheet names it, such as A7; empty for the table as a whole
     std::size_t line;        // of a text file, from 1; 0 for other inputs and for the table as a whole
     std::string text;        // one to three sentences on one line
-    std::size_t cause;       // from 0; findings of one cause follow each other
+    std::size_t cause;       // from 0: places with one number have one cause
     std::size_t causeCount;  // how many places have the cause, those that are not listed among them
 };
 
@@ -30,7 +30,7 @@ struct Findings {
     bool areKnown = false;             // the conversion looked for them, and read the table
     bool isComplete = false;           // all of the table was looked at
     std::vector<FindingCount> counts;  // of the rules that found something, in their order
-    std::vector<Finding> list;         // in the order of the rules; of each at most 1000
+    std::vector<Finding> list;         // by rule, then by place; of each rule at most 1000
 };
 
 // Throws std::bad_alloc.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
-#include <utility>
+#include <map>
 #include <vector>
 
 #include "cli/failure.h"
@@ -24,71 +24,70 @@ std::string Counted(std::size_t count, const char* noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-// One cause: its first places with their texts, and of some more the cells alone.
-struct ShownCause {
-    std::string_view rule;
-    const char* severity;
-    std::size_t index;
-    std::size_t count;
-    std::vector<std::pair<std::string, std::string>> places;  // place and text
-    std::vector<std::string> cells;                           // of all places that are kept here
-};
+// The first places of one cause.
+using ShownCause = std::vector<const Finding*>;
 
 std::vector<ShownCause> GatherCauses(const std::vector<Finding>& findings) {
     std::vector<ShownCause> causes;
     for (const Finding& finding : findings) {
-        if (causes.empty() || causes.back().index != finding.cause) {
-            const char* const severity = finding.isError ? "error: " : "warning: ";
-            causes.push_back({finding.rule, severity, finding.cause, finding.causeCount, {}, {}});
-        }
-        ShownCause& cause = causes.back();
-        if (cause.cells.size() == kMostLinesOfCause + kMostCells) continue;
-        cause.cells.push_back(finding.cell);
-        if (cause.places.size() == kMostLinesOfCause) continue;
-        std::string place = finding.cell;
-        if (finding.line > 0) place += " (line " + std::to_string(finding.line) + ")";
-        cause.places.emplace_back(place.empty() ? place : place + ": ", finding.text);
+        const auto number = [](const ShownCause& cause) { return cause.front()->cause; };
+        auto cause = std::ranges::find(causes, finding.cause, number);
+        if (cause == causes.end()) cause = causes.insert(cause, ShownCause());
+        if (cause->size() < kMostLinesOfCause + kMostCells) cause->push_back(&finding);
     }
     return causes;
 }
 
+std::string PlaceOf(const Finding& finding) {
+    if (finding.cell.empty()) return "";
+    const std::string line = " (line " + std::to_string(finding.line) + ")";
+    return finding.cell + (finding.line > 0 ? line : "") + ": ";
+}
+
 std::string MoreCells(const ShownCause& cause, std::size_t shown) {
-    const std::size_t end = std::min(cause.cells.size(), shown + kMostCells);
+    const std::size_t count = cause.front()->causeCount;
+    const std::size_t end = std::min(cause.size(), shown + kMostCells);
     std::string text = "The same in ";
     for (std::size_t index = shown; index < end; ++index) {
-        const bool isLast = index + 1 == cause.count;
+        const bool isLast = index + 1 == count;
         if (index > shown) text += isLast ? " and " : ", ";
-        text += cause.cells[index];
+        text += cause[index]->cell;
     }
-    if (end < cause.count) text += " and " + std::to_string(cause.count - end) + " more";
+    if (end < count) text += " and " + std::to_string(count - end) + " more";
     return text + ".";
 }
 
-// As many lines as there may be of a cause where its rule has so many causes.
-void AppendLines(std::string& lines, const std::string& begin, const ShownCause& cause,
-                 std::size_t mostLines) {
-    const std::string end = std::string(" [").append(cause.rule).append("]\n");
-    const std::size_t shown = cause.count <= mostLines ? cause.places.size() : mostLines - 1;
+// Adds as many lines as there may be of a cause where its rule has so many causes.
+void AddLines(std::map<const Finding*, std::string>& lines, const std::string& begin, const ShownCause& cause,
+              std::size_t mostLines) {
+    const Finding& first = *cause.front();
+    const std::string severity = first.isError ? "error: " : "warning: ";
+    const std::string end = std::string(" [").append(first.rule).append("]\n");
+    const std::size_t shown = first.causeCount <= mostLines ? cause.size() : mostLines - 1;
     for (std::size_t index = 0; index < shown; ++index) {
-        const auto& [place, text] = cause.places[index];
-        lines.append(begin).append(place).append(cause.severity).append(text).append(end);
+        lines[cause[index]] = begin + PlaceOf(*cause[index]) + severity + cause[index]->text + end;
     }
-    if (shown < cause.count)
-        lines.append(begin).append(cause.severity).append(MoreCells(cause, shown)).append(end);
+    if (shown == first.causeCount) return;
+    lines[cause[shown - 1]] += begin + severity + MoreCells(cause, shown) + end;
 }
 
+// In the order of the findings.
 std::string MakeLines(const Options& options, const std::vector<Finding>& findings) {
     const std::string begin = ShownInput(options) + ": ";
-    std::string lines;
+    std::map<const Finding*, std::string> lines;
     const std::vector<ShownCause> causes = GatherCauses(findings);
     for (const ShownCause& cause : causes) {
-        const auto ofRule = static_cast<std::size_t>(std::count_if(
-            causes.begin(), causes.end(), [&](const ShownCause& other) { return other.rule == cause.rule; }));
+        const auto isOfRule = [&](const ShownCause& other) {
+            return other.front()->rule == cause.front()->rule;
+        };
+        const auto ofRule = static_cast<std::size_t>(std::ranges::count_if(causes, isOfRule));
         const std::size_t mostLines =
             std::clamp(kMostLines / std::max(ofRule, std::size_t{1}), std::size_t{2}, kMostLinesOfCause);
-        AppendLines(lines, begin, cause, mostLines);
+        AddLines(lines, begin, cause, mostLines);
     }
-    return lines;
+    std::string text;
+    for (const auto& [finding, line] : lines) text += line;
+    return text;
 }
 
 const char* NotationOf(const Xls2TkiFacts& facts) {

@@ -155,21 +155,20 @@ static void Find(const char* folder) {
     Xls2TkiFindingCount count = {.size = sizeof count};
     EXPECT(ConvertTable(folder, "DTC;T\n1234;\"a\nb\"\nTBD;x\n;y\n;z\n5;\"t\nu\n", true, size));
     EXPECT(xls2tki_findings_complete());
-    EXPECT(
-        FindingIs(0, "number-unreadable", "A3", 4,
-                  "\"TBD\" is not a hexadecimal number; the document has 7613. Write it with decimal digits "
-                  "alone, or with 0x and hexadecimal digits."));
-    EXPECT(FindingIs(2, "number-empty", "A5", 6, "\"\" is no number; the document has 0. Fill it in."));
+    EXPECT(FindingIs(0, "number-unreadable", "A3", 4,
+                     "\"TBD\" is not a hexadecimal number; the number becomes 7613. Fill in the number, or "
+                     "delete the row."));
+    EXPECT(FindingIs(2, "number-empty", "A5", 6, "The cell is empty; the number becomes 0. Fill it in."));
     EXPECT(xls2tki_finding(2, &finding) && finding.row == 4 && finding.column == 0);
     EXPECT(finding.severity == XLS2TKI_ERROR && finding.cause == 1 && finding.causeCount == 2);
     EXPECT(
         FindingIs(3, "notation-mixed", NULL, 0,
-                  "Cell A3 \"TBD\" makes the whole column hexadecimal: 1 number, A2 \"1234\", is written as "
+                  "Cell A3 \"TBD\" makes the whole column hexadecimal: A2 \"1234\" becomes "
                   "4660. Correct the cell, or write all numbers in one notation, hexadecimal ones with 0x."));
     EXPECT(FindingIs(
         4, "row-lost", "B6", 7,
-        "The double quote with which this cell begins is not closed: \"t<U+000A>u<U+000A>\". Its row "
-        "and all behind it, 2 lines, are left out. Close it, or remove it."));
+        "The double quote at the beginning of this cell is never closed: \"t<U+000A>u<U+000A>\". This row "
+        "and all rows after it, 2 lines, are left out. Close the quote, or remove it."));
     EXPECT(!xls2tki_finding(5, &finding) && finding.row == 4);
     EXPECT(xls2tki_finding_count(1, &count) && strcmp(count.rule, "number-empty") == 0);
     EXPECT(count.errors == 2 && count.warnings == 0 && count.listed == 2);
@@ -184,7 +183,7 @@ static void Find(const char* folder) {
     EXPECT(!ConvertTable(folder, "DTC;T\nP0123;x\nP4123;y\n", true, size) && xls2tki_findings_complete());
     EXPECT(FindingIs(
         0, "number-unreadable", "A3", 3,
-        "\"P4123\" is not an SAE code; there is no document. An SAE code is P, C, B or U and 2, 4, 6 or 8 "
+        "\"P4123\" is not an SAE code; the conversion fails. An SAE code is P, C, B or U and 2, 4, 6 or 8 "
         "hexadecimal digits, the first of them 0 to 3."));
     EXPECT(!ConvertTable(folder, "DTC;T\nP0123\nP0124;\"y\n", true, size) && !xls2tki_findings_complete());
     EXPECT(xls2tki_finding_count(8, &count) && count.errors == 1);

@@ -41,7 +41,7 @@ NO_DRIVER = ('xls2tki: "in.csv": No Excel ODBC driver found\n'
              "xls2tki: Hint: --excel needs no such driver. On Linux, the package odbc-xls2tki has one.\n")
 READ = 'xls2tki: Note: "in.csv" is read %s.\n'
 NO_SUCH_FILE = HELP % 'There is no file "%s".'
-NO_CODE = ('in.csv: A%s: error: "%s" is not an SAE code; there is no document. An SAE code is P, C, B or U and 2, 4, 6 or 8 '
+NO_CODE = ('in.csv: A%s: error: "%s" is not an SAE code; the conversion fails. An SAE code is P, C, B or U and 2, 4, 6 or 8 '
            "hexadecimal digits, the first of them 0 to 3. [number-unreadable]\n1 error\n")
 IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
 DATABASE_ERROR = "xls2tki: Database error: [xls2tki][Excel Driver]"
@@ -96,8 +96,8 @@ CASES = [
     ("text behind a closing quote", HEAD + b'P0123;"Stuck"!;red\n', IO, 1,
      "xls2tki: Error parsing csv file.\nUnknown character '!' in line 2, column 2, position 6\n" + HELP % 'The character is '
      'behind the double quote that closes cell B2 of "in.csv", in line 2. A double quote that belongs to the cell is written twice.', None),
-    ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, 'in.csv: B2 (line 2): error: The double quote with which this '
-     'cell begins is not closed: "Stuck;red<U+000A>". Its row and all behind it, 1 line, are left out. Close it, or remove it. '
+    ("unfinished quoted cell", HEAD + b'P0123;"Stuck;red\n', IO, 0, 'in.csv: B2 (line 2): error: The double quote at the '
+     'beginning of this cell is never closed: "Stuck;red<U+000A>". This row and all rows after it, 1 line, are left out. Close the quote, or remove it. '
      "[row-lost]\n1 error in 0 rows\n", b"<DTCS/>"),
     ("SAE code beyond the range", HEAD + b"PFFFF;Stuck;red\n", IO, 1,
      NO_CODE % ("2 (line 2)", "PFFFF") + "xls2tki: Given SAE DTC 'PFFFF' is invalid, top most two bits must be zero.\n"
@@ -209,7 +209,7 @@ CASES = [
     ("worksheet of a CSV text", TABLE, "-w DTC " + IO, 0,
      "xls2tki: Note: --worksheet is for --excel only and has no effect here.\n", b">Stuck<"),
     ("column types", b"DTC;Text;[a,b];{}\nP0123;x;1;2\n", "--vsg {} --type-a [a,b] --type-a c " + IO, 0,
-     'in.csv: warning: No item column has the header "c", so none gets the type A by it. [item-header]\n1 warning in 1 row\n',
+     'in.csv: warning: No item column has the header "c", so none gets the type A from it. [item-header]\n1 warning in 1 row\n',
      b'"_1" type="A" >[a,b]</ITEMMAPPING>\r\n<ITEMMAPPING id="_2" type="VSG" >{}<'),
     ("service mapping", TABLE, "--variant \U0001f600 --diag-instance \u00fc " + IO, 0, "",
      'diaginstance="\u00fc" variant="\U0001f600"'.encode()),

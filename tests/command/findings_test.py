@@ -145,9 +145,9 @@ REPORTS = [
     (TABLE, "--no-findings " + IO, 0, FACTS | {"findings": None, "finding_counts": None}, "Writing to file completed."),
     (TABLE + b";Stuck;red\n", "--strict --type-a x " + IO, 1, FACTS | {"rows": 2, "items": 2, "findings": [
         {"rule": "number-empty", "severity": "error", "cell": "A3", "line": 3, "text":
-         '"" is no number; the document has 0. Fill it in.'},
+         "The cell is empty; the number becomes 0. Fill it in."},
         {"rule": "item-header", "severity": "warning", "cell": None, "line": None, "text":
-         'No item column has the header "x", so none gets the type A by it.'}],
+         'No item column has the header "x", so none gets the type A from it.'}],
         "finding_counts": {"number-empty": {"errors": 1, "warnings": 0}, "item-header": {"errors": 0, "warnings": 1}},
         "failure": "--strict: 1 error, 1 warning, so nothing was written."}, "Writing to file completed."),
     (TABLE, "--check -c -", 1, READING | {"input": "-", "output": None, "failure": "Empty data given ?!"},
@@ -194,17 +194,22 @@ def test_reports():
               (result.returncode, result.stderr))
 
 
-EMPTY = 'in.csv: A%s (line %s): error: "" is no number; the document has 0. Fill it in. [number-empty]\n'
+EMPTY = 'in.csv: A%s (line %s): error: The cell is empty; the number becomes 0. Fill it in. [number-empty]\n'
 MANY_EMPTY = "".join(EMPTY % (row, row + 1) for row in (2, 3, 4)) + "in.csv: error: The same in %s. [number-empty]\n"
-MULTI_HEAD = b'DTC;"Te\nxt";Lamp\n'
+MULTI_HEAD, GOOD = b'DTC;"Te\nxt";Lamp\n', b"P0123;t;r\n"
+RANGE = 'in.csv: A%d (line %d): error: "%s" is %s; the number becomes %s. %s. [number-range]\n'
+SIGN = "Write it without the sign"
 # Table, arguments, exit status, standard error, standard output, and whether there is a new document.
 FINDINGS = [
     (TABLE, "--check in.csv", 0, "", "in.csv: 1 DTC, SAE codes, 0x0123 to 0x0123, 1 item: Lamp\n", False),
     (TABLE, "--strict " + IO, 0, "", "", True),
-    (MULTI_HEAD + b";t;r\n" * 4, IO, 0, "".join(EMPTY % (row, row + 1) for row in (2, 3, 4, 5)) + "4 errors in 4 rows\n", "", True),
-    (MULTI_HEAD + b";t;r\n" * 5, IO, 0, MANY_EMPTY % "A5 and A6" + "5 errors in 5 rows\n", "", True),
-    (MULTI_HEAD + b";t;r\n" * 5000, "--strict " + IO, 1, MANY_EMPTY % (", ".join(f"A{row}" for row in range(5, 17)) + " and 4985 more")
-     + "5000 errors in 5000 rows\nxls2tki: --strict: 5000 errors, so nothing was written.\n", "", False),
+    (MULTI_HEAD + b";t;r\n" * 4 + GOOD, IO, 0, "".join(EMPTY % (row, row + 1) for row in (2, 3, 4, 5)) + "4 errors in 5 rows\n", "", True),
+    (MULTI_HEAD + b";t;r\n" * 5 + GOOD, IO, 0, MANY_EMPTY % "A5 and A6" + "5 errors in 6 rows\n", "", True),
+    (MULTI_HEAD + b";t;r\n" * 5000 + GOOD, "--strict " + IO, 1, MANY_EMPTY % (", ".join(f"A{row}" for row in range(5, 17)) + " and 4985 more")
+     + "5000 errors in 5001 rows\nxls2tki: --strict: 5000 errors, so nothing was written.\n", "", False),
+    (HEAD + b"-5;t;r\n99999999999;t;r\n-6;t;r\n", IO, 0, RANGE % (2, 2, -5, "negative", -5, SIGN)
+     + RANGE % (3, 3, 99999999999, "above 2147483647, the highest decimal number", 2147483647, "Correct it")
+     + RANGE % (4, 4, -6, "negative", -6, SIGN) + "3 errors in 3 rows\n", "", True),
     (TABLE + b";t;r\n", "-c --check -", 1, EMPTY.replace("in.csv", "standard input") % (3, 3)
      + "1 error in 2 rows\nxls2tki: --check: 1 error.\n",
      "standard input: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),

@@ -41,7 +41,7 @@ CASES = [
     ("in.csv out.xml", b"", 0, "", b"", DOCUMENT),
     ("-c - -", TABLE, 0, "", DOCUMENT, OLD),
     ("--utf8 --vsg Sch\u00e4den \u00e4\u4e2d\U0001f600.csv out.xml", b"", 0, "\u00e4\u4e2d\U0001f600.csv: warning: No item column has "
-     "the header \"Sch\u00e4den\", so none gets the type VSG by it. [item-header]\n1 warning in 12 rows\n", b"", DOCUMENT),
+     "the header \"Sch\u00e4den\", so none gets the type VSG from it. [item-header]\n1 warning in 12 rows\n", b"", DOCUMENT),
     ("-v in.csv -", b"", 0, "...\nWriting to file completed.\n", DOCUMENT, OLD),
     ("missing\u00e4.csv out.xml", b"", 1, "xls2tki: Error opening inputfile:\n'missing\u00e4.csv'\n"
      + NO_SUCH_FILE % "missing\u00e4.csv", b"", OLD),
