@@ -53,10 +53,19 @@ bool AsksForCataloguesOrSchemas(const TablesRequest& request) {
                                       (IsAll(request.schema) && IsEmpty(request.catalogue)));
 }
 
-// Valid as long as the book.
-std::vector<std::u16string_view> SortedNames(const NWorkbook::TableBook& book) {
+// A worksheet goes by its name without '$' as well, where that stands for it.
+bool Fits(const NWorkbook::TableBook& book, NamePattern& pattern, const NWorkbook::TableName& table) {
+    if (pattern.Fits(table.name)) return true;
+    const std::u16string_view bare = std::u16string_view(table.name).substr(0, table.name.size() - 1);
+    return table.isWorksheet && pattern.Fits(bare) && &book.Names()[*book.IndexOf(bare)] == &table;
+}
+
+// The names that fit, in their order. Valid as long as the book.
+std::vector<std::u16string_view> FindNames(const NWorkbook::TableBook& book, NamePattern& pattern) {
     std::vector<std::u16string_view> names;
-    for (const NWorkbook::TableName& table : book.Names()) names.emplace_back(table.name);
+    for (const NWorkbook::TableName& table : book.Names()) {
+        if (Fits(book, pattern, table)) names.emplace_back(table.name);
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -64,9 +73,8 @@ std::vector<std::u16string_view> SortedNames(const NWorkbook::TableBook& book) {
 std::vector<Row> FindTables(const NWorkbook::TableBook& book, const TablesRequest& request) {
     std::vector<Row> rows;
     NamePattern pattern(request.table, request.isName);
-    for (const std::u16string_view name : SortedNames(book)) {
-        if (pattern.Fits(name))
-            rows.push_back({kNull, kNull, std::u16string(name), std::u16string(kTableType)});
+    for (const std::u16string_view name : FindNames(book, pattern)) {
+        rows.push_back({kNull, kNull, std::u16string(name), std::u16string(kTableType)});
     }
     return rows;
 }
@@ -123,8 +131,7 @@ std::vector<Row> FindColumns(NWorkbook::TableBook& book, ColumnsRequest& request
     std::vector<std::pair<std::u16string_view, NWorkbook::WorkbookError>> failures;  // of tables
     std::u16string_view firstUnseen;
     std::size_t work = 0;
-    for (const std::u16string_view name : SortedNames(book)) {
-        if (!request.table.Fits(name)) continue;
+    for (const std::u16string_view name : FindNames(book, request.table)) {
         if (work >= kMostWork) {
             firstUnseen = name;
             break;

@@ -49,7 +49,9 @@ class Connection : public Handle {
     SQLUINTEGER autocommit = SQL_AUTOCOMMIT_ON;
     SQLUINTEGER loginTimeout = 0;
     SQLUINTEGER connectionTimeout = 0;
-    SQLUINTEGER metadataId = SQL_FALSE;  // of new statements
+    // Of new statements.
+    SQLUINTEGER metadataId = SQL_FALSE;
+    SQLUINTEGER cursorType = SQL_CURSOR_FORWARD_ONLY;
 
   private:
     std::mutex ownMutex_;

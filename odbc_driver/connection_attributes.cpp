@@ -15,6 +15,7 @@ constexpr KeptAttribute kKeptAttributes[] = {
     {SQL_ATTR_ACCESS_MODE, &Connection::accessMode},
     {SQL_ATTR_AUTOCOMMIT, &Connection::autocommit},
     {SQL_ATTR_CONNECTION_TIMEOUT, &Connection::connectionTimeout},
+    {SQL_ATTR_CURSOR_TYPE, &Connection::cursorType},
     {SQL_ATTR_LOGIN_TIMEOUT, &Connection::loginTimeout},
     {SQL_ATTR_METADATA_ID, &Connection::metadataId},
 };

@@ -28,6 +28,11 @@ void TellLoss(Transferred transferred, Diagnostics& diagnostics, std::size_t row
     }
 }
 
+// A static cursor does what the others do, as far as nothing changes the workbook.
+SQLULEN NearestCursorType(SQLULEN type) {
+    return type == SQL_CURSOR_FORWARD_ONLY ? SQL_CURSOR_FORWARD_ONLY : SQL_CURSOR_STATIC;
+}
+
 }  // namespace
 
 Statement::Statement(Connection& connection)
@@ -37,7 +42,14 @@ Statement::Statement(Connection& connection)
       applicationParameters(connection.Mutex()),
       implementationParameters(connection.Mutex()),
       metadataId(connection.metadataId),
-      connection_(connection) {}
+      connection_(connection),
+      cursorType_(NearestCursorType(connection.cursorType)) {}
+
+void Statement::SetCursorType(SQLULEN type) {
+    RequireClosed();
+    cursorType_ = NearestCursorType(type);
+    if (type != cursorType_) TellReplaced();
+}
 
 void Statement::RequireClosed() const {
     if (isOpen_) throw OdbcError(u"24000", u"The statement's cursor is still open.");

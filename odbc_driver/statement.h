@@ -85,10 +85,10 @@ class Statement : public Handle {
     bool FetchBound(std::size_t column, const Binding& binding, std::size_t rowOfSet);
 
     Connection& connection_;
+    SQLULEN cursorType_;  // SQL_CURSOR_FORWARD_ONLY or SQL_CURSOR_STATIC
     std::unique_ptr<Result> result_;
     bool isPrepared_ = false;
     bool isOpen_ = false;
-    SQLULEN cursorType_ = SQL_CURSOR_FORWARD_ONLY;  // or SQL_CURSOR_STATIC
     SQLLEN firstRow_ =
         0;  // of the row set, from 1; 0 before the first row, and RowCount() + 1 behind the last
     std::size_t fetchedRows_ = 0;  // in the row set

@@ -75,13 +75,6 @@ constexpr DescriptorAttribute kDescriptorAttributes[] = {
 
 }  // namespace
 
-void Statement::SetCursorType(SQLULEN type) {
-    RequireClosed();
-    const bool isForwardOnly = type == SQL_CURSOR_FORWARD_ONLY;
-    if (!isForwardOnly && type != SQL_CURSOR_STATIC) TellReplaced();
-    cursorType_ = isForwardOnly ? SQL_CURSOR_FORWARD_ONLY : SQL_CURSOR_STATIC;
-}
-
 void Statement::TellReplaced() {
     diagnostics.Add({u"01S02", u"The attribute's value is not supported; another one is used."});
 }

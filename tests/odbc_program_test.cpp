@@ -244,6 +244,7 @@ TEST_F(OdbcDriverManager, ListsTablesAndColumns) {
     } const rows[] = {
         {{}, {}, {}, {}, "~|~|DTC|TABLE|~\n~|~|S$|TABLE|~\n"},
         {u"", u"%", u"%$", u"VIEW, 'TABLE'", "~|~|S$|TABLE|~\n"},
+        {{}, {}, u"s", {}, "~|~|S$|TABLE|~\n"},
         {{}, {}, u"dt_", u"VIEW,TABLES", ""},
         {u"x", {}, {}, {}, ""},
         {u"", u"", u"", u"%", "~|~|~|TABLE|~\n"},

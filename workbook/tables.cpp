@@ -81,9 +81,13 @@ void TableBook::Add(std::u16string name, bool isWorksheet, std::size_t worksheet
     places_.push_back({worksheet, block});
 }
 
+std::optional<std::size_t> TableBook::IndexOf(std::u16string_view name) const {
+    const std::optional<std::size_t> found = index_.Find(name);
+    return found ? found : index_.Find(std::u16string(name) + u'$');
+}
+
 std::shared_ptr<const Table> TableBook::Find(std::u16string_view name) {
-    std::optional<std::size_t> found = index_.Find(name);
-    if (!found) found = index_.Find(std::u16string(name) + u'$');
+    const std::optional<std::size_t> found = IndexOf(name);
     if (!found) return nullptr;
     const auto& [worksheet, block] = places_[*found];
     const std::shared_ptr<const SheetRows>& rows = RowsOf(worksheet);

@@ -583,6 +583,10 @@ def test_installing_twice_and_removing():
         check("without a driver", (NO_DRIVER, OLD), (run("-o " + IO, environment).stderr.decode(),
                                                      Path("out.xml").read_bytes()))
         check("files", ["odbcinst.ini"], os.listdir(environment["ODBCSYSINI"]))
+    registration = "[xls2tki Excel Driver (*.xlsx, *.xlsm)]\nDriver=/of/the/package.so\n"
+    Path(os.environ["ODBCSYSINI"], "odbcinst.ini").write_text(registration)
+    install_driver("--remove", "remains installed, as /of/the/package.so")
+    check("of the package", registration, Path(os.environ["ODBCSYSINI"], "odbcinst.ini").read_text())
 
 
 with tempfile.TemporaryDirectory() as system:
