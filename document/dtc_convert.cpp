@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMessageCapacity = 128;
 
-// A text that does not fit is cut, so that the explanation behind it stays whole.
+// A text that does not fit is cut, so that the explanation after it stays complete.
 [[noreturn]] void Refuse(std::u16string_view pattern, std::u16string_view text) {
     const std::size_t room = kMessageCapacity - 1 - (pattern.size() - 2);
     throw VSimpleXMLException(NPlatform::Format(kMessageCapacity, pattern, {NPlatform::Cut(text, room)}));

@@ -10,12 +10,12 @@ namespace VSimpleXMLCreation {
 // How a DTC text is read.
 enum class DtcNotation { None, Sae, PrefixedHex, Hex, Decimal };  // None: the empty text
 
-// The 32-bit number of one DTC text. Three notations are understood:
+// The 32-bit number of one DTC text. Three notations are supported:
 //   SAE J2012    a system letter (P, C, B or U) and 2, 4, 6 or 8 hexadecimal digits, as in P0123; the letter
 //                becomes the two top bits of the number, the first digit, at most 3, the next two
 //   hexadecimal  with or without a leading 0x
 //   decimal      as DecimalValue reads it
-// Of hexadecimal digits lower-case letters are taken like upper-case ones. No other character is rejected: it
+// The case of hexadecimal digits does not matter. No other character is rejected: it
 // adds its code less 48 (up to U+0040) or less 55 to the number's bits. Digits beyond the eighth from the
 // right are lost.
 class VDTCConvert {
@@ -34,8 +34,8 @@ class VDTCConvert {
     static DtcNotation NotationOf(std::u16string_view text, bool hexDefault, bool saeCodes);
 
     // Makes the number that of the SAE code; any letter but B, C and U counts as P. Throws
-    // VSimpleXMLException when the code has not 3, 5, 7 or 9 characters or its first digit is above 3; the
-    // number is 0 then.
+    // VSimpleXMLException if the code does not have 3, 5, 7 or 9 characters or its first digit is above 3;
+    // the number is 0 then.
     void ParseSae(std::u16string_view text);
 
     [[nodiscard]] std::int32_t GetValue() const { return value_; }

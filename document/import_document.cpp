@@ -53,7 +53,7 @@ class DocumentBuilder {
     void AddSkeleton(std::u16string_view diagnosticInstance, std::u16string_view variant);
     void AddHeader(const VTableRow& row);
     void AddDtc(const VTableRow& row);
-    // After the last row; the builder is of no more use.
+    // Call it after the last row, once.
     NPlatform::TextBuffer Finish() { return printer_->Finish(); }
     [[nodiscard]] DocumentFacts& Facts() { return facts_; }
 
@@ -201,7 +201,7 @@ void DocumentBuilder::RefuseRow() const {
         {static_cast<std::int32_t>(NPlatform::kMostUnitsToUtf8), static_cast<std::int32_t>(facts_.rows)}));
 }
 
-// With two number columns the second one completes the number, so without it there is none.
+// With two number columns, the second one completes the number: without it there is none.
 void DocumentBuilder::AddNumber(VXmlTag& dtc, const VTableRow& row) {
     const std::size_t last = NumberColumns(facts_.layout) - 1;
     if (skipped_[last]) return;

@@ -6,7 +6,7 @@ namespace VSimpleXMLCreation {
 
 namespace {
 
-// Upper case, and "0X" as the converter wants it.
+// Upper case, and "0X" as the converter expects it.
 void CopyNumberText(std::u16string_view cell, std::u16string& text) {
     text.assign(cell);
     for (char16_t& unit : text) {
@@ -47,7 +47,7 @@ NumberReader::Reading NumberReader::ReadingOf(NumberRole role, std::u16string_vi
     if (isBase && !notation_.saeCodes) return {cell, VDTCConvert::NotationOf(cell, false, false)};
     CopyNumberText(cell, text_);
     if (isBase) return {text_, DtcNotation::Sae};
-    // Only the numbers of a single column are read as the table as a whole tells.
+    // Only with a single number column does the whole table decide how numbers are read.
     const NumberNotation notation = role == NumberRole::DtcNumber ? notation_ : NumberNotation{};
     return {text_, VDTCConvert::NotationOf(text_, notation.hexDigits, notation.saeCodes)};
 }

@@ -14,7 +14,7 @@ namespace VSimpleXMLCreation {
 // What a number cell holds.
 enum class NumberRole { DtcNumber, Spn, Fmi, BaseDtc, FailureType };
 
-// The role of the number column, which is 0, or 0 or 1 where there are two.
+// The role of the number column, which is 0, or 0 or 1 if there are two.
 NumberRole RoleOf(TableLayout layout, std::size_t column);
 
 // Reads the number cells of one table.
@@ -27,7 +27,7 @@ class NumberReader {
     std::int32_t NumberOf(const VCSVReader::VTableRow& row, bool withoutFirst);
 
     // How a cell is taken: the text that is converted, valid until the next call and as long as the cell, and
-    // the notation. That of a base DTC in a table with SAE codes is Sae whatever the cell holds.
+    // the notation. That of a base DTC in a table with SAE codes is Sae for any cell.
     struct Reading {
         std::u16string_view text;
         DtcNotation notation;
@@ -40,7 +40,7 @@ class NumberReader {
         return Convert(role, ReadingOf(role, cell));
     }
 
-    // The number of a row, made of those of its number cells; `second` is not used where there is one.
+    // The number of a row, made of those of its number cells; `second` is not used if there is only one.
     [[nodiscard]] std::int32_t Combine(std::uint32_t first, std::uint32_t second) const;
 
   private:

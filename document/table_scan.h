@@ -1,4 +1,4 @@
-// What the table as a whole tells before a document is built from it.
+// What the whole table decides before a document is built from it.
 #pragma once
 
 #include <cstdint>
@@ -28,15 +28,15 @@ bool LooksLikeSae(std::u16string_view cell);
 NumberNotation ScanNumberNotation(VCSVReader::VHeapIterator& iterator);
 
 // The 0-based column with which the table ends: the first whose cells are all empty or white space, the
-// header's included. The number of columns where there is none.
+// header's included. The number of columns if there is none.
 std::size_t FindEndColumn(VCSVReader::VHeapIterator& iterator);
 
 // Which columns produce nothing, one flag a column. A column whose cells are all empty or white space, the
-// header's included, is the end of the table: it and all behind it are skipped, and the log gets a message
-// with its 0-based index.
+// header's included, is the end of the table: it and all columns after it are skipped, and the log gets a
+// message with its 0-based index.
 std::vector<bool> FindSkippedColumns(VCSVReader::VHeapIterator& iterator, VCSVReader::VLogObject& log);
 
-// What the first columns mean, told by the first two header cells. Their case does not matter, blanks do.
+// The meaning of the first columns, from the first two headers. Case does not matter, blanks do.
 enum class TableLayout {
     // DTC number, description.
     SingleNumber,
@@ -51,7 +51,7 @@ TableLayout DetectLayout(const VCSVReader::VTableRow& header);
 // How many columns make the number, from the first on: 1 or 2.
 std::size_t NumberColumns(TableLayout layout);
 
-// The first record item column, 0-based. The description stands right before it.
+// The first record item column, 0-based. The description is right before it.
 std::size_t FirstItemColumn(TableLayout layout);
 
 }  // namespace VSimpleXMLCreation

@@ -10,10 +10,10 @@
 
 namespace VSimpleXMLCreation {
 
-// Prints a document of which one element has more children than one wants to hold at a time.
+// Prints a document in which one element has too many children to keep in memory.
 //
-// The tree is complete but for the children of that element. They are added as many at a time as one likes,
-// and printed and dropped; meanwhile nothing else in the tree may change. The text is that of a tree with all
+// The tree is complete except for the children of that element. Add them in groups of any size,
+// and print and drop each group; do not change the rest of the tree. The text is that of a tree with all
 // of them.
 class VXmlPrinter {
   public:
@@ -26,16 +26,16 @@ class VXmlPrinter {
     // Prints the children that the growing element has now and drops them, with all that was added to the
     // tree since the printer was made.
     void PrintChildren();
-    // How long the text gets with the children that are printed.
+    // The length of the text with the children printed so far.
     [[nodiscard]] std::size_t PrintedSize() const;
-    // The whole text. The printer is of no more use.
+    // The whole text. Do not use the printer afterwards.
     NPlatform::TextBuffer Finish();
 
   private:
     VXmlTag& growing_;
     std::unique_ptr<VXmlTag::Mark> mark_;  // the tree without the children
     NPlatform::TextBuffer text_;           // from the beginning on
-    std::u16string end_;                   // what comes behind the text
+    std::u16string end_;                   // what comes after the text
     std::size_t emptySize_ = 0;            // of the growing element in it, while that has no children
     bool hasChildren_ = false;
 };

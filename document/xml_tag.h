@@ -10,7 +10,7 @@
 namespace VSimpleXMLCreation {
 
 // An element: a name, attributes in the order of their names (compared by UTF-16 unit), children in the order
-// added, and one text behind them. Names are written as they are given. Values and texts are escaped when
+// added, and one text after them. Names are written as they are given. Values and texts are escaped when
 // they are set, if the caller asks for it: "&", "<" and ">" become "&amp;", "&lt;" and "&gt;", nothing else
 // changes.
 //
@@ -33,7 +33,7 @@ class VXmlTag {
     // two share them, which costs neither time nor memory.
     VXmlTag* AddChildLike(const VXmlTag& model);
 
-    // Removes the children. Their memory stays with the tree, and they may still serve as models.
+    // Removes the children. Their memory stays with the tree, and they can still be used as models.
     void DropChildren();
 
     // True when the name was new; false when it had a value, which is replaced.
@@ -72,7 +72,7 @@ class VXmlTag {
 
     const Shape* shape_;  // the name and the attributes
     VXmlTag* lastChild_ = nullptr;
-    VXmlTag* next_ = nullptr;  // the next child of the same parent; behind the last one, the first
+    VXmlTag* next_ = nullptr;  // the next child of the same parent; after the last one, the first
     std::u16string_view text_;
 };
 

@@ -17,7 +17,7 @@ namespace VSimpleXMLCreation {
 inline constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
 inline constexpr std::u16string_view kEmptyEnd = u"/>\n";
 
-// Returns the place behind the copy.
+// Returns the place after the copy.
 inline char16_t* CopyUnits(std::u16string_view text, char16_t* out) {
     return std::copy_n(text.data(), text.size(), out);
 }

@@ -11,7 +11,7 @@ namespace VCSVReader {
 // a pointer to the operation's log object and does not own it.
 //
 // When the library is loaded it asks the logging library for the id of its own group, "GroupSorbel". The
-// groups of the host's other modules are left to those: nothing is ever logged under them here.
+// groups of the host's other modules are left to those: this library never logs under them.
 class VLogObject {
   public:
     explicit VLogObject(bool forward) : forward_(forward) {}

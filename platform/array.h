@@ -26,7 +26,7 @@ class Array {
     [[nodiscard]] T* Data() const { return elements_; }
     [[nodiscard]] std::size_t Size() const { return size_; }
 
-    // Keeps the elements. Throws std::bad_alloc, and the array is as it was, when the memory cannot be had.
+    // Keeps the elements. Throws std::bad_alloc if there is no memory; the array is then unchanged.
     void Grow(std::size_t size) {
         if (size > std::numeric_limits<std::size_t>::max() / sizeof(T)) throw std::bad_alloc();
         void* const grown = std::realloc(elements_, size * sizeof(T));

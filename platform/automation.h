@@ -1,7 +1,7 @@
 // Automation: objects of another application, driven by dispatch identifiers.
 //
 // The meaning is that of COM. An object lives as long as somebody holds a reference to it. Members are
-// invoked by number, as method, property get or property put. Arguments stand in the order in which the
+// invoked by number, as method, property get or property put. Arguments are in the order in which the
 // member declares them. Texts are UTF-16 and may hold NUL. Arrays have two dimensions, rows and columns, each
 // counted from 1. All calls happen on one thread and return when the work is done.
 #pragma once

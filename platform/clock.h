@@ -14,7 +14,7 @@ struct CalendarTime {
     int second;  // 0 to 59
 };
 
-// Fills in the current local time. False: the system could not tell it; the argument is then unchanged.
+// Fills in the current local time. False: the system failed; the argument is then unchanged.
 extern Replaceable<bool(CalendarTime&)> LocalTime;
 
 }  // namespace NPlatform

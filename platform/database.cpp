@@ -45,7 +45,7 @@ std::u16string ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle) {
     return lines.empty() ? u"The driver gives no reason." : lines;
 }
 
-// Every result passes here. Returns that of a call that has succeeded or finds no more data.
+// Checks every result. Returns that of a call that succeeded or found no more data.
 SQLRETURN Check(SQLRETURN result, SQLSMALLINT kind, SQLHANDLE handle) {
     if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return result;
     throw DatabaseException(ReadDiagnostics(kind, handle));
@@ -139,12 +139,12 @@ const char16_t* Recordset::Value(std::int16_t column) {
     return text_.Data();
 }
 
-// Puts the next piece of the value behind what is there. False: nothing is behind it.
+// Appends the next piece of the value. False: it was the last.
 bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
     const std::size_t room = text_.Size() - fetched.size;
     char16_t* const piece = text_.Data() + fetched.size;
     *piece = 0;
-    SQLLEN length = 0;  // of all that is left, in bytes
+    SQLLEN length = 0;  // of the rest, in bytes
     const SQLRETURN result =
         CheckStatement(SQLGetData(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_C_WCHAR, piece,
                                   Bytes(room), &length),

@@ -19,7 +19,7 @@
 
 namespace NPlatform {
 
-// The descriptions of the installed drivers, in the installer library's order; none if it cannot tell. Its
+// The descriptions of the installed drivers, in the installer library's order; none if it fails. Its
 // list is looked at up to `capacity` characters; a description that is not complete there does not count.
 extern Replaceable<std::vector<std::u16string>(std::size_t capacity)> InstalledDrivers;
 
@@ -80,7 +80,7 @@ class Recordset {
     [[nodiscard]] std::int16_t ColumnCount() const { return columnCount_; }
 
     // Columns count from 0. The texts end with NUL and stay valid until the next call. A name of more
-    // than 32765 units is refused: ODBC cannot tell whether it is whole.
+    // than 32765 units is refused: ODBC cannot say whether it is complete.
     const char16_t* ColumnName(std::int16_t column);
     // Of the current record; NULL is the empty text. Numbers and dates are as the driver renders them. Ask
     // for each column once, in ascending order. A value of more than kLongestValue units is refused.

@@ -1,4 +1,4 @@
-// What stands behind a reference to an object that can be driven.
+// The implementation behind a reference to an automation object.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What std::exception::what() gives for a text of ours.
+// The bytes that std::exception::what() returns for a UTF-16 text.
 #pragma once
 
 #include <string>

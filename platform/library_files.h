@@ -8,7 +8,7 @@
 
 namespace NPlatform {
 
-// Whether a file can be put in this place: nothing is there, or a regular file. Fills in its full path, where
+// Whether a file can be written here: there is none, or it is a regular file. Fills in its full path, where
 // links lead to; otherwise `fullPath` is unchanged.
 extern Replaceable<bool(std::u16string_view path, std::u16string& fullPath)> FindPlaceForFile;
 

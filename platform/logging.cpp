@@ -1,4 +1,4 @@
-// The stand-in of the host's logging library.
+// The logging library for hosts that have none.
 #include "platform/logging.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // The host's logging library, as far as this library uses it: the host's class, its operations and their
 // meaning.
 //
-// Where there is no host, a small library of ours stands in for it. It is switched off until a program that
+// Where there is no host, a small library of ours replaces it. It is switched off until a program that
 // plays the host calls SwitchOn.
 #pragma once
 
@@ -39,7 +39,7 @@ class ZO_LOGGING_API VLogging {
     VLogging(const VLogging&) = delete;
     VLogging& operator=(const VLogging&) = delete;
 
-    // The bit that stands for the group, the same for the same name. Names beyond the 32nd share the last
+    // The bit of the group, the same for the same name. Names beyond the 32nd share the last
     // bit.
     std::uint32_t GetOrCreateGroupId(const char* name);
 

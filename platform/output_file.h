@@ -16,7 +16,7 @@ class OutputFile {
     ~OutputFile();
 
     [[nodiscard]] bool IsOpen() const { return system_ != nullptr; }
-    // Writes all the bytes behind those before. False: the system could not write them all.
+    // Writes all the bytes after those before. False: the system could not write them all.
     [[nodiscard]] bool Write(const char* bytes, std::size_t count) const;
     // Call it last, at most once. False: the system reported that it could not write what it had taken.
     [[nodiscard]] bool Close();

@@ -13,12 +13,12 @@
 // REGEDIT4. Values are texts (with \\ and \" for a backslash and a quote, and no line feed), dword:, hex: and
 // hex(n):, where a backslash at the end of a line continues the bytes on the next; "-" in the place of the
 // data deletes a value, and [-KEY] a key with all below it. Names are compared without regard to the case of
-// ASCII letters. The format has no words for rights, so two comments stand for them: under the line of a key,
+// ASCII letters. The format has no words for rights, so two comments express them: under the line of a key,
 //
 //   ;deny key      the key may not be opened
 //   ;deny value    the value in the next line may not be read
 //
-// What is malformed counts as not there: a line, or the whole file where it is missing, too large or has
+// Malformed parts count as missing: a line, or the whole file where it is missing, too large or has
 // another first line.
 #pragma once
 

@@ -8,7 +8,7 @@ namespace NPlatform {
 template <typename Signature>
 class Replaceable;
 
-// Calls the system's function, or the one put in its place. Not guarded: replace only while nothing else
+// Calls the system's function, or its replacement. Not guarded: replace only while nothing else
 // runs.
 template <typename Result, typename... Arguments>
 class Replaceable<Result(Arguments...)> {

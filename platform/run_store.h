@@ -27,12 +27,12 @@ class RunStore {
 
     void Push(T element) { *Extend(1) = element; }
 
-    // The elements may lie in this store's adopted block, at or behind the end of the open run.
+    // The elements may lie in this store's adopted block, at or after the end of the open run.
     void Append(const T* elements, std::size_t count) {
         std::copy(elements, elements + count, Extend(count));
     }
 
-    // Drops what is behind the first `size` elements of the open run.
+    // Drops what is after the first `size` elements of the open run.
     void Truncate(std::size_t size) { end_ = run_ + size; }
 
     // Ends the open run, starts an empty one and returns where the closed one is.
@@ -80,7 +80,7 @@ class RunStore {
     // Moves the open run to a new block that has room for `count` more.
     void Grow(std::size_t count) {
         blockSize_ = std::clamp(2 * blockSize_, kFirstBlock, kLargestBlock);
-        // A block that holds the open run alone is of no more use behind the move.
+        // A block that holds the open run alone is not used after the move.
         Array<T> old;
         if (!blocks_.empty() && blocks_.back().Data() == run_) {
             old = std::move(blocks_.back());

@@ -40,7 +40,7 @@ class TextBuffer {
         return units_.Data() + size_ - count;
     }
 
-    // Drops what is behind the first `size` units.
+    // Drops what is after the first `size` units.
     void Truncate(std::size_t size) { size_ = std::min(size, size_); }
 
     // Hands out the memory, with the text at its beginning, and leaves an empty text.

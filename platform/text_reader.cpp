@@ -99,7 +99,7 @@ void DropCarriageReturns(TextBuffer& text) {
 
 struct TextFormat {
     Decoder decode;
-    std::uint64_t begin;  // where the text begins, behind the byte-order mark
+    std::uint64_t begin;  // where the text begins, after the byte-order mark
 };
 
 TextFormat DetectFormat(const InputFile& file, TextEncoding encoding) {

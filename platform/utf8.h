@@ -18,10 +18,10 @@ struct Utf8Sequence {
 // Unicode standard recommends for substitution: the longest beginning of a character, at least one byte.
 Utf8Sequence DecodeUtf8(const char* first, const char* last);
 
-// Writes the character as one or two UTF-16 units and returns the place behind them.
+// Writes the character as one or two UTF-16 units and returns the place after them.
 char16_t* EncodeUtf16(char32_t character, char16_t* out);
 
-// Writes the character as UTF-8, at most 4 bytes, and returns the place behind them.
+// Writes the character as UTF-8, at most 4 bytes, and returns the place after them.
 char* EncodeUtf8(char32_t character, char* out);
 
 }  // namespace NPlatform

@@ -2,7 +2,7 @@
 //
 // A cell begins at the start of the text, after a separator and after a line feed. A double quote as its
 // first character makes it a quoted cell, in which separators and line feeds are text and a doubled quote
-// stands for one; anywhere else a quote is text. Nothing is trimmed. There are no other special characters.
+// is one quote; anywhere else a quote is text. Nothing is trimmed. There are no other special characters.
 //
 // Each state consumes one character and returns the next state. States are small and short-lived, so their
 // storage is recycled, for one thread at a time like all of the library.
@@ -21,7 +21,7 @@ class VParserStateInterface {
     virtual ~VParserStateInterface() = default;
 
     // Consumes the character and returns a new state, never itself. The caller owns the result and destroys
-    // the state it called. Throws VParserException when the character cannot stand here.
+    // the state it called. Throws VParserException if the character is not allowed here.
     virtual VParserStateInterface* HandleChar(const char16_t* character) = 0;
 
     // Consumes characters at the front of those from `first` up to `last`, as HandleChar would one by one, as
@@ -35,8 +35,8 @@ class VParserStateInterface {
     // `heap` receives the cells and is not owned.
     VParserStateInterface(V2DVectorHeap* heap, char16_t separator) : heap_(heap), separator_(separator) {}
 
-    // Ends the cell, and the row with it, if the character is the separator or a line feed; tells whether it
-    // was.
+    // Ends the cell, and the row with it, if the character is the separator or a line feed; returns whether
+    // it was.
     bool EndsCell(char16_t character);
 
     V2DVectorHeap* heap_;
@@ -66,7 +66,7 @@ class VParserQuoted final : public VParserStateInterface {
     const char16_t* HandleRun(const char16_t* first, const char16_t* last) override;
 };
 
-// Behind a quote inside a quoted cell: the next character tells whether it was doubled or closed the cell.
+// After a quote inside a quoted cell: the next character shows whether it was doubled or closed the cell.
 class VParserQuotedPending final : public VParserStateInterface {
   public:
     VParserQuotedPending(V2DVectorHeap* heap, char16_t separator) : VParserStateInterface(heap, separator) {}

@@ -15,7 +15,7 @@ namespace VCSVReader {
 // than 0 is taken as 0. From A1 on, blocks are taken to the right until one has no data, and then, below
 // them, until the first of a band has none. The next block begins `scanColumns` columns (`scanRows` rows)
 // further, or one. So with 10 columns and 0 rows the data ends above the first row that has nothing in A to
-// K. In a block of one cell whatever is there counts.
+// K. In a block of one cell, any value counts.
 //
 // Errors are those of the calls into Excel (see excel_automation.h).
 std::u16string FindDataArea(const NPlatform::Dispatch& worksheet, std::int32_t scanRows,

@@ -102,7 +102,7 @@ void SetCell(const Dispatch& worksheet, std::uint32_t column, std::uint32_t row,
     Excel::SetValue2(Excel::Range(worksheet, cell, cell), value);
 }
 
-// For destructors, which have nobody to tell of a failure.
+// For destructors, which cannot report a failure.
 template <typename Step>
 void Attempt(Step step) noexcept {
     try {
@@ -192,7 +192,7 @@ void VExcelHeap<kGeneration>::CreateFile(const Dispatch& workbooks) {
 
 template <ExcelGeneration kGeneration>
 void VExcelHeap<kGeneration>::DropWorkbook(const Dispatch& workbooks, std::u16string_view reason) {
-    const auto dropped = std::move(workbook_);  // goes behind the call, even where that fails
+    const auto dropped = std::move(workbook_);  // goes after the call, even where that fails
     Log(reason);
     Excel::CloseAll(workbooks);
 }

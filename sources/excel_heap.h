@@ -30,7 +30,7 @@ class VExcelHeap final : public IExcelHeap, public WorksheetSource {
     VExcelHeap(std::u16string_view fileName, VLogObject* log) : IExcelHeap(fileName, log) {}
     VExcelHeap(const VExcelHeap&) = delete;
     VExcelHeap& operator=(const VExcelHeap&) = delete;
-    // Closes the workbook without saving, quits Excel and lets go of both, whatever fails on the way.
+    // Closes the workbook without saving, quits Excel and releases both, even if a call fails.
     ~VExcelHeap() override { CloseExcel(); }
 
     // Opens the workbook for reading and writing, without a password.
@@ -67,9 +67,9 @@ class VExcelHeap final : public IExcelHeap, public WorksheetSource {
     // Null: the worksheet has no data.
     void LookFurther(const NPlatform::Dispatch& worksheet, const CellBlock* table);
     [[nodiscard]] NumberWriter Writer() const { return trimNumbers_ ? WriteTrimmedNumber : WriteNumber; }
-    // For the generation that tells every step.
+    // For the generation that reports every step.
     void LogStep(std::u16string_view message);
-    // Throws VParserException where there is none.
+    // Throws VParserException if there is none.
     [[nodiscard]] const NPlatform::Dispatch& Workbook() const;
 
     std::int32_t scanRows_ = 0;

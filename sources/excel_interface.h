@@ -27,11 +27,11 @@ class IExcelHeap : public V2DVectorHeap {
     // that the source itself cannot open.
     virtual void OpenWorkbook(bool createNew, bool readOnly, std::u16string password) = 0;
 
-    // Appends the names of all worksheets, in the workbook's order; nothing where there is no workbook.
+    // Appends the names of all worksheets, in the workbook's order; none without a workbook.
     // Throws VParserException for a workbook without a worksheet.
     virtual void GetWorksheetNames(std::vector<std::u16string>& names) = 0;
 
-    // Reads the data of the worksheet of this name into the table, behind the rows that are there; no
+    // Reads the data of the worksheet of this name into the table, after the rows that are there; no
     // worksheet of this name: of the last one. Throws VParserException for a workbook without a worksheet.
     virtual void ReadWorksheet(const std::u16string& name) = 0;
 
@@ -43,10 +43,10 @@ class IExcelHeap : public V2DVectorHeap {
     // Adds a worksheet; it becomes the current one, then it is given this name.
     virtual void AddWorksheet(const std::u16string& name) = 0;
 
-    // Makes the first worksheet of this name the current one; where there is none, there is no current one.
+    // Makes the first worksheet of this name the current one. If there is none, there is no current one.
     virtual void SelectWorksheet(const std::u16string& name) = 0;
 
-    // Write a cell of the current worksheet, or nothing where there is none. Column and row count from 0.
+    // Write a cell of the current worksheet, if there is one. Column and row count from 0.
     // Mind the order of the two.
     virtual void SetCellText(std::uint32_t column, std::uint32_t row, const std::u16string& text) = 0;
     virtual void SetCellNumber(std::uint32_t row, std::uint32_t column, double number) = 0;
@@ -67,7 +67,7 @@ class IExcelHeap : public V2DVectorHeap {
     virtual void DeleteLastWorksheet() = 0;
     virtual bool DeleteWorksheet(const std::u16string& name) = 0;
 
-    // Whether Excel may ask its user questions. No effect where there is no Excel.
+    // Whether Excel may ask its user questions. No effect without Excel.
     virtual void SetDisplayAlerts(bool display) = 0;
 };
 

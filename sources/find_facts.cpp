@@ -15,7 +15,7 @@ using NPlatform::Dispatch;
 using NPlatform::VariantElement;
 using NPlatform::VariantType;
 
-// Both count from 0, as do those of a block, whose ends are behind its last row and column.
+// Both count from 0, as do those of a block, whose ends are after its last row and column.
 struct Corner {
     std::uint32_t row = 0;
     std::uint32_t column = 0;

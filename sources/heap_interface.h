@@ -1,4 +1,4 @@
-// What every table source can do.
+// The interface of all table sources.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ class VHeapInterface {
     virtual void ReadData() = 0;
     // The table's one iterator, which belongs to the source.
     virtual VHeapIterator* GetIterator() = 0;
-    // Where the table stands, each counted from 1: the row, the cell in the row, the character in the cell.
+    // The current position, each counted from 1: the row, the cell in the row, the character in the cell.
     virtual void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const = 0;
 
   protected:

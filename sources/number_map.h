@@ -12,7 +12,7 @@ class NumberMap {
   public:
     void Clear() { entries_.clear(); }
 
-    // The cell lies behind all that are in the map.
+    // The cell must come after all cells in the map.
     void Append(std::uint32_t row, std::uint32_t column, double number) {
         entries_.push_back({Key(row, column), number});
     }

@@ -6,7 +6,7 @@
 
 namespace VCSVReader {
 
-// Has room for the longest text of each kind: 309 digits before the point, or 340 places behind it.
+// Has room for the longest text of each kind: 309 digits before the point, or 340 places after it.
 using NumberBuffer = std::array<char16_t, 352>;
 
 // Toward zero; -2147483648 for what is outside the 32-bit range and for what is no number.

@@ -13,7 +13,7 @@ namespace VCSVReader {
 
 // Reads the table named DTC through the first installed ODBC driver whose description contains "Excel": the
 // names of its columns are the header, its records the rows. The file is opened by the driver alone, under
-// the name it was given. Whatever driver or driver manager report becomes "Database error: " and their own
+// the name it was given. An error of the driver or the driver manager becomes "Database error: " and its
 // text.
 class VDefaultODBCHeap : public V2DVectorHeap {
   public:

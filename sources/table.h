@@ -10,7 +10,7 @@
 
 namespace VCSVReader {
 
-// One row. Its cells lie one behind the other; the table that owns them outlives the row and the views it
+// One row. Its cells are adjacent; the table that owns them outlives the row and the views it
 // gives.
 class VTableRow {
   public:
@@ -35,11 +35,11 @@ class VTableRow {
     std::size_t size_;
 };
 
-// Walks the rows of one table from the first to the last, as often as wanted.
+// Walks the rows of one table from the first to the last, any number of times.
 class VHeapIterator {
   public:
     virtual ~VHeapIterator() = default;
-    // The next row; it belongs to the table. Undefined behind the last: ask HasMoreRows first.
+    // The next row; it belongs to the table. Undefined after the last: ask HasMoreRows first.
     virtual const VTableRow* GetNextRow() = 0;
     // Goes back to the first row.
     virtual void Reset() = 0;

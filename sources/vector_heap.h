@@ -30,7 +30,7 @@ class VDefaultHeapIterator : public VHeapIterator {
     const std::vector<VTableRow>* rows_;
 };
 
-// Holds the table. The characters of the cells lie in few large blocks, row by row; a cell is the place where
+// Holds the table. The characters of the cells are in few large blocks, row by row; a cell is the place where
 // it ends. Limits, each with a message of its own, so that no input exhausts the memory: 20.5 million rows
 // (no document that could be written has more), a million columns, 2^32 - 1 characters in a row.
 class V2DVectorHeap : public VHeapInterface {
@@ -48,7 +48,7 @@ class V2DVectorHeap : public VHeapInterface {
     }
     void EndRow(bool closeCell) final;
     void CheckConsistency() final;
-    // Checks that the input can be opened and puts its full path in the place of its name.
+    // Checks that the input can be opened and replaces its name by its full path.
     void OpenSource() override;
     VHeapIterator* GetIterator() final { return iterator_.get(); }
     void GetParsePosition(std::int32_t& line, std::int32_t& column, std::int32_t& position) const final;

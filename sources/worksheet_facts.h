@@ -1,4 +1,4 @@
-// What a worksheet has beyond the texts of its table. Nothing of it reaches the document; it shows what the
+// What a worksheet has besides the texts of its table. It does not reach the document; it shows what the
 // document does not say.
 #pragma once
 
@@ -28,7 +28,7 @@ struct HeldValue {
     std::u16string_view shown;  // else TRUE, FALSE or as #N/A; lives as long as the program
 };
 
-// Cells with a value behind an edge of the table.
+// Cells with a value beyond an edge of the table.
 struct BehindEdge {
     std::size_t count = 0;  // of the rows, or columns, that have some
     std::uint32_t row = 0;  // of the first cell
@@ -51,9 +51,9 @@ struct WorksheetFacts {
 class WorksheetSource {
   public:
     // From now on reading a worksheet finds its facts, for which it asks Excel for more than the table.
-    // Should that fail, the table is read all the same.
+    // If that fails, the table is still read.
     void WantFacts() { facts_.emplace(); }
-    // Of the worksheet that was read last; null unless they are wanted.
+    // Of the worksheet that was read last; null unless requested.
     [[nodiscard]] const WorksheetFacts* Facts() const { return facts_ ? &*facts_ : nullptr; }
 
   protected:

@@ -9,7 +9,7 @@ namespace NTamriskUtil {
 // the host's own interface of this name.
 class IBuffers {
   public:
-    // At least `size` bytes; null when the memory cannot be had (the old buffer then stays).
+    // At least `size` bytes; null if there is no memory (the old buffer then stays).
     virtual char* GetCharBuffer(std::size_t size) = 0;
     // At least `size` UTF-16 units; null as above.
     virtual char16_t* GetWideBuffer(std::size_t size) = 0;

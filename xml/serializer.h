@@ -6,7 +6,7 @@
 
 namespace NTamriskUtil::NXml {
 
-// What each Write does is told by the implementation. Errors show in the state of the stream alone.
+// The implementation specifies what each Write does. Errors show in the state of the stream only.
 class ISerializer {
   public:
     virtual ~ISerializer() = default;
@@ -19,7 +19,7 @@ class ISerializer {
     virtual void Write(std::int32_t number) = 0;
     virtual void Write(bool flag) = 0;
 
-    // A pointer to characters would otherwise be taken for a flag.
+    // Otherwise a pointer to characters would convert to a flag.
     void Write(const char16_t* text) { Write(std::u16string_view(text)); }
     void Write(const char* text) { Write(std::string_view(text)); }
 

@@ -11,15 +11,15 @@
 
 namespace NTamriskUtil {
 
-// What became of the last conversion.
+// The result of the last conversion.
 enum class ConversionStatus : std::uint32_t {
     Done = 0,
-    NoBuffer = 0x20000001,  // the memory for the result could not be had
-    Failed = 0x20000014,    // nothing came out, an empty input included
+    NoBuffer = 0x20000001,  // no memory for the result
+    Failed = 0x20000014,    // no result, also for an empty input
 };
 
-// Puts `buffers` in the place of those that all conversions use, which are made when the library is loaded.
-// Returns the former ones: a test that puts its own there has to put them back.
+// Replaces the buffers that all conversions use, which are made when the library is loaded.
+// Returns the former ones: a test that replaces them has to restore them.
 IBuffers* ReplaceSharedBuffers(IBuffers* buffers);
 
 ConversionStatus LastConversionStatus();
@@ -30,13 +30,13 @@ ConversionStatus LastConversionStatus();
 std::size_t WideToMultiByte(std::uint32_t codePage, const char16_t* pWideString, std::size_t nWords,
                             const char*& start, std::size_t nChars);
 
-// Converts the units from `pWideString` up to `pWideStringEnd` to UTF-8. As WideToMultiByte, and tells the
-// end of the bytes as well; on failure the end is unchanged.
+// Converts the units from `pWideString` up to `pWideStringEnd` to UTF-8. Like WideToMultiByte, but also
+// returns the end of the bytes as well; on failure the end is unchanged.
 std::size_t WideToUtf8(const char16_t* pWideString, const char16_t* pWideStringEnd, const char*& start,
                        const char*& end);
 
-// Obtains now the buffer that WideToUtf8 will need for so many units. False: the units are too many for one
-// write, or the memory cannot be had.
+// Allocates the buffer that WideToUtf8 will use for this many units. False: there are too many units for one
+// write, or there is no memory.
 bool ReserveUtf8(std::size_t nWords);
 
 // Copies the bytes and returns their number; 0 when there are none or no buffer.

@@ -14,7 +14,7 @@
 
 namespace NPlatform {
 
-// A value is looked for in the text when it is read: a hostile file may hold millions.
+// A value is looked for in the text when it is read: a malicious file can have millions.
 struct OpenRegistryKey {
     TextBuffer text;
     std::u16string path;

@@ -61,7 +61,7 @@ std::u16string_view TextOf(BSTR text);
 // Throws std::bad_alloc.
 BSTR MakeBstr(std::u16string_view text);
 
-// The exception for a call that did not reach the application, with the system's own words.
+// The exception for a call that did not reach the application, with the system's message.
 OleException OleFailure(HRESULT status);
 // Throws it where the call failed.
 void CheckOle(HRESULT status);

@@ -11,7 +11,7 @@ namespace NPlatform {
 
 namespace {
 
-// The system wants the last argument first.
+// The system expects the last argument first.
 class SystemArguments {
   public:
     explicit SystemArguments(std::span<const Variant> arguments) : values_(arguments.size()) {

@@ -34,7 +34,7 @@ FileHandle OpenFile(std::u16string_view path, DWORD access, DWORD creation) {
 FileHandle OpenRegularFile(std::u16string_view path, std::uint64_t& size) {
     FileHandle file = OpenFile(path, GENERIC_READ, OPEN_EXISTING);  // which opens no folders
     LARGE_INTEGER bytes{};
-    // The type alone does not tell: a device may pass for a file on a disk.
+    // The type alone is not enough: a device can look like a file on a disk.
     const bool isDevice = FullPath(path).starts_with(L"\\\\.\\");
     const bool isRegular = file.IsOpen() && !isDevice && GetFileType(file.Get()) == FILE_TYPE_DISK &&
                            GetFileSizeEx(file.Get(), &bytes) != 0;

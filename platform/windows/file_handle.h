@@ -19,7 +19,7 @@ class FileHandle {
 
     [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
     [[nodiscard]] HANDLE Get() const { return handle_; }
-    // False: the system reported a failure, or nothing is open. Closed it is in any case.
+    // False: the system reported a failure, or nothing is open. It is closed in any case.
     bool Close() { return IsOpen() && CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE)) != 0; }
 
   private:

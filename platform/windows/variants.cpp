@@ -52,7 +52,7 @@ class SystemArray : public VariantArray {
     [[nodiscard]] std::int32_t UpperBound(int dimension) const override {
         return dimension == 1 ? rows_ : columns_;
     }
-    // The elements of a column stand side by side.
+    // The elements of a column are adjacent.
     [[nodiscard]] VariantElement At(std::int32_t row, std::int32_t column) const override {
         return ElementOf(elements_[std::ptrdiff_t{column - 1} * rows_ + row - 1]);
     }
