@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "platform/unseen.h"
+
 namespace NChecks {
 
 inline bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
@@ -24,13 +26,11 @@ inline bool IsHalfPair(std::u16string_view text, std::size_t index) {
 // C1 control characters. As 8-bit text they are letters and punctuation of Windows-1252.
 inline bool IsC1Control(char16_t unit) { return unit >= 0x80 && unit <= 0x9F; }
 
-// Control characters, blanks other than U+0020, and what has no width or changes the direction.
+// What is not seen, blanks other than U+0020, and what no text should have.
 inline bool IsUnseen(char16_t unit) {
-    if (unit < 0x7F) return unit < u' ';
-    if (unit <= 0xA0 || unit == 0xAD || unit == 0x061C || unit == 0x1680 || unit == 0x180E) return true;
-    if (unit < 0x2000) return false;
-    return unit <= 0x200F || (unit >= 0x2028 && unit <= 0x202F) || (unit >= 0x205F && unit <= 0x206F) ||
-           unit == 0x3000 || unit == 0xFEFF || unit >= 0xFFF0;
+    if (NPlatform::IsUnseen(unit) || unit == 0xA0 || unit == 0x1680) return true;
+    return (unit >= 0x2000 && unit <= 0x200A) || unit == 0x202F || unit == 0x205F || unit == 0x3000 ||
+           unit >= 0xFFF0;
 }
 
 // No XML document may have them.

@@ -1,11 +1,11 @@
 #include "checks/column_checks.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "checks/causes.h"
 #include "checks/sentence.h"
 #include "document/cell_text.h"
+#include "platform/edit_distance.h"
 #include "sources/cell_name.h"
 
 namespace NChecks {
@@ -60,21 +60,6 @@ void ReportEmptyFirst(Collector& collector) {
     });
 }
 
-// How many characters have to be changed, put in or left out; case does not matter. For short texts.
-std::size_t Distance(std::u16string_view one, std::u16string_view other) {
-    std::vector<std::size_t> row(other.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < one.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < other.size(); ++j) {
-            const std::size_t change = diagonal + (UpperCase(one[i]) == UpperCase(other[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({change, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
 // The column whose header is most like the name; kNowhere where none is.
 std::size_t NearestColumn(const Table& table, std::u16string_view name) {
     constexpr std::size_t kMostColumns = 200;
@@ -85,7 +70,8 @@ std::size_t NearestColumn(const Table& table, std::u16string_view name) {
     for (std::size_t column = 0; column < std::min(table.endColumn, kMostColumns); ++column) {
         const std::u16string_view header = Trim(table.Header()[column]);
         if (header.empty() || header.size() > kLongest) continue;
-        const std::size_t distance = Distance(name, header);
+        const std::size_t distance = NPlatform::EditDistance(
+            name, header, [](char16_t a, char16_t b) { return UpperCase(a) == UpperCase(b); });
         if (distance >= least) continue;
         least = distance;
         nearest = column;

@@ -5,7 +5,7 @@
 namespace NCli {
 
 std::string JsonOf(const JsonValue& value) {
-    return EscapeControls(value.dump(-1, ' ', false, JsonValue::error_handler_t::replace));
+    return EscapeUnseen(value.dump(-1, ' ', false, JsonValue::error_handler_t::replace));
 }
 
 }  // namespace NCli

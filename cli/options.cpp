@@ -15,6 +15,7 @@
 #include "cli/output.h"
 #include "cli/process.h"
 #include "cli/text.h"
+#include "platform/edit_distance.h"
 
 namespace NCli {
 
@@ -119,8 +120,8 @@ void DeclareOptions(CLI::App& app, Arguments& arguments) {
     add("--sarif", arguments.sarif, "FILE", "Write the findings to FILE as SARIF 2.1.0.");
     addFlag("--one-of-many", arguments.oneOfMany, "")->group("");  // from the command to its processes
     addFlag("-v,--verbose", arguments.verbose, "Print each step to standard error.");
-    app.set_version_flag("--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
-    app.set_help_flag("--help", "Print this help.");
+    app.set_version_flag("-V,--version", "xls2tki " XLS2TKI_VERSION, "Print the version.");
+    app.set_help_flag("-h,--help", "Print this help.");
 }
 
 void DeclareCommandLine(CLI::App& app, Arguments& arguments) {
@@ -133,6 +134,32 @@ void DeclareCommandLine(CLI::App& app, Arguments& arguments) {
 
 [[noreturn]] void RefuseUsage(const std::string& sentence, const std::string& hint = {}) {
     throw WrongUsage(sentence + " (xls2tki --help shows the options.)", hint);
+}
+
+// The option whose name is most like the one given; empty where none is.
+std::string NearestOption(const CLI::App& app, std::string_view given) {
+    std::string nearest;
+    std::size_t least = given.size() / 2 + 1;
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string name = option->get_name();
+        if (option->get_group().empty() || option->get_positional()) continue;
+        const bool isCut = name.starts_with(given);
+        const auto areEqual = [](char a, char b) { return a == b; };
+        const std::size_t distance =
+            isCut ? 0 : NPlatform::EditDistance(given, std::string_view(name), areEqual);
+        if (distance >= least) continue;
+        least = distance;
+        nearest = name;
+    }
+    return nearest;
+}
+
+[[noreturn]] void RefuseOption(const CLI::App& app) {
+    constexpr std::size_t kLongest = 64;
+    const std::string given = WithoutMark(app.remaining().front());
+    const std::string name = ShownName(DecodeUtf8(given.substr(0, given.find('='))).text, kLongest);
+    const std::string nearest = NearestOption(app, name);
+    RefuseUsage("There is no option " + name + (nearest.empty() ? "." : "; did you mean " + nearest + "?"));
 }
 
 WideString DecodeArgument(const char* option, const std::string& value) {
@@ -398,6 +425,8 @@ std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& given
         if (!std::cout.flush() || !CloseStandardOutput())
             throw Failure("Could not write to standard output.");
         return std::nullopt;
+    } catch (const CLI::ExtrasError&) {
+        RefuseOption(app);
     } catch (const CLI::ParseError& error) {
         RefuseUsage(std::string(error.what()) + ".");
     }

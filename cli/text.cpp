@@ -5,8 +5,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/unseen.h"
+
 namespace NCli {
 
+using NPlatform::IsUnseen;
 using NXls2Tki::WideChar;
 using NXls2Tki::WideString;
 
@@ -34,6 +37,17 @@ Sequence ReadSequence(std::string_view bytes) {
     return {character, length};
 }
 
+// Lends each character with its bytes, U+FFFD with a byte that is not part of UTF-8.
+template <typename Use>
+void ForEachCharacter(std::string_view text, Use use) {
+    while (!text.empty()) {
+        const Sequence sequence = ReadSequence(text);
+        const std::size_t size = std::max<std::size_t>(sequence.length, 1);
+        use(text.substr(0, size), sequence.length == 0 ? 0xFFFD : sequence.character);
+        text.remove_prefix(size);
+    }
+}
+
 void AppendUtf16(WideString& text, char32_t character) {
     if (character < 0x10000) {
         text.push_back(static_cast<WideChar>(character));
@@ -56,11 +70,6 @@ void AppendUtf8(std::string& bytes, char32_t character) {
     } else {
         bytes += {static_cast<char>(0xF0 | character >> 18), trail(12), trail(6), trail(0)};
     }
-}
-
-bool IsControl(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character <= 0x9F) ||
-           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
@@ -148,43 +157,45 @@ std::string LowerCase(std::string_view text) {
 }
 
 std::string ShownName(std::basic_string_view<WideChar> name, std::size_t longest) {
-    WideString shown(name.substr(0, longest));
-    const bool isCut = shown.size() < name.size();
-    if (isCut && !shown.empty() && IsHigh(shown.back())) shown.pop_back();
-    std::replace_if(shown.begin(), shown.end(), IsControl, static_cast<WideChar>('?'));
-    return EncodeUtf8(shown) + (isCut ? "..." : "");
+    std::basic_string_view<WideChar> begin = name.substr(0, longest);
+    const bool isCut = begin.size() < name.size();
+    if (isCut && !begin.empty() && IsHigh(begin.back())) begin.remove_suffix(1);
+    std::string shown;
+    ForEachCharacter(EncodeUtf8(begin), [&shown](std::string_view bytes, char32_t character) {
+        shown += IsUnseen(character) ? "?" : bytes;
+    });
+    return shown + (isCut ? "..." : "");
 }
 
 void Show(std::string_view text, std::FILE* stream) {
-    std::size_t begin = 0;  // of what is still to be written
-    for (std::size_t index = 0; index < text.size();) {
-        const Sequence sequence = ReadSequence(text.substr(index));
-        const std::size_t next = index + std::max<std::size_t>(sequence.length, 1);
-        const bool isKept = sequence.length == 0 || text[index] == '\n' || text[index] == '\t';
-        if (!isKept && IsControl(sequence.character)) {
-            std::fwrite(text.data() + begin, 1, index - begin, stream);
-            std::fputc('?', stream);
-            begin = next;
-        }
-        index = next;
-    }
-    std::fwrite(text.data() + begin, 1, text.size() - begin, stream);
+    const char* begin = text.data();  // of what is still to be written
+    const auto writeTo = [&begin, stream](const char* end) {
+        std::fwrite(begin, 1, static_cast<std::size_t>(end - begin), stream);
+    };
+    ForEachCharacter(text, [&](std::string_view bytes, char32_t character) {
+        if (!IsUnseen(character) || character == '\n' || character == '\t') return;
+        writeTo(bytes.data());
+        std::fputc('?', stream);
+        begin = bytes.data() + bytes.size();
+    });
+    writeTo(text.data() + text.size());
 }
 
-std::string EscapeControls(std::string_view json) {
+std::string EscapeUnseen(std::string_view json) {
     std::string escaped;
-    while (!json.empty()) {
-        const Sequence sequence = ReadSequence(json);
-        const std::string_view bytes = json.substr(0, std::max<std::size_t>(sequence.length, 1));
-        if (IsControl(sequence.character) && sequence.character != '\n') {
-            char escape[7];
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(sequence.character));
-            escaped += escape;
-        } else {
+    ForEachCharacter(json, [&escaped](std::string_view bytes, char32_t character) {
+        if (!IsUnseen(character)) {
             escaped += bytes;
+            return;
         }
-        json.remove_prefix(bytes.size());
-    }
+        WideString units;
+        AppendUtf16(units, character);
+        for (const WideChar unit : units) {
+            char escape[7];
+            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
+            escaped += escape;
+        }
+    });
     return escaped;
 }
 

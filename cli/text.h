@@ -34,8 +34,7 @@ std::string EncodeUtf8(std::basic_string_view<NXls2Tki::WideChar> text);
 std::string LowerCase(std::string_view text);
 
 // What a table or a workbook holds must not control the terminal, nor look like something else. So people are
-// shown a question mark for each character of U+0000 to U+001F, U+007F to U+009F, and of those that begin a
-// line or change the direction of writing, U+2028 to U+202E and U+2066 to U+2069.
+// shown a question mark for each character that they do not see (platform/unseen.h).
 
 inline constexpr std::size_t kWholeName = std::numeric_limits<std::size_t>::max();
 
@@ -45,7 +44,7 @@ std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size
 // Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.
 void Show(std::string_view text, std::FILE* stream);
 
-// JSON with an escape in place of each character above but line feeds.
-std::string EscapeControls(std::string_view json);
+// JSON of one line with an escape in place of each character above.
+std::string EscapeUnseen(std::string_view json);
 
 }  // namespace NCli

@@ -80,9 +80,9 @@ def encrypt():
     return b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(640, b"\0") + name.ljust(64, b"\0") + b"\x22\0\2".ljust(320, b"\0")
 
 
-CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x2028;&#x202E;&#x2066;&#x2069;|&#xA0;&#x202F;")
+CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x2028;&#x202E;&#x2066;&#x2069;&#x61C;&#x200B;&#xFEFF;&#xE0041;|&#xA0;&#x202F;")
 BROKEN = change_part(name_worksheets("Gone", "Whole"), "workbook.xml", lambda part: part.replace(b"rId1", b"none", 1))
-CONTROLS_SHOWN = "a?b?c?[1m?", "?????|\u00a0\u202f"
+CONTROLS_SHOWN = "a?b?c?[1m?", "?????????|\u00a0\u202f"
 # Name, table, arguments, exit status, standard error, and what the document has; None: the older one is still there.
 CASES = [
     ("empty table", b"", IO, 1, "xls2tki: Empty data given ?!\n" + HELP % '"in.csv" is empty.', None),
@@ -164,7 +164,9 @@ CASES = [
     ("worksheets as JSON", TABLE, "--json --list-worksheets in.csv", 2,
      "xls2tki: --list-worksheets cannot be used with --check, --json or --sarif." + HINT, None),
     ("unknown option", TABLE, "--cvs " + IO, 2,
-     "xls2tki: The following argument was not expected: --cvs." + HINT, None),
+     "xls2tki: There is no option --cvs; did you mean --csv?" + HINT, None),
+    ("cut option", TABLE, "--work=x " + IO, 2, "xls2tki: There is no option --work; did you mean --worksheet?" + HINT, None),
+    ("no option at all", TABLE, "--xyzzy\n\x9b " + IO, 2, "xls2tki: There is no option --xyzzy??." + HINT, None),
     ("unknown kind", TABLE, "in.dat out.xml", 2, 'xls2tki: The kind of "in.dat" is not known from its extension; '
      "use --csv, --excel or --odbc." + HINT, None),
     ("two kinds", TABLE, "-c -x " + IO, 2, "xls2tki: --csv, --excel and --odbc cannot be used together." + HINT, None),
@@ -262,7 +264,7 @@ def test_unreadable_registries():
 def test_control_characters():
     with folder(CONTROLS) as environment:
         check("list", "%s\n%s\n" % CONTROLS_SHOWN, run("--list-worksheets in.csv", environment).stdout.decode())
-        steps = run("-v -x -w \x9f\u2028\u202e\u2066\u2069|\xa0\u202f " + IO, environment).stderr.decode()
+        steps = run("-v -x -w \x9f\u2028\u202e\u2066\u2069\u061c\u200b\ufeff\U000e0041|\xa0\u202f " + IO, environment).stderr.decode()
         check("verbose", True, "\nUsing sheet: '%s'\n" % CONTROLS_SHOWN[1] in steps)
 
 
@@ -528,6 +530,7 @@ def test_signals_at_any_time():
 
 def test_what_it_shows():
     with folder(TABLE) as environment:
+        check("short forms", [b"xls2tki ", b"Turns a "], [run(option, environment).stdout[:8] for option in ("-V", "-h")])
         result = run("--help", environment)
         lines = result.stdout.splitlines()
         check("help", (0, b"", True, True),
