@@ -13,6 +13,7 @@
 
 #include "platform/exception_text.h"
 #include "platform/format.h"
+#include "platform/utf8.h"
 
 namespace NPlatform {
 
@@ -23,7 +24,10 @@ namespace {
 // In units, the terminator included: the most that ODBC can count in one text.
 constexpr std::size_t kTextCapacity = 0x7FFF;
 
-constexpr SQLLEN Bytes(std::size_t units) { return static_cast<SQLLEN>(units * sizeof(char16_t)); }
+template <typename Unit>
+constexpr SQLLEN Bytes(std::size_t units) {
+    return static_cast<SQLLEN>(units * sizeof(Unit));
+}
 
 SQLWCHAR* Units(char16_t* text) { return reinterpret_cast<SQLWCHAR*>(text); }
 
@@ -63,6 +67,32 @@ SQLHANDLE Allocate(SQLSMALLINT kind, SQLSMALLINT parentKind, SQLHANDLE parent) {
     SQLHANDLE handle = SQL_NULL_HANDLE;
     Check(SQLAllocHandle(kind, parent, &handle), parentKind, parent);
     return handle;
+}
+
+// Whether the driver has refused the C type of a value.
+bool RefusesType(SQLHANDLE statement) {
+    SQLWCHAR state[6] = {};
+    SQLGetDiagRecW(SQL_HANDLE_STMT, statement, 1, state, nullptr, nullptr, 0, nullptr);
+    constexpr std::u16string_view kStates[] = {u"07006", u"HY003", u"HYC00"};
+    return std::find(std::begin(kStates), std::end(kStates), reinterpret_cast<const char16_t*>(state)) !=
+           std::end(kStates);
+}
+
+// A driver's narrow text, which ends with NUL: UTF-8, or ISO 8859-1 where it is malformed.
+void Widen(std::string_view bytes, Array<char16_t>& text) {
+    if (text.Size() <= bytes.size()) text.Grow(bytes.size() + 1);
+    char16_t* out = text.Data();
+    for (const char* next = bytes.data(); next != bytes.data() + bytes.size();) {
+        const Utf8Sequence sequence = DecodeUtf8(next, bytes.data() + bytes.size());
+        if (!sequence.wellFormed) {
+            out = std::transform(bytes.begin(), bytes.end(), text.Data(),
+                                 [](char byte) { return static_cast<unsigned char>(byte); });
+            break;
+        }
+        out = EncodeUtf16(sequence.character, out);
+        next += sequence.length;
+    }
+    *out = 0;
 }
 
 [[noreturn]] void RefuseText(std::u16string_view what, std::int32_t limit) {
@@ -133,27 +163,39 @@ const char16_t* Recordset::ColumnName(std::int16_t column) {
 }
 
 const char16_t* Recordset::Value(std::int16_t column) {
-    Fetched fetched;
-    while (FetchPiece(column, fetched)) {
-    }
+    if (FetchValue(column, SQL_C_WCHAR, text_)) return text_.Data();
+    if (bytes_.Size() == 0) bytes_.Grow(kTextCapacity);
+    FetchValue(column, SQL_C_CHAR, bytes_);
+    Widen(bytes_.Data(), text_);
     return text_.Data();
 }
 
-// Appends the next piece of the value. False: it was the last.
-bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
-    const std::size_t room = text_.Size() - fetched.size;
-    char16_t* const piece = text_.Data() + fetched.size;
-    *piece = 0;
-    SQLLEN length = 0;  // of the rest, in bytes
-    const SQLRETURN result =
-        CheckStatement(SQLGetData(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_C_WCHAR, piece,
-                                  Bytes(room), &length),
-                       statement_.get());
+// False: the driver does not have values of the wide type.
+template <typename Unit>
+bool Recordset::FetchValue(std::int16_t column, std::int16_t type, Array<Unit>& text) {
+    Fetched fetched;
+    for (;;) {
+        const std::size_t room = text.Size() - fetched.size;
+        text.Data()[fetched.size] = 0;
+        SQLLEN length = 0;  // of the rest, in bytes
+        const SQLRETURN result = SQLGetData(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), type,
+                                            text.Data() + fetched.size, Bytes<Unit>(room), &length);
+        if (result == SQL_ERROR && type == SQL_C_WCHAR && RefusesType(statement_.get())) return false;
+        if (!AddPiece(column, CheckStatement(result, statement_.get()), length, text, fetched)) return true;
+    }
+}
+
+// Appends the piece. False: it was the last.
+template <typename Unit>
+bool Recordset::AddPiece(std::int16_t column, std::int16_t result, std::ptrdiff_t length, Array<Unit>& text,
+                         Fetched& fetched) {
     if (result == SQL_NO_DATA || length == SQL_NULL_DATA) return false;
+    const std::size_t room = text.Size() - fetched.size;
+    Unit* const piece = text.Data() + fetched.size;
     const bool isCounted = length != SQL_NO_TOTAL;
-    const bool isCut = isCounted ? length >= Bytes(room) : result == SQL_SUCCESS_WITH_INFO;
-    const std::size_t left =
-        isCounted ? static_cast<std::size_t>(length) / sizeof(char16_t) : std::u16string_view(piece).size();
+    const bool isCut = isCounted ? length >= Bytes<Unit>(room) : result == SQL_SUCCESS_WITH_INFO;
+    const std::size_t left = isCounted ? static_cast<std::size_t>(length) / sizeof(Unit)
+                                       : std::basic_string_view<Unit>(piece).size();
     if (fetched.size + left > kLongestValue) {
         RefuseText(Format(64, u"The value in column %d", {column + 1}), kLongestValue);
     }
@@ -163,9 +205,9 @@ bool Recordset::FetchPiece(std::int16_t column, Fetched& fetched) {
         return false;
     }
     if (!isCut) return false;
-    // One unit is left free rather than a surrogate pair divided.
+    // Some drivers leave one unit free rather than divide a surrogate pair.
     const std::size_t size = room - (piece[room - 2] == 0 ? 2 : 1);
-    text_.Grow(std::max(fetched.size + left + 1, 2 * text_.Size()));
+    text.Grow(std::max(fetched.size + left + 1, 2 * text.Size()));
     fetched.size += size;
     if (isCounted) fetched.left = left - size;
     return true;

@@ -83,7 +83,8 @@ class Recordset {
     // than 32765 units is refused: ODBC cannot say whether it is complete.
     const char16_t* ColumnName(std::int16_t column);
     // Of the current record; NULL is the empty text. Numbers and dates are as the driver renders them. Ask
-    // for each column once, in ascending order. A value of more than kLongestValue units is refused.
+    // for each column once, in ascending order. A value of more than kLongestValue units is refused. A driver
+    // that refuses the wide type is asked for narrow text: UTF-8, or ISO 8859-1 where it is malformed.
     const char16_t* Value(std::int16_t column);
 
     [[nodiscard]] bool IsAtEnd() const { return isAtEnd_; }
@@ -96,12 +97,17 @@ class Recordset {
         std::optional<std::size_t> left;
     };
 
-    bool FetchPiece(std::int16_t column, Fetched& fetched);
+    template <typename Unit>
+    bool FetchValue(std::int16_t column, std::int16_t type, Array<Unit>& text);
+    template <typename Unit>
+    static bool AddPiece(std::int16_t column, std::int16_t result, std::ptrdiff_t length, Array<Unit>& text,
+                         Fetched& fetched);
 
     std::unique_ptr<void, FreeStatement> statement_;
     std::int16_t columnCount_ = 0;
     bool isAtEnd_ = true;
     Array<char16_t> text_;  // the latest name or value
+    Array<char> bytes_;     // the latest value of a driver that has no wide type
 };
 
 }  // namespace NPlatform

@@ -1,4 +1,8 @@
+#include "odbc_driver/odbc.h"
+
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "api/xls2tki.h"
 #include "platform/database.h"
@@ -10,6 +14,23 @@
 
 // These tests go through the real driver manager to a foreign driver, that of SQLite. It knows no workbooks:
 // it finds its file under the data source's name '' in a configuration of our own.
+
+// NOLINTBEGIN(bugprone-reserved-identifier)
+// Our own driver refuses values as dates, as one without wide texts refuses those.
+extern "C" {
+static bool hasWideTexts = true, hasUtf8 = true;
+SQLRETURN __real_SQLGetData(SQLHSTMT, SQLUSMALLINT, SQLSMALLINT, SQLPOINTER, SQLLEN, SQLLEN*);
+SQLRETURN __wrap_SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER data,
+                            SQLLEN capacity, SQLLEN* length) {
+    const bool isRefused = type == SQL_C_WCHAR && !hasWideTexts;
+    const SQLRETURN result =
+        __real_SQLGetData(handle, column, isRefused ? SQL_C_TYPE_DATE : type, data, capacity, length);
+    auto* const bytes = static_cast<char*>(data);
+    if (!hasUtf8 && type == SQL_C_CHAR) std::replace(bytes, bytes + *length, '\xC3', 'A');
+    return result;
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
@@ -161,6 +182,28 @@ TEST_F(Odbc, HandsTheFileNameOnAsItIs) {
     EXPECT_EQ(Read(table, std::u16string(32'730, u'x').c_str()), u"");  // with the rest of the string, 32766
     EXPECT_EQ(Read(table, std::u16string(32'731, u'x').c_str()),
               u"Database error: The connect string has more than 32766 characters.");
+}
+
+TEST_F(Odbc, ReadsADriverWithoutWideTexts) {
+    const NTest::TempFolder folder;
+    const std::string text = NTest::Repeat("ä漢😀", 10'000);  // the first piece ends in a character
+    const std::u16string path = NTest::Zip(
+        folder,
+        NTest::Small({{"s.xml", NTest::Sheet("<row><c t='str'><v>A</v></c></row><row><c t='str'><v>" + text +
+                                             "</v></c></row><row><c/></row>"
+                                             "<row><c t='str'><v>ä</v></c></row>")}}));
+    hasWideTexts = false;
+    NPlatform::Database database;
+    database.Open(std::filesystem::path("DRIVER=" XLS2TKI_TEST_OWN_ODBC_DRIVER ";DBQ=").u16string() + path);
+    NPlatform::Recordset records(database);
+    records.Open(u"SELECT * FROM S");
+    EXPECT_TRUE(Utf8(records.Value(0)) == text);
+    records.MoveNext();
+    EXPECT_EQ(Utf8(records.Value(0)), "");
+    records.MoveNext();
+    hasUtf8 = false;
+    EXPECT_EQ(Utf8(records.Value(0)), "A¤");
+    hasWideTexts = hasUtf8 = true;
 }
 
 TEST_F(Odbc, ConvertsUnlessARecordFails) {

@@ -19,6 +19,7 @@ target_compile_definitions(rooms_test PRIVATE
     XLS2TKI_TEST_ODBC_DRIVER="${SQLITE_ODBC_DRIVER}"
     XLS2TKI_TEST_OWN_ODBC_DRIVER="$<TARGET_FILE:xls2tki-odbc>")
 add_dependencies(rooms_test xls2tki-odbc)
+target_link_options(rooms_test PRIVATE -Wl,--wrap=SQLGetData)
 
 # The ODBC driver, from the inside and from the outside, as the driver manager loads it and alone.
 add_executable(odbc_driver_test odbc_alone_test.cpp odbc_driver_test.cpp odbc_program_test.cpp)
