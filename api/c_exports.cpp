@@ -21,7 +21,7 @@ using NXls2Tki::HasKnownSize;
 using NXls2Tki::WideString;
 using NXls2Tki::WideStringSet;
 
-// Of the first version. New members go to the end and begin behind any padding, which an older host leaves as
+// Of the first version. New members go to the end and begin after any padding, which an older host leaves as
 // it is.
 constexpr std::size_t kFirstConversionSize =
     offsetof(Xls2TkiConversion, diagnosticInstance) + sizeof(Xls2TkiConversion::diagnosticInstance);

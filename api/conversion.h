@@ -32,21 +32,20 @@ struct ConversionRequest {
     bool findings;  // look for what is wrong with the table
 };
 
-// Puts the facts into the outcome, which is empty, the findings where they are wanted, and as its message
-// text the last progress line with its stamp, or the reason when it returns false. Where Excel's version is
-// not known, a warning stands there in between, and remains when an exception passes out. The output file is
-// opened only when the document is complete and the memory to write it is there. Whether it could be written
-// stands in the outcome; the return value does not depend on it.
+// Fills in the empty outcome: the facts, the findings if requested, and as its message text the last progress
+// line with its time stamp, or the reason if it returns false. If Excel's version is unknown, the message is
+// a warning meanwhile, which stays when an exception passes. The output file is opened only when the
+// document is complete and the memory to write it is reserved. The outcome says whether it could be written;
+// the return value does not depend on it.
 //
 // Throws what reading throws: NPlatform::DispatchException and NPlatform::OleException where Excel fails.
 //
-// The findings are those of the table as far as it was read, also where the conversion fails; none where it
-// was not read at all.
+// If the conversion fails, the findings cover the rows that were read.
 bool Convert(const ConversionRequest& request, Outcome& outcome);
 
-// Appends the names of the workbook's worksheets; none where Excel could not open it. When it returns false,
-// there are none, and `messageText` has the reason. When it returns true, `messageText` is as it was, or has
-// the warning where Excel's version is not known.
+// Appends the names of the workbook's worksheets; none if Excel could not open it. If it returns false, there
+// are none, and `messageText` has the reason. If it returns true, `messageText` is unchanged, or has the
+// warning that Excel's version is unknown.
 //
 // Throws as Convert does, and VCSVReader::VParserException.
 bool ListWorksheets(std::u16string_view path, std::vector<std::u16string>& names,

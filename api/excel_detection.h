@@ -29,7 +29,7 @@ enum VExcelVersion : std::int32_t {
 // ExcelNotInstalled and ExcelAccessDenied. The latter also replaces the detection error text.
 VExcelVersion DetectExcelVersion(std::u16string& displayString);
 
-// Puts into `messageText` what the user is to be told about the version: the warning for ExcelVersionUnknown,
+// Puts into `messageText` what the user should know about the version: the warning for ExcelVersionUnknown,
 // the reason for those with which nothing can be read. For the others the text stays as it is.
 void ReportExcelVersion(VExcelVersion version, std::u16string_view displayString,
                         std::u16string& messageText);

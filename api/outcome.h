@@ -1,4 +1,4 @@
-// What the last operation left behind, for the whole process.
+// The outcome of the last operation, for the whole process.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct Outcome {
     std::u16string messageText;
     std::optional<VSimpleXMLCreation::DocumentFacts> facts;  // of the last conversion, unless it failed
     bool isWritten = false;                        // with facts only: the whole document is in the output
-    std::optional<NChecks::FindingList> findings;  // of the last conversion, where they were wanted
+    std::optional<NChecks::FindingList> findings;  // of the last conversion, if requested
     // For the C interface: how its last operation failed, and why it ended with an exception, null if it did
     // not.
     std::int32_t failure = 0;

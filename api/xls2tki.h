@@ -1,32 +1,29 @@
-// xls2tki: turns a table of Diagnostic Trouble Codes (DTCs) kept in a spreadsheet into an XML import
-// document.
+// xls2tki: turns a table of Diagnostic Trouble Codes (DTCs) in a spreadsheet into an XML import document.
 //
-// This is the library's public header for C++; it needs nothing but the standard library. xls2tki_c.h is for
-// everybody else.
+// This is the library's public header for C++. It requires the standard library only. For other compilers and
+// languages, use xls2tki_c.h.
 //
-// Strings are UTF-16 and zero-terminated. A null pointer counts as the empty string. Arguments are only read
-// and need to stay valid no longer than the call. File names are ordinary paths of the system. That of a
-// workbook goes to Excel 2010 and later as it is; as these run in a folder of their own, pass a full path.
+// Strings are UTF-16 and zero-terminated. A null pointer is the empty string. Arguments are only read during
+// the call. File names are ordinary paths of the system. Excel 2010 and later get the path of a workbook as
+// you pass it. Excel has a current folder of its own, so pass a full path.
 //
-// The functions return true when the work was done. When one returns false, GetLoggedMessages() has the
-// sentence that tells the user why.
+// A function returns true if its work was done. If it returns false, GetLoggedMessages() has a sentence for
+// the user that says why.
 //
-// The library keeps the outcome of the last operation for the whole process, without a lock: call it from one
-// thread at a time, and convert Excel workbooks on the thread that called XlsInitOle. Every call returns only
-// when its work is done; no threads are started.
+// The library keeps the outcome of the last operation for the whole process, without a lock. Call it from one
+// thread at a time, and convert Excel workbooks on the thread that called XlsInitOle. A call returns when its
+// work is done; no threads are started.
 //
-// Between calls it keeps one buffer for the next conversion. The buffer is smaller than six bytes for each
-// character of the largest document so far, of which a conversion uses at most three.
+// Between calls the library keeps one buffer for the next conversion. It is smaller than six bytes for each
+// character of the largest document so far. A conversion uses at most three of them.
 //
-// Excel workbooks are read by driving the Excel that the system's registry names as the current one. A system
-// without Excel has one inside the library, of which it says by default that it is Excel 2010; there, the
-// environment variable XLS2TKI_REGISTRY may name a file in the format of registry exports that says
-// otherwise.
+// To read Excel workbooks, the library drives the current Excel in the system's registry. On a system without
+// Excel, an engine inside the library replaces it, by default as Excel 2010. There, the environment variable
+// XLS2TKI_REGISTRY can name a file in the format of registry exports that names another version.
 //
-// Exceptions: what is wrong with an input is reported through the result. A std::exception reaches the caller
-// where Excel fails in the midst of its work, with Excel's own words as what(), in UTF-8, or where the memory
-// is exhausted (std::bad_alloc). The outputs of the call are then as they were. GetExcelWorksheets throws one
-// more.
+// Exceptions: errors in an input are reported through the result. A std::exception reaches the caller if
+// Excel fails during its work, with Excel's own message as what(), in UTF-8, or if there is no memory
+// (std::bad_alloc). The outputs of the call are then unchanged. GetExcelWorksheets throws one more.
 #pragma once
 
 #include <cstdint>
@@ -55,28 +52,27 @@ using WideChar = char16_t;
 using WideString = std::basic_string<WideChar>;
 using WideStringSet = std::set<WideString>;
 
-// What kind of input the input path names, and so what reads it.
+// The kind of input, which decides what reads it.
 enum VImportType : std::int32_t {
     ImportTypeODBC = 0,   // an Excel file, read through the installed Excel ODBC driver
     ImportTypeExcel = 1,  // an Excel workbook, read through the installed Excel's automation
     ImportTypeCSV = 2,    // a text file of cells between separators
 };
 
-// Prepares the process for automation. Call it once, on the thread that will convert; every later call
-// returns true and does nothing. False: the preparation failed; unless `silent` is true the user was also
-// shown a message box.
+// Prepares the process for automation. Call it once, on the thread that will convert. Later calls return true
+// and do nothing. False: the preparation failed. Unless `silent` is true, the user also sees a message box.
 XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 
 // Converts one table. The input is read completely and the document is complete before the output is opened:
-// a conversion that returns false leaves the output as it was. Whether the output could be created and
-// written is not part of the result: `written` of xls2tki_facts() in xls2tki_c.h tells it, after this
-// function, too.
+// a conversion that returns false leaves the output unchanged. The result does not say whether the output
+// could be created and written. For that, call xls2tki_facts() of xls2tki_c.h afterwards and look at
+// `written`.
 //
-//   inputPath           the workbook or CSV file; with ODBC a name without ';' that does not begin with '{':
-//                       it becomes part of a connect string as it is, where such a name could stand for
-//                       another file, and even for another driver to load
+//   inputPath           the workbook or CSV file; with ODBC, a name without ';' that does not begin with '{':
+//                       it becomes part of a connect string unchanged, where such a name could open another
+//                       file, or even load another driver
 //   worksheetName       the worksheet of an Excel workbook, exactly as GetExcelWorksheets lists it; empty:
-//                       the first. A name that the workbook does not have is no failure: the last worksheet
+//                       the first. A name that the workbook does not have is not an error: the last worksheet
 //                       is read. So list the names first and refuse any other. CSV, ODBC and Excel 2003
 //                       ignore the name
 //   outputPath          the import document: UTF-8, lines ended by CR LF; created, or emptied if it exists
@@ -88,7 +84,7 @@ XLS2TKI_EXPORT bool XlsInitOle(bool silent);
 //   thirdNames          as secondNames; a column in no set becomes an item of type "RI", vsgNames go first
 //   variant             written as "variant" of the service mapping unless empty
 //   diagnosticInstance  written as "diaginstance" of the service mapping unless empty
-//   utf8                read a CSV file as UTF-8; else each byte is the character of the same value
+//   utf8                read a CSV file as UTF-8; otherwise each byte is the character of the same value
 XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName,
                                    const WideChar* outputPath, VImportType importType, bool forwardMessages,
                                    WideChar separator, const WideStringSet& vsgNames,
@@ -101,7 +97,7 @@ XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* ou
                                    VImportType importType, bool forwardMessages, WideChar separator,
                                    bool utf8);
 
-// The same with header texts; secondNames also serve as the third set.
+// The same with header texts; secondNames is also the third set.
 XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath,
                                    VImportType importType, bool forwardMessages, WideChar separator,
                                    const WideStringSet& vsgNames, const WideStringSet& secondNames,
@@ -114,22 +110,22 @@ XLS2TKI_EXPORT bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* ou
                                    const WideStringSet& thirdNames, const WideChar* variant,
                                    const WideChar* diagnosticInstance, bool utf8);
 
-// Replaces `names` by the names of the workbook's worksheets, in workbook order. None: Excel did not start or
-// did not open the workbook; a conversion of the workbook forwards the reason among its progress messages.
+// Replaces `names` by the names of the workbook's worksheets, in workbook order. If there are none, Excel did
+// not start or did not open the workbook: convert the workbook to get the reason in the progress messages.
 //
-// When it returns false, because there is no Excel that can list them, GetLoggedMessages() has the reason.
-// When it returns true, GetLoggedMessages() is as it was, or has a warning that Excel's version is unknown.
+// If it returns false, no Excel can list them, and GetLoggedMessages() has the reason. If it returns true,
+// GetLoggedMessages() is unchanged or has a warning that Excel's version is unknown.
 //
 // Throws an exception of the library's own, which a host catches as `...`, for a workbook without worksheets
 // and, with Excel 2000 and 2007, for a file that cannot be opened. `names` and GetLoggedMessages() are then
-// as they were, the warning apart; after a conversion of the workbook, GetLoggedMessages() has the reason.
+// unchanged, except for the warning. Convert the workbook to get the reason from GetLoggedMessages().
 XLS2TKI_EXPORT bool GetExcelWorksheets(const WideChar* path, std::vector<WideString>& names);
 
-// The outcome of the last operation: after a conversion that returned true its last progress line, with a
-// time stamp and a line feed; after one that returned false the reason. Empty before the first and after a
-// conversion that ended with an exception, a warning about Excel's version apart. A NUL of a cell is shown in
-// it as U+FFFD. The text belongs to the library and stays valid until the next call of Xls2TkiConvert or
-// GetExcelWorksheets. Throws std::bad_alloc when there is no memory to show it.
+// The outcome of the last operation: after a conversion that returned true, its last progress line, with a
+// time stamp and a line feed; after one that returned false, the reason. Empty before the first conversion,
+// and after one that ended with an exception, except for a warning about Excel's version. A NUL in a cell
+// becomes U+FFFD. The text belongs to the library and is valid until the next call of Xls2TkiConvert or
+// GetExcelWorksheets. Throws std::bad_alloc if there is no memory for the text.
 XLS2TKI_EXPORT const WideChar* GetLoggedMessages();
 
 }  // namespace NXls2Tki

@@ -1,17 +1,16 @@
-/* xls2tki for C, and for every language that can call C: what xls2tki.h offers, without the types and
- * exceptions of C++. Those belong to one compiler and its standard library; a host built with another one
- * uses these functions.
+/* xls2tki for C, and for every language that can call C: the functions of xls2tki.h without the types and
+ * exceptions of C++, which depend on the compiler and its standard library.
  *
- * What xls2tki.h says of threads, Excel, the registry and memory holds here, too. Texts are UTF-16 and end
- * with a zero; a null pointer is the empty text. What is passed in is only read, and needs to stay valid no
- * longer than the call. What is handed out belongs to the library.
+ * The rules of xls2tki.h about threads, Excel, the registry and memory apply here as well. Texts are UTF-16
+ * and end with a zero. A null pointer is the empty text. Arguments are only read during the call. Results
+ * belong to the library.
  *
- * Some structures begin with their size, which the caller sets. Later versions add members at their end, so
- * that a host that was built with an older header keeps working: members that its structure lacks count as
- * zero, or are not filled in. A structure that is larger than the library's own is refused.
+ * Some structures begin with their size, which the caller sets. Later versions add members at the end. A host
+ * that was built with an older header keeps working: members that its structure lacks count as zero, or are
+ * not filled in. A structure that is larger than the library's own is refused.
  *
- * A function that returns false has not done its work, and xls2tki_message() tells the user why; that
- * includes failures in the midst of Excel's work and exhausted memory. Nothing is thrown. */
+ * If a function returns false, it has not done its work, and xls2tki_message() says why. This includes
+ * failures of Excel during its work and a lack of memory. No function throws. */
 #ifndef XLS2TKI_C_H
 #define XLS2TKI_C_H
 
@@ -42,7 +41,7 @@ typedef wchar_t Xls2TkiChar;
 typedef char16_t Xls2TkiChar;
 #endif
 
-/* Texts of header cells, in any order. `texts` may be null where `count` is 0. */
+/* Texts of header cells, in any order. `texts` may be null if `count` is 0. */
 typedef struct {
     const Xls2TkiChar* const* texts;
     size_t count;
@@ -55,8 +54,8 @@ enum {
     XLS2TKI_CSV = 2    /* the library itself */
 };
 
-/* One conversion; members that are not set are to be zero. Each is the parameter of the same name in
- * xls2tki.h, but a null variant or diagnosticInstance is the one that the short forms there have. */
+/* One conversion. Set unused members to zero. Each is the parameter of the same name in xls2tki.h, but a null
+ * variant or diagnosticInstance has the default of the short forms there. */
 typedef struct {
     size_t size; /* sizeof(Xls2TkiConversion) */
     const Xls2TkiChar* inputPath;
@@ -74,54 +73,52 @@ typedef struct {
     bool findings; /* look for what is wrong with the table, see xls2tki_finding; the document is the same */
 } Xls2TkiConversion;
 
-/* Which numbers the first columns of a table hold, as its first two header cells tell. */
+/* The numbers in the first columns of a table, from its first two headers. */
 enum {
     XLS2TKI_SINGLE_NUMBER = 0,         /* a DTC number */
     XLS2TKI_SPN_FMI = 1,               /* SPN and FMI, of SAE J1939 */
     XLS2TKI_BASE_AND_FAILURE_TYPE = 2, /* a base DTC and a failure type */
 };
 
-/* What a document was made of, to be compared with what was expected. Columns count from 0. */
+/* How a table was read and what its document contains. Columns count from 0. */
 typedef struct {
     size_t size; /* sizeof(Xls2TkiFacts), set by the caller */
     int32_t layout;
     /* A letter A to F in the first column made numbers without 0x hexadecimal; with XLS2TKI_SINGLE_NUMBER
      * only. */
     bool hexDigits;
-    bool saeCodes;  /* texts that begin with P, C, B or U were taken for SAE codes */
+    bool saeCodes;  /* texts that begin with P, C, B or U are SAE codes */
     size_t rows;    /* without the header: the DTCs of the document */
-    size_t columns; /* with those that were skipped */
-    /* The column without header and data with which the table ends. It and all behind it were skipped, those
-     * with headers, too. The number of columns where there is none. */
+    size_t columns; /* including skipped ones */
+    /* The column without header and data that ends the table. It and all columns after it were skipped, even
+     * if they have headers. The number of columns if there is none. */
     size_t endColumn;
-    /* The columns before the end that were skipped because they have data, but no header; in their order. */
+    /* The columns before the end that were skipped because they have data but no header, in their order. */
     const size_t* columnsWithoutHeader;
     size_t columnsWithoutHeaderCount;
     size_t itemColumns; /* columns that became record items */
-    size_t items;       /* record items of all DTCs; an empty cell is none */
-    /* The output was opened, the whole document was written to it, and the system reported no failure at
-     * closing either. False where the output path is empty. What a later failure of the disk may take is not
-     * known here: a host that needs to be sure flushes the file (fsync, FlushFileBuffers) before it relies on
-     * it. */
+    size_t items;       /* record items of all DTCs; empty cells do not count */
+    /* The output was opened, the whole document was written to it, and it was closed without an error. False
+     * if the output path is empty. A later failure of the disk is not known here: to be sure, flush the file
+     * (fsync, FlushFileBuffers). */
     bool written;
     Xls2TkiNames itemHeaders; /* of the item columns, in their order, without white space at their ends */
-    /* Of the DTCs of the document, as unsigned numbers: what it writes as -1 is 0xFFFFFFFF. Both are 0 where
-     * no DTC has a number. */
+    /* Of the DTCs of the document, as unsigned numbers: -1 in the document is 0xFFFFFFFF. Both are 0 if no
+     * DTC has a number. */
     uint32_t smallestNumber;
     uint32_t largestNumber;
 } Xls2TkiFacts;
 
-/* What a finding means. */
+/* The severity of a finding. */
 enum {
-    XLS2TKI_ERROR = 0,  /* the document says something else than the table, or no reader takes it */
-    XLS2TKI_WARNING = 1 /* look at this */
+    XLS2TKI_ERROR = 0,  /* the document differs from what the table says, or XML readers refuse it */
+    XLS2TKI_WARNING = 1 /* probably a mistake */
 };
 
-/* In the place of row and column. */
+/* Instead of a row and a column. */
 #define XLS2TKI_NOWHERE SIZE_MAX
 
-/* One thing that is wrong with a table, at one place. Several places may have it for one cause: 214 empty
- * cells, for example. */
+/* One probable mistake at one place. Several places can have one cause, such as 214 empty cells. */
 typedef struct {
     size_t size;      /* sizeof(Xls2TkiFinding), set by the caller */
     const char* rule; /* in ASCII, such as "number-unreadable": docs/findings.md has them all */
@@ -139,7 +136,7 @@ typedef struct {
     size_t causeCount; /* how many places have the cause, those that are not handed out among them */
 } Xls2TkiFinding;
 
-/* How many places a rule found. */
+/* The number of findings of a rule. */
 typedef struct {
     size_t size; /* sizeof(Xls2TkiFindingCount), set by the caller */
     const char* rule;
@@ -151,55 +148,54 @@ typedef struct {
 /* How the last call of xls2tki_init_ole, xls2tki_convert or xls2tki_list_worksheets failed. */
 enum {
     XLS2TKI_NO_FAILURE = 0,   /* it returned true, or there was none */
-    XLS2TKI_REFUSED = 1,      /* the library cannot do it: the message is about the table or the system */
+    XLS2TKI_REFUSED = 1,      /* the message is about the table or the system */
     XLS2TKI_EXCEL_FAILED = 2, /* Excel failed during its work: the message is Excel's own */
     XLS2TKI_OUT_OF_MEMORY = 3 /* a smaller table may work */
 };
 
-/* As XlsInitOle. It leaves no message. */
+/* Like XlsInitOle. It leaves no message. */
 XLS2TKI_EXPORT bool xls2tki_init_ole(bool silent);
 
-/* As Xls2TkiConvert: false leaves the output as it was; true does not say whether it could be written, which
- * xls2tki_facts() does. A worksheetName that the workbook does not have is no failure: the last worksheet is
- * read. Pass only names that xls2tki_list_worksheets gives. With an empty output path all is done but nothing
- * is written. */
+/* Like Xls2TkiConvert: false leaves the output unchanged; true does not say whether it could be written, but
+ * xls2tki_facts() does. A worksheetName that the workbook does not have is not an error: the last worksheet
+ * is read. Pass only names from xls2tki_list_worksheets. With an empty output path, everything is done except
+ * writing. */
 XLS2TKI_EXPORT bool xls2tki_convert(const Xls2TkiConversion* conversion);
 
-/* Tells what the document of the last conversion was made of. `columnsWithoutHeader` is valid until the next
- * conversion, `itemHeaders` until this function is called again. False, with `facts` as they were: the
- * conversion failed, there was none, `facts->size` is refused, or there is no memory for the headers. The
- * message of the conversion stays. */
+/* Fills in the facts of the last conversion. `columnsWithoutHeader` is valid until the next conversion,
+ * `itemHeaders` until the next call of this function. False, with `facts` unchanged: the conversion failed,
+ * there was none, `facts->size` is refused, or there is no memory for the headers. The message of the
+ * conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_facts(Xls2TkiFacts* facts);
 
-/* The findings of the last conversion, if it wanted them, one by one, and the counts of each rule. Those of a
- * conversion that failed are there as far as the table was read. They stay until the next conversion; the
- * texts of a finding are valid until this function is called again.
+/* The findings of the last conversion, if it asked for them, one by one, and the counts of each rule. After a
+ * conversion that failed, they cover the rows that were read. They stay until the next conversion; the texts
+ * of a finding are valid until the next call of this function.
  *
- * Findings are in the order of the rules. Those of a rule are in the order of rows and columns, the table as
- * a whole first. For each rule at most 1000 are handed out; the counts have all.
+ * Findings are in the order of the rules. Those of a rule are in the order of rows and columns, with the
+ * whole table first. You get at most 1000 for each rule; the counts include all.
  *
- * False, with `finding` or `count` as they were: `index`, which counts from 0, is behind the last one, or the
- * size is refused, or there is no memory to show it. The message of the conversion stays. */
+ * False, with `finding` or `count` unchanged: `index`, from 0, is after the last one, the size is refused, or
+ * there is no memory. The message of the conversion stays. */
 XLS2TKI_EXPORT bool xls2tki_finding(size_t index, Xls2TkiFinding* finding);
 
-/* One for each rule, also where it found nothing; none where the last conversion did not want findings. */
+/* One for each rule, even if it found nothing; none if the last conversion did not ask for findings. */
 XLS2TKI_EXPORT bool xls2tki_finding_count(size_t index, Xls2TkiFindingCount* count);
 
-/* Whether the last conversion looked at all of the table for findings: false where it did not want them, the
- * table was not read or has not the same number of cells in each row, or there was no memory for more. */
+/* Whether the last conversion checked the whole table for findings: false if it did not ask for them, if the
+ * table was not read or its rows differ in length, or if there was no memory for more. */
 XLS2TKI_EXPORT bool xls2tki_findings_complete(void);
 
-/* As GetExcelWorksheets, but nothing is thrown. `names` gets the worksheets' names in workbook order; they
- * are valid until the next call of this function. When it returns false, `names` is as it was. A null pointer
- * for it asks only whether they can be listed. */
+/* Like GetExcelWorksheets, but does not throw. `names` gets the names of the worksheets in workbook order;
+ * they are valid until the next call of this function. If it returns false, `names` is unchanged. With a null
+ * pointer for `names`, it only says whether they can be listed. */
 XLS2TKI_EXPORT bool xls2tki_list_worksheets(const Xls2TkiChar* path, Xls2TkiNames* names);
 
-/* How the last operation failed: XLS2TKI_NO_FAILURE and so on. What was called through xls2tki.h does not
- * count. */
+/* How the last operation failed: XLS2TKI_NO_FAILURE and so on. Calls through xls2tki.h do not count. */
 XLS2TKI_EXPORT int32_t xls2tki_failure(void);
 
-/* The outcome of the last operation, as GetLoggedMessages has it, or, where that would have thrown, the
- * reason. Valid until the next call of a function of the library. */
+/* The outcome of the last operation, as GetLoggedMessages has it, or the reason if that would have thrown.
+ * Valid until the next call of a function of the library. */
 XLS2TKI_EXPORT const Xls2TkiChar* xls2tki_message(void);
 
 #ifdef __cplusplus

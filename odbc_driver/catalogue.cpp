@@ -43,7 +43,7 @@ bool IncludesTables(const OptionalText& types) {
     }
 }
 
-// Who asks for all of one kind, and for nothing of the others, wants the kind itself listed.
+// A question for all of one kind and nothing of the others asks for a list of the kind itself.
 bool AsksForTypes(const TablesRequest& request) {
     return IsAll(request.types) && IsEmpty(request.catalogue) && IsEmpty(request.schema) &&
            IsEmpty(request.table);
@@ -53,7 +53,7 @@ bool AsksForCataloguesOrSchemas(const TablesRequest& request) {
                                       (IsAll(request.schema) && IsEmpty(request.catalogue)));
 }
 
-// A worksheet goes by its name without '$' as well, where that stands for it.
+// A worksheet also has its name without '$', unless another table has it.
 bool Fits(const NWorkbook::TableBook& book, NamePattern& pattern, const NWorkbook::TableName& table) {
     if (pattern.Fits(table.name)) return true;
     const std::u16string_view bare = std::u16string_view(table.name).substr(0, table.name.size() - 1);

@@ -21,7 +21,7 @@ RowsResult::Columns ColumnsOfForeignKeys() {
             {u"DEFERRABILITY", SQL_SMALLINT}};
 }
 
-// What SQLColumns and SQLProcedureColumns tell alike, behind the names and the kind of a column.
+// What SQLColumns and SQLProcedureColumns both report after the names and the kind of a column.
 RowsResult::Columns Described(RowsResult::Columns columns) {
     columns.insert(columns.end(), {{u"DATA_TYPE", SQL_SMALLINT},
                                    {u"TYPE_NAME"},

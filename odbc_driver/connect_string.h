@@ -10,10 +10,10 @@ namespace NOdbcDriver {
 
 // The attributes of a connect string, in its order.
 //
-// Blanks around a keyword do not count, and its case does not. A value is what stands between the equals sign
-// and the next semicolon, blanks included, so that a path arrives as it was put there. In braces it may hold
-// semicolons, and closing braces twice; blanks may stand around the braces. A value that only begins with a
-// brace, or goes on behind the closing one, is an ordinary one and the braces are part of it.
+// Blanks around a keyword do not count, and its case does not. A value is the text between the equals sign
+// and the next semicolon, blanks included, so that a path arrives unchanged. In braces it may contain
+// semicolons, and closing braces twice; blanks around the braces do not count. A value that only begins with
+// a brace, or continues after the closing one, is an ordinary one and the braces are part of it.
 class ConnectString {
   public:
     // Throws OdbcError (HY000) for a part that is not KEY=value, as a semicolon in a path without braces

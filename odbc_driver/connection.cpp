@@ -22,7 +22,7 @@ std::u16string ListTables(const std::vector<NWorkbook::TableName>& names) {
     return names.size() > kMostListed ? list + u", ..." : list;
 }
 
-// The data source of the connect string; '' is how some programs write that there is none.
+// The data source of the connect string; some programs write '' if there is none.
 std::u16string_view DataSourceOf(const ConnectString& attributes) {
     const std::u16string_view name = attributes.Find(u"DSN").value_or(u"");
     return name == u"''" ? std::u16string_view() : name;

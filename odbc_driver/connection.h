@@ -34,7 +34,7 @@ class Connection : public Handle {
 
     // The workbook's tables. Throws OdbcError (08003) without a connection.
     NWorkbook::TableBook& Book();
-    // Throws OdbcError: 42S02 where there is no such table, HY000 where it cannot be read.
+    // Throws OdbcError: 42S02 if there is no such table, HY000 if it cannot be read.
     std::shared_ptr<const NWorkbook::Table> FindTable(std::u16string_view name);
 
     Statement& AddStatement();

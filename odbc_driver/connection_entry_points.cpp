@@ -9,7 +9,7 @@ using namespace NOdbcDriver;
 
 namespace {
 
-// There is nothing to ask the user: whatever the completion, what is missing is an error.
+// The driver never asks the user: with any completion, a missing value is an error.
 template <typename Unit>
 SQLRETURN DriverConnect(SQLHDBC handle, Unit* text, SQLSMALLINT length, Unit* completed, SQLSMALLINT capacity,
                         SQLSMALLINT* completedLength) {

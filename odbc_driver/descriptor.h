@@ -1,4 +1,4 @@
-// Descriptors: where an application wants the values of a row set, and what these are.
+// Descriptors: where the values of a row set go, and what they are.
 #pragma once
 
 #include <memory>

@@ -4,10 +4,10 @@ namespace NOdbcDriver {
 
 namespace {
 
-// The component and the data source, as ODBC wants them before each message.
+// The component and the data source, which ODBC expects before each message.
 constexpr std::u16string_view kSpeaker = u"[xls2tki][Excel Driver]";
 
-// A record without a message of its own tells this: where memory has run out none can be made.
+// The message of a record without one of its own: without memory, none can be made.
 constexpr std::u16string_view kOutOfMemory = u"There is not enough memory.";
 
 constexpr std::size_t kUsualRecords = 8;

@@ -1,4 +1,4 @@
-// What a handle tells of its latest call.
+// The diagnostics of a handle for its latest call.
 #pragma once
 
 #include <optional>
@@ -43,7 +43,7 @@ class Diagnostics {
     // The call still succeeds, with information. Of very many records only the first are kept.
     void Add(Diagnostic record);
     void AddOutOfMemory() noexcept;
-    // A text did not fit where the application wants it.
+    // A text did not fit into the application's buffer.
     void AddIfCut(bool isCut);
 
     [[nodiscard]] std::size_t Count() const { return records_.size(); }

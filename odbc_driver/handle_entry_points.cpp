@@ -1,4 +1,4 @@
-// Handles: making and freeing them, what they tell, the environment's attributes.
+// Handles: making and freeing them, their diagnostics, the environment's attributes.
 #include "odbc_driver/application_text.h"
 #include "odbc_driver/connection.h"
 #include "odbc_driver/entry_point.h"
@@ -8,7 +8,7 @@ using namespace NOdbcDriver;
 
 namespace {
 
-// There is no handle yet to tell what is wrong: only memory can be.
+// There is no handle yet to report an error: only memory can be missing.
 SQLRETURN MakeEnvironment(SQLHANDLE* handle) noexcept {
     try {
         *handle = new Environment;

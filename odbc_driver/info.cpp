@@ -117,7 +117,7 @@ constexpr Answer kNumbers[] = {
      SQL_CA2_READ_ONLY_CONCURRENCY | SQL_CA2_MAX_ROWS_SELECT | SQL_CA2_CRC_EXACT},
 };
 
-// The other questions that ODBC knows ask for sets of features: there are none.
+// All other questions of ODBC ask for sets of features: the driver has none.
 bool IsKnown(SQLUSMALLINT question) {
     constexpr SQLUSMALLINT kLast = SQL_CONVERT_GUID;
     constexpr SQLUSMALLINT kFirstAdded = 10'000;

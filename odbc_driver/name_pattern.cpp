@@ -21,7 +21,8 @@ bool ElementFits(std::u16string_view element, char16_t unit) {
 
 // Takes each comparison from `stepsLeft`: there are up to |pattern| x |name| of them.
 bool PatternFits(std::u16string_view pattern, std::u16string_view name, std::size_t& stepsLeft) {
-    std::u16string_view afterPercent;  // the pattern behind its latest %, and what of the name that % leaves
+    std::u16string_view
+        afterPercent;  // the pattern after its latest %, and the rest of the name after that %
     std::u16string_view leftByPercent;
     bool hasPercent = false;
     for (;;) {

@@ -15,7 +15,7 @@ using OptionalText = std::optional<std::u16string>;
 // Without a text it fits everything. Case of ASCII letters counts for nothing.
 class NamePattern {
   public:
-    // `isName`: the text is the name itself, and blanks behind it do not count.
+    // `isName`: the text is the name itself, and blanks after it do not count.
     NamePattern(OptionalText text, bool isName);
 
     // Throws OdbcError when comparing with all names so far has taken too long, a second or two.

@@ -7,7 +7,7 @@ namespace NOdbcDriver {
 
 // Rows count from 1.
 struct CursorPosition {
-    SQLLEN firstRow;  // of the row set; 0 before the first row, lastRow + 1 behind the last
+    SQLLEN firstRow;  // of the row set; 0 before the first row, lastRow + 1 after the last
     SQLLEN rows;      // in the row set
     SQLLEN lastRow;   // of the result
 };

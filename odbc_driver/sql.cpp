@@ -92,7 +92,7 @@ class Parser {
                                                     {static_cast<std::int32_t>(at_ + 1), reason}));
     }
 
-    // What stands here, up to the next blank, is not what has to stand here.
+    // The text up to the next blank is not what the statement requires here.
     [[noreturn]] void Refuse() const {
         if (at_ == sql_.size()) {
             throw OdbcError(u"42000", NPlatform::Format(128, u"The SQL statement ends too early: use %s.",

@@ -12,7 +12,7 @@ namespace NOdbcDriver {
 
 class Connection;
 
-// How many rows a fetch takes at once and what it tells of them. The addresses may be NULL.
+// How many rows a fetch takes at once and where it reports on them. The addresses may be NULL.
 struct RowSet {
     SQLULEN size;
     SQLULEN* fetched;
@@ -90,7 +90,7 @@ class Statement : public Handle {
     bool isPrepared_ = false;
     bool isOpen_ = false;
     SQLLEN firstRow_ =
-        0;  // of the row set, from 1; 0 before the first row, and RowCount() + 1 behind the last
+        0;  // of the row set, from 1; 0 before the first row, and RowCount() + 1 after the last
     std::size_t fetchedRows_ = 0;  // in the row set
     std::size_t rowOfSet_ = 0;     // the current one, from 0
 

@@ -28,7 +28,7 @@ constexpr HeaderAttribute kHeaderAttributes[] = {
     {SQL_ATTR_PARAMS_PROCESSED_PTR, SQL_DESC_ROWS_PROCESSED_PTR, &Statement::implementationParameters},
 };
 
-// Attributes that have one value here, whatever an application would like.
+// Attributes with one fixed value.
 struct FixedAttribute {
     SQLINTEGER number;
     SQLULEN value;

@@ -176,7 +176,7 @@ SQLRETURN SQL_API SQLCloseCursor(SQLHSTMT handle) {
     });
 }
 
-// A call never waits for anything, so there is none to cancel.
+// A call never waits, so there is nothing to cancel.
 SQLRETURN SQL_API SQLCancel(SQLHSTMT handle) {
     return FindObject<Statement>(handle) == nullptr ? SQL_INVALID_HANDLE : SQL_SUCCESS;
 }

@@ -10,10 +10,10 @@
 
 namespace NOdbcDriver {
 
-// Where the application wants a value.
+// Where a value goes.
 struct Target {
     SQLSMALLINT type;   // SQL_C_...
-    SQLPOINTER data;    // may be NULL: only the length is wanted
+    SQLPOINTER data;    // may be NULL: then only the length is returned
     SQLLEN capacity;    // in bytes, for texts
     SQLLEN* length;     // gets the length in bytes; may be NULL
     SQLLEN* indicator;  // gets SQL_NULL_DATA; may be NULL, and the same as `length`
