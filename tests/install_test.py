@@ -64,13 +64,19 @@ class Installed:
         bash = share / "bash-completion/completions/xls2tki"
         assert set(self.complete(bash, "--")) == names
         assert self.complete(bash, "--list-w") == ["--list-worksheets"]
-        assert self.complete(bash, "--separator", "") == []
+        assert self.complete(bash, "--separator", "t") == ["tab"]
+        (self.work / "a b.xlsx").write_bytes((EXAMPLES / "powertrain.xlsx").read_bytes())
+        assert self.complete(bash, "a\\ b.xlsx", "--worksheet", "") == ["Powertrain", "J1939", "Body"]
+        assert self.complete(bash, "a b.xlsx", "--worksheet", "Po") == ["Powertrain"]
         assert self.complete(bash, "--encoding", "") == self.complete(bash, "--encoding", "=") == ["utf-8", "8-bit"]
         zsh = (share / "zsh/site-functions/_xls2tki").read_text(encoding="utf-8")
         assert long_names(zsh.replace("[", " [")) >= names
         fish = share / "fish/vendor_completions.d/xls2tki.fish"
         offered = self.run("fish", "-c", f"source '{fish}'; complete -C 'xls2tki --'", HOME=str(self.work))
         assert {line.split("\t")[0] for line in offered} == names
+        offered = self.run("fish", "-c", f"source '{fish}'; complete -C 'xls2tki a\\ b.xlsx --worksheet '", HOME=str(self.work),
+                           PATH=f"{self.tree / 'bin'}:{os.environ['PATH']}")
+        assert [line.split("\t")[0] for line in offered] == ["Body", "J1939", "Powertrain"]
 
     def check_pages(self):
         """No link of the manual leads outside of what is installed with it."""
@@ -82,7 +88,7 @@ class Installed:
 
     def complete(self, script, *words):
         """What bash would offer for the last of the words."""
-        typed = " ".join(f"'{word}'" for word in ("xls2tki", *words))
+        typed = " ".join(f"'{word}'" for word in (self.tree / "bin/xls2tki", *words))
         return self.run("bash", "-c", f"compopt() {{ :; }}; source '{script}'; COMP_WORDS=({typed}); "
                         f"COMP_CWORD={len(words)}; _xls2tki; printf '%s\\n' \"${{COMPREPLY[@]}}\" | grep . || true")
 

@@ -18,11 +18,17 @@ ValueKind KindOfValue(std::string_view word) {
     for (const char* folder : {"DIR", "FOLDER"}) {
         if (word == folder) return ValueKind::Folder;
     }
+    if (word == "CHAR") return ValueKind::Choice;
     return word.find('|') == std::string_view::npos ? ValueKind::Text : ValueKind::Choice;
 }
 
-// "a|b" is a choice.
+// "a|b" is a choice. Of characters, those are that have a name.
 std::vector<std::string> ChoicesOf(const std::string& word) {
+    if (word == "CHAR") {
+        std::vector<std::string> names;
+        for (const NCli::Separator& separator : NCli::kSeparators) names.emplace_back(separator.name);
+        return names;
+    }
     std::istringstream words(word);
     std::vector<std::string> choices;
     for (std::string choice; std::getline(words, choice, '|');) choices.push_back(choice);
@@ -39,6 +45,7 @@ Option DescribeOption(const CLI::Option& declared) {
         option.value = declared.get_type_name();
     }
     if (!option.value.empty()) option.kind = KindOfValue(option.value);
+    if (declared.check_lname("worksheet")) option.kind = ValueKind::Worksheet;
     if (option.kind == ValueKind::Choice) option.choices = ChoicesOf(option.value);
     option.isRepeatable = !option.value.empty() && declared.get_items_expected_max() > 1;
     option.help = declared.get_description();

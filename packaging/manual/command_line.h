@@ -6,7 +6,7 @@
 
 namespace NManual {
 
-enum class ValueKind { None, Text, Choice, File, Folder };
+enum class ValueKind { None, Text, Choice, File, Folder, Worksheet };
 
 struct Option {
     std::vector<std::string> names;  // with their hyphens, short ones first; an operand has none

@@ -63,6 +63,7 @@ void WriteZshValue(const Option& option, std::ostream& file) {
     file << ':' << ZshText(option.value) << ':';
     if (option.kind == ValueKind::Text) file << ' ';
     if (option.kind == ValueKind::Choice) file << '(' << Join(option.choices, " ") << ')';
+    if (option.kind == ValueKind::Worksheet) file << "_xls2tki_worksheets";
     if (option.kind == ValueKind::File) file << "_files";
     if (option.kind == ValueKind::Folder) file << "_files -/";
 }
@@ -93,6 +94,7 @@ void WriteFishOption(const Option& option, std::ostream& file) {
             file << " -s " << name.substr(1);
         }
     }
+    if (option.kind == ValueKind::Worksheet) file << " -x -a '(__xls2tki_worksheets)'";
     if (option.kind == ValueKind::File) file << " -r -F";
     if (option.kind == ValueKind::Text) file << " -x";
     if (option.kind == ValueKind::Choice) file << " -x -a '" << Join(option.choices, " ") << '\'';
@@ -100,12 +102,53 @@ void WriteFishOption(const Option& option, std::ostream& file) {
     file << " -d '" << Escape(option.help, "\\'") << "'\n";
 }
 
+// The worksheets are those of the first workbook on the line, as the command itself lists them.
 constexpr char kBashBeginning[] = R"(# Completes the command line of xls2tki in bash.
+_xls2tki_worksheets() {
+    local file name
+    compopt -o filenames  # which quotes names
+    for file in "${COMP_WORDS[@]:1}"; do
+        file=${file//[\\\"\']/}
+        file=${file/#\~\//$HOME/}
+        if [[ $file == *.xls* && -f $file ]]; then
+            while IFS= read -r name; do
+                if [[ $name == "$1"* ]]; then COMPREPLY+=("$name"); fi
+            done < <("${COMP_WORDS[0]}" --list-worksheets "$file" 2>/dev/null)
+            return
+        fi
+    done
+}
 _xls2tki() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
     if [[ $before == = && $COMP_CWORD -gt 2 ]]; then before=${COMP_WORDS[COMP_CWORD - 2]}; fi
     case $before in
+)";
+
+constexpr char kZshBeginning[] = R"(#compdef xls2tki
+# Completes the command line of xls2tki in zsh.
+_xls2tki_worksheets() {
+    local file names
+    for file in ${(Q)words[2,-1]}; do
+        file=${file/#\~\//$HOME/}
+        if [[ $file == *.xls* && -f $file ]]; then
+            names=$(${(Q)words[1]} --list-worksheets $file 2>/dev/null)
+            compadd -- ${(f)names}
+            return
+        fi
+    done
+}
+_arguments -s -S)";
+
+constexpr char kFishBeginning[] = R"(# Completes the command line of xls2tki in fish.
+function __xls2tki_worksheets
+    for file in (commandline -op | string replace -r '^~/' "$HOME/" | string unescape)
+        if string match -q '*.xls*' -- $file; and test -f $file
+            xls2tki --list-worksheets $file 2>/dev/null
+            return
+        end
+    end
+end
 )";
 
 }  // namespace
@@ -114,6 +157,7 @@ void WriteBashCompletion(const CommandLine& commandLine, std::ostream& file) {
     file << kBashBeginning;
     WriteBashCase(commandLine, ValueKind::Text, "compopt +o bashdefault +o default", file);
     WriteBashChoices(commandLine, file);
+    WriteBashCase(commandLine, ValueKind::Worksheet, "_xls2tki_worksheets \"${word#=}\"", file);
     WriteBashCase(commandLine, ValueKind::Folder, "compopt +o bashdefault +o default -o dirnames", file);
     WriteBashCase(commandLine, ValueKind::File, ":", file);
     file << "    esac\n    if [[ $word == -* ]]; then mapfile -t COMPREPLY < <(compgen -W '";
@@ -122,7 +166,7 @@ void WriteBashCompletion(const CommandLine& commandLine, std::ostream& file) {
 }
 
 void WriteZshCompletion(const CommandLine& commandLine, std::ostream& file) {
-    file << "#compdef xls2tki\n# Completes the command line of xls2tki in zsh.\n_arguments -s -S";
+    file << kZshBeginning;
     for (const Option& option : commandLine.options) WriteZshOption(option, file);
     for (const Option& operand : commandLine.operands) {
         file << " \\\n    '" << (operand.isRepeatable ? "*" : "");
@@ -133,7 +177,7 @@ void WriteZshCompletion(const CommandLine& commandLine, std::ostream& file) {
 }
 
 void WriteFishCompletion(const CommandLine& commandLine, std::ostream& file) {
-    file << "# Completes the command line of xls2tki in fish.\n";
+    file << kFishBeginning;
     for (const Option& option : commandLine.options) WriteFishOption(option, file);
 }
 
