@@ -78,7 +78,8 @@ void CheckAll(Workbook& workbook) {
         count += static_cast<std::size_t>(worksheet->Cells().End() - worksheet->Cells().Begin());
     }
     constexpr std::size_t kFew = 1000;
-    if (workbook.findWhatIsNotKept().empty() && count < kFew) CheckIsKept(workbook);
+    workbook.isOwn = true;
+    if (count < kFew) CheckIsKept(workbook);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ inline bool IsBlank(char16_t unit) { return kBlanks.find(unit) != std::u16string
 
 inline bool EqualsIgnoringCase(std::u16string_view a, std::u16string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char16_t x, char16_t y) {
-        return NWorkbook::WithoutCase(x) == NWorkbook::WithoutCase(y);
+        return NWorkbook::WithoutAsciiCase(x) == NWorkbook::WithoutAsciiCase(y);
     });
 }
 

@@ -16,7 +16,8 @@ std::size_t ElementSize(std::u16string_view pattern) {
 }
 
 bool ElementFits(std::u16string_view element, char16_t unit) {
-    return element == u"_" || NWorkbook::WithoutCase(element.back()) == NWorkbook::WithoutCase(unit);
+    return element == u"_" ||
+           NWorkbook::WithoutAsciiCase(element.back()) == NWorkbook::WithoutAsciiCase(unit);
 }
 
 // Takes each comparison from `stepsLeft`: there are up to |pattern| x |name| of them.

@@ -11,7 +11,7 @@ namespace NOdbcDriver {
 namespace {
 
 bool IsNameUnit(char16_t unit) {
-    const char16_t small = NWorkbook::WithoutCase(unit);
+    const char16_t small = NWorkbook::WithoutAsciiCase(unit);
     return (unit >= u'0' && unit <= u'9') || (small >= u'a' && small <= u'z') || unit == u'_' ||
            unit == u'$' || unit >= 0x80;
 }

@@ -7,13 +7,13 @@
 namespace NWorkbook {
 
 // The small letter of a capital one of ASCII.
-inline char16_t WithoutCase(char16_t unit) {
+inline char16_t WithoutAsciiCase(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
 }
 
-inline std::u16string WithoutCase(std::u16string_view name) {
+inline std::u16string WithoutAsciiCase(std::u16string_view name) {
     std::u16string folded(name);
-    for (char16_t& unit : folded) unit = WithoutCase(unit);
+    for (char16_t& unit : folded) unit = WithoutAsciiCase(unit);
     return folded;
 }
 

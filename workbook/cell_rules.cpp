@@ -15,8 +15,8 @@ constexpr std::u16string_view kNotInNames = u":\\/?*[]\t\n\r";
 bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
-// The small letter of a capital one.
-char16_t WithoutCase(char16_t unit) {
+// Of a capital Latin, Greek or Cyrillic letter; anything else stays.
+char16_t SmallLetterOf(char16_t unit) {
     const bool isLatin = (unit >= u'A' && unit <= u'Z') || (unit >= u'À' && unit <= u'Þ' && unit != u'×');
     const bool isGreek = unit >= u'Α' && unit <= u'Ω';
     if (isLatin || isGreek || (unit >= u'А' && unit <= u'Я')) return static_cast<char16_t>(unit + 0x20);
@@ -55,7 +55,7 @@ void RefuseWorksheetName(std::u16string_view name) {
 
 bool IsSameWorksheetName(std::u16string_view one, std::u16string_view other) {
     return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char16_t a, char16_t b) { return WithoutCase(a) == WithoutCase(b); });
+                      [](char16_t a, char16_t b) { return SmallLetterOf(a) == SmallLetterOf(b); });
 }
 
 bool IsNoXmlCharacter(std::u16string_view text, std::size_t index) {

@@ -17,18 +17,18 @@ std::vector<std::u16string> NameColumns(std::vector<std::u16string> texts) {
     std::vector<std::size_t> unnamed;
     for (std::size_t column = 0; column < texts.size(); ++column) {
         const std::u16string& text = texts[column];
-        if (text.empty() || !taken.try_emplace(WithoutCase(text), 0).second) unnamed.push_back(column);
+        if (text.empty() || !taken.try_emplace(WithoutAsciiCase(text), 0).second) unnamed.push_back(column);
     }
     for (const std::size_t column : unnamed) {
         std::u16string& name = texts[column];
         if (name.empty()) name = u"F" + Digits(column + 1);
-        const auto [place, isFree] = taken.try_emplace(WithoutCase(name), 0);
+        const auto [place, isFree] = taken.try_emplace(WithoutAsciiCase(name), 0);
         if (isFree) continue;
         std::size_t& number = place->second;
         std::u16string numbered;
         do {
             numbered = name + Digits(++number);
-        } while (!taken.try_emplace(WithoutCase(numbered), 0).second);
+        } while (!taken.try_emplace(WithoutAsciiCase(numbered), 0).second);
         name = std::move(numbered);
     }
     return texts;

@@ -1,8 +1,5 @@
 #include "workbook/engine_object.h"
 
-#include <cmath>
-#include <limits>
-
 namespace NWorkbook {
 
 using NPlatform::DispatchException;
@@ -26,16 +23,6 @@ bool Arguments::Flag(std::size_t index) const {
     const Variant& value = (*this)[index];
     if (value.IsMissing()) return false;
     return value.Type() == VariantType::Bool ? value.AsBool() : value.AsInteger() != 0;
-}
-
-std::int32_t Arguments::Integer(std::size_t index) const {
-    const Variant& value = (*this)[index];
-    if (value.Type() != VariantType::Double) return value.AsInteger();
-    const double number = std::nearbyint(value.AsDouble());
-    const bool fits = number >= std::numeric_limits<std::int32_t>::min() &&
-                      number <= std::numeric_limits<std::int32_t>::max();
-    if (!fits) throw OleException(NPlatform::kTypeMismatch, u"Type mismatch.");
-    return static_cast<std::int32_t>(number);
 }
 
 void ThrowNoSuchMember() { throw OleException(NPlatform::kMemberNotFound, u"Member not found."); }

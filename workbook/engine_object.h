@@ -20,8 +20,7 @@ class Arguments {
     [[nodiscard]] const std::u16string& Text(std::size_t index) const { return (*this)[index].AsString(); }
     // A truth value or an integer; false if missing.
     [[nodiscard]] bool Flag(std::size_t index) const;
-    // A number of any type, rounded; beyond 32 bits it is of another type.
-    [[nodiscard]] std::int32_t Integer(std::size_t index) const;
+    [[nodiscard]] std::int32_t Integer(std::size_t index) const { return (*this)[index].AsInteger(); }
 
   private:
     std::span<const NPlatform::Variant> values_;

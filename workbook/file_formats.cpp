@@ -48,13 +48,6 @@ std::string FirstBytes(const WorkbookFile& file) {
     return bytes;
 }
 
-void RefuseWhatWouldBeLost(const Workbook& workbook, std::u16string_view path) {
-    const std::u16string lost = workbook.findWhatIsNotKept ? workbook.findWhatIsNotKept() : u"";
-    if (lost.empty()) return;
-    throw WorkbookError(u"The workbook cannot be saved as '" + std::u16string(path) +
-                        u"' without losing what it holds beside plain cells: " + lost + u".");
-}
-
 }  // namespace
 
 std::unique_ptr<Workbook> OpenWorkbook(std::u16string_view path) {
@@ -72,14 +65,14 @@ void SaveWorkbook(Workbook& workbook, std::u16string_view path) {
         throw WorkbookError(u"The workbook cannot be saved as '" + std::u16string(path) +
                             u"', which is not a file.");
     }
-    RefuseWhatWouldBeLost(workbook, path);
-    if (workbook.worksheets.empty()) {
-        throw WorkbookError(u"The workbook cannot be saved as '" + std::u16string(path) +
-                            u"' without a worksheet.");
+    if (!workbook.isOwn) {
+        throw WorkbookError(
+            u"The workbook cannot be saved as '" + std::u16string(path) +
+            u"': another program wrote it, and it may hold more than plain cells. Save into a "
+            u"new workbook.");
     }
     NXlsx::Save(workbook, path, fullPath);
     workbook.path = fullPath;
-    workbook.findWhatIsNotKept = nullptr;
 }
 
 }  // namespace NWorkbook

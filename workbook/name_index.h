@@ -14,11 +14,11 @@ class NameIndex {
   public:
     // False: the name is there, with the place it was first added with.
     bool Add(std::u16string_view name, std::size_t place) {
-        return places_.try_emplace(WithoutCase(name), place).second;
+        return places_.try_emplace(WithoutAsciiCase(name), place).second;
     }
 
     [[nodiscard]] std::optional<std::size_t> Find(std::u16string_view name) const {
-        const auto found = places_.find(WithoutCase(name));
+        const auto found = places_.find(WithoutAsciiCase(name));
         if (found == places_.end()) return std::nullopt;
         return found->second;
     }

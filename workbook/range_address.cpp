@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "workbook/error.h"
-
 namespace NWorkbook {
 
 namespace {
@@ -11,13 +9,12 @@ namespace {
 constexpr std::uint32_t kLetters = 26;
 constexpr std::uint32_t kDigits = 10;
 
-// Takes letters or digits, a $ before them or not, from the text as a number, which is 0 if there are none.
-// False: the number is 0 or beyond `last`.
-template <typename ValueOf>
-bool Take(std::u16string_view& text, std::uint32_t base, std::uint32_t last, ValueOf valueOf,
+// Takes letters or digits from the front of the text as a number, which is 0 if there are none. False: the
+// number is 0 or beyond `last`.
+template <typename Unit, typename ValueOf>
+bool Take(std::basic_string_view<Unit>& text, std::uint32_t base, std::uint32_t last, ValueOf valueOf,
           std::uint32_t& number) {
-    const bool hasDollar = text.size() > 1 && text.front() == u'$' && valueOf(text[1]) >= 0;
-    std::size_t size = hasDollar ? 1 : 0;
+    std::size_t size = 0;
     for (number = 0; size < text.size(); ++size) {
         const int value = valueOf(text[size]);
         if (value < 0) break;
@@ -29,12 +26,16 @@ bool Take(std::u16string_view& text, std::uint32_t base, std::uint32_t last, Val
 }
 
 // A is 1.
-int LetterValue(char16_t unit) {
-    if (unit >= u'A' && unit <= u'Z') return unit - u'A' + 1;
-    return unit >= u'a' && unit <= u'z' ? unit - u'a' + 1 : -1;
+template <typename Unit>
+int LetterValue(Unit unit) {
+    if (unit >= 'A' && unit <= 'Z') return unit - 'A' + 1;
+    return unit >= 'a' && unit <= 'z' ? unit - 'a' + 1 : -1;
 }
 
-int DigitValue(char16_t unit) { return unit >= u'0' && unit <= u'9' ? unit - u'0' : -1; }
+template <typename Unit>
+int DigitValue(Unit unit) {
+    return unit >= '0' && unit <= '9' ? unit - '0' : -1;
+}
 
 // A column, a row or both: 0 stands for the one that is missing.
 struct Corner {
@@ -52,9 +53,34 @@ struct Corners {
     [[nodiscard]] bool AreCells() const { return first.IsCell() && last.IsCell(); }
 };
 
+template <typename Unit>
+bool TakeColumn(std::basic_string_view<Unit>& text, Corner& corner) {
+    return Take(text, kLetters, kLastColumn, LetterValue<Unit>, corner.column);
+}
+
+template <typename Unit>
+bool TakeRow(std::basic_string_view<Unit>& text, Corner& corner) {
+    return Take(text, kDigits, kLastRow, DigitValue<Unit>, corner.row);
+}
+
+template <typename Unit>
+std::optional<CellPlace> ParseCell(std::basic_string_view<Unit> name) {
+    Corner corner;
+    if (!TakeColumn(name, corner) || !TakeRow(name, corner)) return std::nullopt;
+    if (!name.empty() || !corner.IsCell()) return std::nullopt;
+    return CellPlace{corner.row, static_cast<std::uint16_t>(corner.column)};
+}
+
+// Takes a $ from the front of the text, where something else stands behind it.
+void TakeDollar(std::u16string_view& text, int (*valueOf)(char16_t)) {
+    if (text.size() > 1 && text.front() == u'$' && valueOf(text[1]) >= 0) text.remove_prefix(1);
+}
+
 bool TakeCorner(std::u16string_view& text, Corner& corner) {
-    return Take(text, kLetters, kLastColumn, LetterValue, corner.column) &&
-           Take(text, kDigits, kLastRow, DigitValue, corner.row);
+    TakeDollar(text, LetterValue);
+    if (!TakeColumn(text, corner)) return false;
+    TakeDollar(text, DigitValue);
+    return TakeRow(text, corner);
 }
 
 std::optional<Corners> ParseCorners(std::u16string_view text) {
@@ -80,14 +106,8 @@ CellBlock BlockOf(const Corners& corners) {
 
 }  // namespace
 
-CellBlock ParseAddress(std::u16string_view address) {
-    const std::optional<Corners> corners = ParseCorners(address);
-    if (!corners || !corners->AreCells()) {
-        throw WorkbookError(u"'" + std::u16string(address) +
-                            u"' is not the address of a cell between A1 and XFD1048576.");
-    }
-    return BlockOf(*corners);
-}
+std::optional<CellPlace> ParseCellName(std::string_view name) { return ParseCell(name); }
+std::optional<CellPlace> ParseCellName(std::u16string_view name) { return ParseCell(name); }
 
 std::optional<CellBlock> ParseReference(std::u16string_view reference) {
     std::optional<Corners> corners = ParseCorners(reference);

@@ -21,11 +21,17 @@ struct CellBlock {
     [[nodiscard]] std::size_t Cells() const { return Rows() * Columns(); }
 };
 
-// From "A1" to "XFD1048576", letters in either case, a $ before the letters or the digits left out of
-// account; also two such addresses with a colon between them. Throws WorkbookError, which names the address.
-CellBlock ParseAddress(std::u16string_view address);
+struct CellPlace {
+    std::uint32_t row;
+    std::uint16_t column;
+};
 
-// The same; nothing for what is no such address. Also whole columns and rows, "$A:C" and "1:$3".
+// From "A1" to "XFD1048576", letters in either case. Nothing for anything else.
+std::optional<CellPlace> ParseCellName(std::string_view name);
+std::optional<CellPlace> ParseCellName(std::u16string_view name);
+
+// Such a name, or two of them with a colon between them, or whole columns or rows, "A:C" and "1:3"; a $
+// before letters or digits does not matter. Nothing for anything else.
 std::optional<CellBlock> ParseReference(std::u16string_view reference);
 
 // The smallest block that holds both.

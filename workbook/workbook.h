@@ -51,10 +51,9 @@ struct Workbook {
     std::vector<std::shared_ptr<Worksheet>> worksheets;
     // The file that it was opened from or saved to last, as a full path; empty for a new one.
     std::u16string path;
-    // What the file holds beside worksheets of plain cells and would lose if it were saved from here, as
-    // words for the user ("formulas", "charts"); empty if nothing. Not set for a new workbook. Throws
-    // WorkbookError.
-    std::function<std::u16string()> findWhatIsNotKept;
+    // Whether it is new or this engine wrote its file. Files of other programs hold more than worksheets of
+    // plain cells, and would lose it if they were saved from here.
+    bool isOwn = true;
     // The names of the whole workbook that stand for one block of cells of one worksheet, then such names of
     // single worksheets, each in workbook order; a name may come again. Hidden names and those that programs
     // make for filters and print areas are left out. Not set for a new workbook. Throws WorkbookError.

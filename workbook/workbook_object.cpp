@@ -12,7 +12,6 @@
 namespace NWorkbook {
 
 using NPlatform::Variant;
-using NPlatform::VariantType;
 
 namespace {
 
@@ -41,57 +40,30 @@ class SheetsObject : public EngineObject<SheetsObject> {
     Variant Item(const Arguments& arguments) {
         const auto opened = reference_.Get();
         const Worksheets& worksheets = opened->workbook->worksheets;
-        const bool isName = arguments[0].Type() == VariantType::String;
-        return MakeWorksheetObject({reference_, isName ? WithName(worksheets, arguments.Text(0))
-                                                       : At(worksheets, arguments.Integer(0))});
-    }
-
-    static const std::shared_ptr<Worksheet>& WithName(const Worksheets& worksheets,
-                                                      const std::u16string& name) {
-        const auto found = FindName(worksheets, name);
-        if (found == worksheets.end()) throw WorkbookError(u"There is no worksheet '" + name + u"'.");
-        return *found;
-    }
-
-    static const std::shared_ptr<Worksheet>& At(const Worksheets& worksheets, std::int32_t number) {
+        const std::int32_t number = arguments.Integer(0);
         const auto count = static_cast<std::int32_t>(worksheets.size());
-        if (number >= 1 && number <= count) return worksheets[static_cast<std::size_t>(number) - 1];
-        throw WorkbookError(NPlatform::Format(
-            kLongestMessage, u"There is no worksheet %d: the workbook has %d.", {number, count}));
+        if (number < 1 || number > count) {
+            throw WorkbookError(NPlatform::Format(
+                kLongestMessage, u"There is no worksheet %d: the workbook has %d.", {number, count}));
+        }
+        return MakeWorksheetObject({reference_, worksheets[static_cast<std::size_t>(number) - 1]});
     }
 
     Variant Add(const Arguments& arguments) {
-        constexpr std::size_t kBefore = 0;
-        constexpr std::size_t kAfter = 1;
         constexpr std::size_t kCount = 2;
-        constexpr std::size_t kType = 3;
-        constexpr std::int32_t kMostAtOnce = 255;
         const auto opened = reference_.Get();
-        if (!arguments[kBefore].IsMissing() || !arguments[kAfter].IsMissing()) {
-            throw WorkbookError(u"A worksheet can be added before the active one only.");
+        for (std::size_t index = 0; index < arguments.Count(); ++index) {
+            const Variant& value = arguments[index];
+            if (value.IsMissing() || (index == kCount && value.AsDouble() == 1)) continue;
+            throw WorkbookError(u"Worksheets can only be added one at a time, before the active one.");
         }
-        if (!arguments[kType].IsMissing()) throw WorkbookError(u"Only plain worksheets can be added.");
-        const std::int32_t count = arguments[kCount].IsMissing() ? 1 : arguments.Integer(kCount);
-        if (count < 1 || count > kMostAtOnce) {
-            throw WorkbookError(u"From 1 to 255 worksheets can be added at once.");
-        }
-        return MakeWorksheetObject({reference_, AddBeforeActive(*opened, static_cast<std::size_t>(count))});
-    }
-
-    // The first of those added.
-    static const std::shared_ptr<Worksheet>& AddBeforeActive(HeldWorkbook& opened, std::size_t count) {
-        Worksheets& worksheets = opened.workbook->worksheets;
-        if (worksheets.size() + count > kMostWorksheets) {
+        Worksheets& worksheets = opened->workbook->worksheets;
+        if (worksheets.size() == kMostWorksheets) {
             throw WorkbookError(u"A workbook has at most 32767 worksheets.");
         }
-        Worksheets added;
-        for (std::size_t index = 0; index < count; ++index) {
-            added.push_back(std::make_shared<Worksheet>(NewName(opened)));
-        }
-        const auto active = std::find(worksheets.begin(), worksheets.end(), opened.active);
-        worksheets.insert(active, added.begin(), added.end());
-        opened.active = added.front();
-        return opened.active;
+        const auto place = std::find(worksheets.begin(), worksheets.end(), opened->active);
+        opened->active = *worksheets.insert(place, std::make_shared<Worksheet>(NewName(*opened)));
+        return MakeWorksheetObject({reference_, opened->active});
     }
 
     static std::u16string NewName(HeldWorkbook& opened) {
@@ -127,27 +99,21 @@ class WorkbookObject : public EngineObject<WorkbookObject> {
     }
 
     Variant Save(const Arguments&) {
-        Save(*reference_.Get());
-        return {};
-    }
-
-    static void Save(HeldWorkbook& opened) {
-        const std::u16string path = opened.workbook->path;
+        const auto opened = reference_.Get();
+        const std::u16string path = opened->workbook->path;
         if (path.empty()) throw WorkbookError(u"The workbook has no file name yet.");
-        SaveAs(opened, path);
+        SaveAs(*opened, path);
+        return {};
     }
 
     Variant SaveAs(const Arguments& arguments) {
         constexpr std::size_t kFilename = 0;
-        constexpr std::size_t kFileFormat = 1;
-        constexpr std::size_t kPassword = 2;
-        constexpr std::size_t kWritePassword = 3;
         const auto opened = reference_.Get();
-        const std::u16string& path = arguments.Text(kFilename);
-        RefuseFormat(arguments, kFileFormat);
-        RefusePassword(arguments[kPassword]);
-        RefusePassword(arguments[kWritePassword]);
-        SaveAs(*opened, path);
+        for (std::size_t option = 1; option <= 3; ++option) {  // file format, two passwords
+            if (arguments[option].IsMissing()) continue;
+            throw WorkbookError(u"A workbook can only be saved in the .xlsx format and without a password.");
+        }
+        SaveAs(*opened, arguments.Text(kFilename));
         return {};
     }
 
@@ -162,24 +128,11 @@ class WorkbookObject : public EngineObject<WorkbookObject> {
         opened.isReadOnly = false;
     }
 
-    static void RefuseFormat(const Arguments& arguments, std::size_t index) {
-        constexpr std::int32_t kWorkbookWithoutMacros = 51;
-        if (arguments[index].IsMissing() || arguments.Integer(index) == kWorkbookWithoutMacros) return;
-        throw WorkbookError(u"A workbook can be saved in the .xlsx format only.");
-    }
-
-    static void RefusePassword(const Variant& password) {
-        const bool isNone = password.IsMissing() || password.IsEmpty() || password.AsString().empty();
-        if (!isNone) throw WorkbookError(u"A workbook cannot be saved with a password.");
-    }
-
     Variant Close(const Arguments& arguments) {
         constexpr std::size_t kSaveChanges = 0;
-        constexpr std::size_t kFilename = 1;
         const auto opened = reference_.Get();
-        if (arguments.Flag(kSaveChanges)) {
-            arguments[kFilename].IsMissing() ? Save(*opened) : SaveAs(*opened, arguments.Text(kFilename));
-        }
+        if (arguments.Flag(kSaveChanges))
+            throw WorkbookError(u"A workbook must be saved before it is closed.");
         std::erase(reference_.session->workbooks, opened);
         return {};
     }

@@ -76,10 +76,14 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
   private:
     Variant Range(const Arguments& arguments) {
         static_cast<void>(reference_.Get());
-        const CellBlock one = ParseAddress(arguments.Text(0));
-        const bool isAlone = arguments[1].IsMissing();
         return MakeObject<RangeObject>(reference_,
-                                       isAlone ? one : Span(one, ParseAddress(arguments.Text(1))));
+                                       Span(CellNamed(arguments.Text(0)), CellNamed(arguments.Text(1))));
+    }
+
+    static CellBlock CellNamed(const std::u16string& name) {
+        const std::optional<CellPlace> place = ParseCellName(name);
+        if (place) return {place->row, place->row, place->column, place->column};
+        throw WorkbookError(u"'" + name + u"' is not the address of a cell between A1 and XFD1048576.");
     }
 
     Variant UsedRange(const Arguments&) {
@@ -117,7 +121,7 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
 };
 
 constinit const WorksheetObject::Member WorksheetObject::kMembers[] = {
-    {DispatchIds::Worksheet::kRange, kGet, 1, 2, &WorksheetObject::Range},
+    {DispatchIds::Worksheet::kRange, kGet, 2, 2, &WorksheetObject::Range},
     {DispatchIds::Worksheet::kUsedRange, kGet, 0, 0, &WorksheetObject::UsedRange},
     {DispatchIds::Worksheet::kName, kGet, 0, 0, &WorksheetObject::Name},
     {DispatchIds::Worksheet::kName, kPut, 1, 1, &WorksheetObject::SetName},

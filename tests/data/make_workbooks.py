@@ -32,14 +32,6 @@ CORRECTIONS = {
     "byhand": {  # it leaves escapes and blanks at the ends as they are and takes an empty text for no cell
         "A3": ("t", "a\r\n_x0041_"), "B3": ("t", "rs"), "C1": ("t", "too"), "C2": ("t", ""), "A6": ("t", "")},
 }
-# What saving would lose.
-LOST = {
-    "openpyxl": "charts, drawings, hidden worksheets, column widths, formats, error values, formulas",
-    "xlsxwriter": "rich text, formulas, error values",
-    "byhand": "rich text, error values",
-    "libreoffice": "column widths, formats, print settings",
-    "strict": "dates that count from 1904",
-}
 # openpyxl knows neither the strict namespace nor ISO dates that count from 1904, nor true for 1.
 STRICT = [("Strict", {"A1": ("n", 42735.0), "B1": ("t", "\u00e4\u20ac\U0001f600"), "C1": ("n", 0.25), "D1": ("b", 1),
                       "XFD1048576": ("n", -1.5e-300)})]
@@ -160,7 +152,7 @@ def place(name):
 def describe(path):
     sheets = STRICT if path.stem == "strict" else read(path)
     sheets[0][1].update(CORRECTIONS.get(path.stem, {}))
-    lines = ["lost: " + LOST[path.stem]]
+    lines = []
     for name, cells in sheets:
         lines.append("sheet: " + name)
         for cell in sorted(cells, key=place):

@@ -77,22 +77,4 @@ std::optional<CellError> ParseError(std::string_view text) {
     return CellError::Value;
 }
 
-std::optional<CellPlace> ParseCellName(std::string_view text) {
-    std::uint32_t column = 0;
-    std::uint32_t row = 0;
-    std::size_t index = 0;
-    for (; index < text.size() && column <= kLastColumn; ++index) {
-        const auto letter = static_cast<unsigned>((text[index] | 0x20) - 'a');
-        if (letter >= 26) break;
-        column = column * 26 + letter + 1;
-    }
-    const std::size_t letters = index;
-    for (; index < text.size() && IsDigit(text[index]) && row <= kLastRow; ++index) {
-        row = row * 10 + static_cast<std::uint32_t>(text[index] - '0');
-    }
-    if (letters == 0 || index < text.size()) return std::nullopt;
-    if (column > kLastColumn || row == 0 || row > kLastRow) return std::nullopt;
-    return CellPlace{row, static_cast<std::uint16_t>(column)};
-}
-
 }  // namespace NWorkbook::NXlsx

@@ -18,12 +18,4 @@ std::optional<bool> ParseBool(std::string_view text);
 // An error this does not know is CellError::Value: programs of later years have more of them.
 std::optional<CellError> ParseError(std::string_view text);
 
-struct CellPlace {
-    std::uint32_t row;
-    std::uint16_t column;
-};
-
-// "B7"; letters in either case, within a worksheet's edges.
-std::optional<CellPlace> ParseCellName(std::string_view text);
-
 }  // namespace NWorkbook::NXlsx

@@ -97,7 +97,7 @@ class DefinedNamesReader : public XmlReader {
         if (text.empty() || text.size() > kMostBytesOfName) return false;
         name_ = Decode(text);
         if (name_.size() > kMostUnitsOfName) return false;
-        if (WithoutCase(name_).starts_with(u"_xlnm.")) return false;
+        if (WithoutAsciiCase(name_).starts_with(u"_xlnm.")) return false;
         isOfWorksheet_ = element.Find("localSheetId") != nullptr;
         isInName_ = true;
         reference_.clear();

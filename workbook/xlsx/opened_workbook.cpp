@@ -4,6 +4,7 @@
 #include "workbook/cell_rules.h"
 #include "workbook/utf16.h"
 #include "workbook/workbook.h"
+#include "workbook/xlsx/written_parts.h"
 
 namespace NWorkbook::NXlsx {
 
@@ -23,6 +24,7 @@ class ContentsReader : public XmlReader {
         }
         if (element.depth == 2) {
             if (element.name == "workbookPr") contents_.isFrom1904 = element.IsTrue("date1904");
+            if (element.name == "fileVersion") TakeVersion(element);
             return element.name == "sheets";
         }
         if (element.name == "sheet") AddSheet(element);
@@ -30,6 +32,11 @@ class ContentsReader : public XmlReader {
     }
 
   private:
+    void TakeVersion(const XmlElement& element) {
+        const char* const application = element.Find("appName");
+        contents_.isOwn = application != nullptr && application == kApplicationName;
+    }
+
     void AddSheet(const XmlElement& element) {
         const Relationship* const relationship = FindRelationship(element);
         if (relationship != nullptr && relationship->kind != "worksheet") return;
@@ -41,11 +48,9 @@ class ContentsReader : public XmlReader {
         if (contents_.worksheets.size() == kMostWorksheets) {
             throw PartFault{Fault::TooLarge, u"there are too many worksheets"};
         }
-        const char* const state = element.Find("state");
-        const bool isHidden = state != nullptr && std::string_view(state) != "visible";
         const std::string_view part =
             relationship == nullptr ? std::string_view() : std::string_view(relationship->part);
-        contents_.worksheets.push_back({std::move(text), part, isHidden});
+        contents_.worksheets.push_back({std::move(text), part});
     }
 
     // NULL if there is none.

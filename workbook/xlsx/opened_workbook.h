@@ -20,7 +20,6 @@ struct WorkbookContents {
     struct Sheet {
         std::u16string name;
         std::string_view part;  // empty if it refers to none, which spoils this worksheet alone
-        bool isHidden;
     };
 
     WorkbookContents() = default;
@@ -31,6 +30,7 @@ struct WorkbookContents {
     std::vector<Sheet> worksheets;   // in workbook order, maybe none
     std::string_view sharedStrings;  // the part; empty if there is none
     bool isFrom1904 = false;         // where dates count from
+    bool isOwn = false;              // this engine wrote the file
 };
 
 // Throws WorkbookError, also where there are more than kMostWorksheets or one's name is too long.

@@ -33,8 +33,6 @@ class Package {
 
     // Names are compared as PartKey says; no two parts have the same.
     [[nodiscard]] bool Has(std::string_view part) const;
-    // By PartKey.
-    [[nodiscard]] const std::map<std::string, std::uint64_t>& Parts() const { return parts_; }
 
     // How much of all parts may be read.
     [[nodiscard]] std::uint64_t MostInflatedBytes() const { return mostInflated_; }
@@ -62,7 +60,7 @@ class Package {
 
     std::unique_ptr<WorkbookFile> file_;
     std::unique_ptr<Archive> archive_;
-    std::map<std::string, std::uint64_t> parts_;
+    std::map<std::string, std::uint64_t> parts_;  // by PartKey
     std::uint64_t inflated_ = 0;
     std::uint64_t mostInflated_;
     std::uint64_t pieces_ = 0;

@@ -1,5 +1,4 @@
 #include "workbook/xlsx/defined_names.h"
-#include "workbook/xlsx/not_kept.h"
 #include "workbook/xlsx/opened_workbook.h"
 #include "workbook/xlsx/sheet_reader.h"
 #include "workbook/xlsx/xlsx.h"
@@ -14,7 +13,7 @@ std::unique_ptr<Workbook> Open(std::unique_ptr<WorkbookFile> file) {
         workbook->worksheets.push_back(std::make_shared<Worksheet>(
             sheet.name, [opened, &sheet](CellTable& cells) { ReadSheet(*opened, sheet, cells); }));
     }
-    workbook->findWhatIsNotKept = [opened] { return FindWhatIsNotKept(*opened); };
+    workbook->isOwn = opened->contents.isOwn;
     workbook->readDefinedNames = [opened] { return ReadDefinedNames(*opened); };
     return workbook;
 }

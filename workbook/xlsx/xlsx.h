@@ -13,8 +13,8 @@ namespace NWorkbook::NXlsx {
 // WorkbookError.
 std::unique_ptr<Workbook> Open(std::unique_ptr<WorkbookFile> file);
 
-// Writes the workbook, which has a worksheet. Messages name the path as it is given. What the file held
-// before stays when this fails. Throws WorkbookError.
+// Writes the workbook. Messages name the path as it is given. What the file held before stays when this
+// fails. Throws WorkbookError.
 void Save(const Workbook& workbook, std::u16string_view path, std::u16string_view fullPath);
 
 }  // namespace NWorkbook::NXlsx
