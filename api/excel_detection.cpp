@@ -46,17 +46,15 @@ VExcelVersion RecogniseVersion(std::u16string_view registryText, std::u16string&
 }  // namespace
 
 VExcelVersion DetectExcelVersion(std::u16string& displayString) {
-    NPlatform::RegistryKey key;
-    const RegistryResult opened = key.Open(u"SOFTWARE\\Classes\\Excel.Application\\CurVer");
-    if (opened == RegistryResult::AccessDenied) return DenyAccess(u"path");
-    if (opened != RegistryResult::Done) return ExcelNotInstalled;
-
     char16_t units[2048] = {};
     std::uint32_t type = 0;
     std::size_t size = 0;  // in bytes
-    const RegistryResult read = key.Read(u"", std::as_writable_bytes(std::span(units)), type, size);
-    if (read == RegistryResult::AccessDenied) return DenyAccess(u"value");
-    if (read != RegistryResult::Done) return ExcelNotInstalled;
+    const RegistryResult result =
+        NPlatform::ReadRegistry(u"SOFTWARE\\Classes\\Excel.Application\\CurVer",
+                                std::as_writable_bytes(std::span(units)), type, size);
+    if (result == RegistryResult::KeyDenied) return DenyAccess(u"path");
+    if (result == RegistryResult::ValueDenied) return DenyAccess(u"value");
+    if (result != RegistryResult::Done) return ExcelNotInstalled;
     if (type != NPlatform::kRegistryText && type != NPlatform::kRegistryExpandableText) {
         return ExcelNotInstalled;
     }

@@ -37,14 +37,14 @@ bool HasHeader(std::u16string_view text) {
 // header nothing is.
 void CheckIsFoundBehind(std::u16string_view text) {
     std::u16string file(text);
-    file.append(u"\n\n[").append(kKey).append(u"]\n\"v\"=dword:1234abcd\n");
-    const auto found = FindInRegFile(file, kKey, u"v");
+    file.append(u"\n\n[").append(kKey).append(u"]\n@=\"v\"\n");
+    const auto found = FindInRegFile(file, kKey);
     Require(found.has_value() == HasHeader(text), "a key that is well written is found in a registry file");
     if (!found) return;
-    Require(!found->isDenied || text.find(u";deny") != std::u16string_view::npos,
+    Require((!found->isDenied && !found->isValueDenied) || text.find(u";deny") != std::u16string_view::npos,
             "a key is denied where the file says so");
-    Require(found->value && found->value->type == NPlatform::kRegistryNumber && !found->value->isDenied &&
-                found->value->data.size() == 4 && found->value->data[0] == std::byte{0xCD},
+    Require(found->value && found->value->type == NPlatform::kRegistryText &&
+                found->value->data.size() == 4 && found->value->data[0] == std::byte{'v'},
             "a value that is well written is found");
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 #include "platform/registry.h"
 
@@ -19,177 +18,81 @@ bool AreSame(std::u16string_view one, std::u16string_view other) {
                       [](char16_t left, char16_t right) { return LowerCase(left) == LowerCase(right); });
 }
 
-bool IsBelow(std::u16string_view path, std::u16string_view above) {
-    return path.size() > above.size() && path[above.size()] == u'\\' &&
-           AreSame(path.substr(0, above.size()), above);
-}
-
-std::u16string_view Trim(std::u16string_view text) {
-    constexpr std::u16string_view kBlanks = u" \t";
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
-// The functions that take something take it off the front of `rest`.
-
+// Off the front of `rest`, without the blanks around it.
 std::u16string_view TakeLine(std::u16string_view& rest) {
-    const std::size_t end = std::min(rest.find(u'\n'), rest.size());
-    const std::u16string_view line = rest.substr(0, end);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    return Trim(line);
+    constexpr std::u16string_view kBlanks = u" \t";
+    std::u16string_view line = rest.substr(0, rest.find(u'\n'));
+    rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+    return line.substr(0, line.find_last_not_of(kBlanks) + 1);
 }
 
-bool Take(std::u16string_view& rest, std::u16string_view word) {
-    if (!rest.starts_with(word)) return false;
-    rest = Trim(rest.substr(word.size()));
-    return true;
-}
-
-std::optional<std::u16string> TakeQuoted(std::u16string_view& rest) {
-    std::u16string text;
-    for (std::size_t index = 1; index < rest.size(); ++index) {
+// Of what stands behind the first quote.
+std::optional<RegistryValue> ParseText(std::u16string_view rest) {
+    RegistryValue value{kRegistryText, {}};
+    const auto add = [&value](char16_t unit) {
+        value.data.push_back(static_cast<std::byte>(unit & 0xFF));
+        value.data.push_back(static_cast<std::byte>(unit >> 8));
+    };
+    for (std::size_t index = 0; index < rest.size(); ++index) {
         if (rest[index] == u'"') {
-            rest = Trim(rest.substr(index + 1));
-            return text;
+            add(u'\0');
+            return index + 1 == rest.size() ? std::optional(value) : std::nullopt;
         }
         if (rest[index] == u'\\' && index + 1 < rest.size()) ++index;
-        text.push_back(rest[index]);
+        add(rest[index]);
     }
     return std::nullopt;
 }
 
-std::optional<std::uint32_t> TakeHexadecimal(std::u16string_view& rest, std::size_t mostDigits) {
+// Of pairs of digits with commas between them.
+std::optional<RegistryValue> ParseBytes(std::uint32_t type, std::u16string_view digits) {
     constexpr std::u16string_view kDigits = u"0123456789abcdef";
-    std::uint32_t number = 0;
-    std::size_t count = 0;
-    for (; count < std::min(mostDigits, rest.size()); ++count) {
-        const std::size_t digit = kDigits.find(LowerCase(rest[count]));
-        if (digit == std::u16string_view::npos) break;
-        number = number << 4 | static_cast<std::uint32_t>(digit);
+    constexpr std::size_t kStep = 3;
+    RegistryValue value{type, {}};
+    for (; !digits.empty(); digits.remove_prefix(std::min(kStep, digits.size()))) {
+        if (digits.size() < 2 || (digits.size() >= kStep && digits[2] != u',')) return std::nullopt;
+        const std::size_t high = kDigits.find(LowerCase(digits[0]));
+        const std::size_t low = kDigits.find(LowerCase(digits[1]));
+        if (std::max(high, low) >= kDigits.size()) return std::nullopt;
+        value.data.push_back(static_cast<std::byte>(high << 4 | low));
     }
-    if (count == 0) return std::nullopt;
-    rest = Trim(rest.substr(count));
-    return number;
+    return value;
 }
 
-struct Data {
-    std::uint32_t type;
-    std::vector<std::byte> bytes;
-};
-
-std::optional<Data> TakeText(std::u16string_view& rest) {
-    std::optional<std::u16string> text = TakeQuoted(rest);
-    if (!text) return std::nullopt;
-    Data data{kRegistryText, {}};
-    for (const char16_t unit : text->append(1, u'\0')) {
-        data.bytes.push_back(static_cast<std::byte>(unit & 0xFF));
-        data.bytes.push_back(static_cast<std::byte>(unit >> 8));
+// The data may go on in the next lines of `rest`.
+std::optional<RegistryValue> TakeValue(std::u16string_view data, std::u16string_view& rest) {
+    if (data.starts_with(u'"')) return ParseText(data.substr(1));
+    constexpr std::size_t kMarkSize = 7;  // hex(1):
+    if (!data.starts_with(u"hex(") || data.find(u"):") != kMarkSize - 2) return std::nullopt;
+    std::u16string digits(data.substr(kMarkSize));
+    while (digits.ends_with(u'\\')) {
+        digits.pop_back();
+        digits.append(TakeLine(rest));
     }
-    return data;
+    return ParseBytes(data[4] - u'0', digits);
 }
-
-std::optional<Data> TakeNumber(std::u16string_view& rest) {
-    const std::optional<std::uint32_t> number = TakeHexadecimal(rest, 8);
-    if (!number) return std::nullopt;
-    Data data{kRegistryNumber, {}};
-    for (int shift = 0; shift < 32; shift += 8) {
-        data.bytes.push_back(static_cast<std::byte>(*number >> shift & 0xFF));
-    }
-    return data;
-}
-
-class RegFileReader {
-  public:
-    RegFileReader(std::u16string_view text, std::u16string_view path, std::u16string_view valueName)
-        : rest_(text), path_(path), valueName_(valueName) {}
-
-    std::optional<FoundRegistryKey> Read() {
-        const std::u16string_view first = TakeLine(rest_);
-        if (first != u"Windows Registry Editor Version 5.00" && first != u"REGEDIT4") return std::nullopt;
-        while (!rest_.empty()) ReadLine(TakeLine(rest_));
-        return std::move(key_);
-    }
-
-  private:
-    void ReadLine(std::u16string_view line) {
-        if (line.starts_with(u'[') && line.ends_with(u']')) {
-            ReadKey(line.substr(1, line.size() - 2));
-        } else if (isInKey_ && line == u";deny key") {
-            key_->isDenied = true;
-        } else if (isInKey_ && line == u";deny value") {
-            deniesNext_ = true;
-        } else if (isInKey_) {
-            ReadValue(line);
-        }
-    }
-
-    void ReadKey(std::u16string_view path) {
-        const bool deletes = Take(path, u"-");
-        const bool isPath = AreSame(path, path_);
-        if (deletes && (isPath || IsBelow(path_, path))) key_.reset();
-        if (!deletes && (isPath || IsBelow(path, path_)) && !key_) key_.emplace();
-        isInKey_ = isPath && !deletes;
-        deniesNext_ = false;
-    }
-
-    void ReadValue(std::u16string_view line) {
-        std::optional<std::u16string> name;
-        if (Take(line, u"@")) {
-            name.emplace();
-        } else if (line.starts_with(u'"')) {
-            name = TakeQuoted(line);
-        }
-        if (!name || !Take(line, u"=")) return;
-        if (line == u"-") {
-            Store(*name, std::nullopt);
-        } else if (std::optional<Data> data = TakeData(line); data && IsEnd(line)) {
-            Store(*name, RegistryValue{data->type, std::move(data->bytes), deniesNext_});
-        }
-        deniesNext_ = false;
-    }
-
-    void Store(std::u16string_view name, std::optional<RegistryValue> value) {
-        if (AreSame(name, valueName_)) key_->value = std::move(value);
-    }
-
-    std::optional<Data> TakeData(std::u16string_view& rest) {
-        if (rest.starts_with(u'"')) return TakeText(rest);
-        if (Take(rest, u"dword:")) return TakeNumber(rest);
-        if (Take(rest, u"hex:")) return TakeBytes(kRegistryBinary, rest);
-        if (!Take(rest, u"hex(")) return std::nullopt;
-        const std::optional<std::uint32_t> type = TakeHexadecimal(rest, 8);
-        return type && Take(rest, u"):") ? TakeBytes(*type, rest) : std::nullopt;
-    }
-
-    std::optional<Data> TakeBytes(std::uint32_t type, std::u16string_view& rest) {
-        Data data{type, {}};
-        while (!IsEnd(rest)) {
-            if (rest == u"\\") {
-                rest = TakeLine(rest_);
-                continue;
-            }
-            const std::optional<std::uint32_t> byte = TakeHexadecimal(rest, 2);
-            if (!byte || (!Take(rest, u",") && !IsEnd(rest))) return std::nullopt;
-            data.bytes.push_back(static_cast<std::byte>(*byte));
-        }
-        return data;
-    }
-
-    static bool IsEnd(std::u16string_view rest) { return rest.empty() || rest.starts_with(u';'); }
-
-    std::u16string_view rest_;
-    std::u16string_view path_;
-    std::u16string_view valueName_;
-    std::optional<FoundRegistryKey> key_;
-    bool isInKey_ = false;
-    bool deniesNext_ = false;
-};
 
 }  // namespace
 
-std::optional<FoundRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path,
-                                              std::u16string_view valueName) {
-    return RegFileReader(text, path, valueName).Read();
+std::optional<FoundRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path) {
+    const std::u16string_view first = TakeLine(text);
+    if (first != u"Windows Registry Editor Version 5.00" && first != u"REGEDIT4") return std::nullopt;
+    std::optional<FoundRegistryKey> key;
+    bool isInKey = false;
+    while (!text.empty()) {
+        const std::u16string_view line = TakeLine(text);
+        if (line.starts_with(u'[') && line.ends_with(u']')) {
+            isInKey = AreSame(line.substr(1, line.size() - 2), path);
+            if (isInKey && !key) key.emplace();
+        } else if (isInKey && line.starts_with(u"@=")) {
+            key->value = TakeValue(line.substr(2), text);
+        } else if (isInKey) {
+            key->isDenied = key->isDenied || line == u";deny key";
+            key->isValueDenied = key->isValueDenied || line == u";deny value";
+        }
+    }
+    return key;
 }
 
 }  // namespace NPlatform

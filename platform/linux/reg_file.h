@@ -12,17 +12,15 @@ namespace NPlatform {
 struct RegistryValue {
     std::uint32_t type;
     std::vector<std::byte> data;
-    bool isDenied;
 };
 
 struct FoundRegistryKey {
     bool isDenied = false;
-    std::optional<RegistryValue> value;  // none: the key has no such value
+    bool isValueDenied = false;
+    std::optional<RegistryValue> value;  // the default value; none: the key has none, or none of text
 };
 
-// The key at this path, its root included, and its value of this name ("" is the default value), after all
-// lines of the file. Lines end with a line feed.
-std::optional<FoundRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path,
-                                              std::u16string_view valueName);
+// The key at this path, its root included; nothing if the file has no such key. Lines end with a line feed.
+std::optional<FoundRegistryKey> FindInRegFile(std::u16string_view text, std::u16string_view path);
 
 }  // namespace NPlatform

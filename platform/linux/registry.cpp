@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -13,12 +12,6 @@
 #include "platform/linux/reg_file.h"
 
 namespace NPlatform {
-
-// A value is looked for in the text when it is read: a malicious file can have millions.
-struct OpenRegistryKey {
-    TextBuffer text;
-    std::u16string path;
-};
 
 namespace {
 
@@ -44,35 +37,19 @@ TextBuffer ReadRegistry() {
 
 }  // namespace
 
-RegistryResult RegistryKey::Open(std::u16string_view path) {
-    Close();
-    auto key = std::make_unique<OpenRegistryKey>();
-    key->text = ReadRegistry();
-    key->path.assign(u"HKEY_LOCAL_MACHINE\\").append(path);
-    const std::optional<FoundRegistryKey> found = FindInRegFile(key->text.View(), key->path, u"");
-    if (!found) return RegistryResult::Failed;
-    if (found->isDenied) return RegistryResult::AccessDenied;
-    key_ = key.release();
+RegistryResult ReadRegistry(std::u16string_view path, std::span<std::byte> buffer, std::uint32_t& type,
+                            std::size_t& size) {
+    const TextBuffer text = ReadRegistry();
+    const std::u16string root = u"HKEY_LOCAL_MACHINE\\";
+    const std::optional<FoundRegistryKey> key = FindInRegFile(text.View(), root + std::u16string(path));
+    if (!key) return RegistryResult::Failed;
+    if (key->isDenied) return RegistryResult::KeyDenied;
+    if (key->isValueDenied) return RegistryResult::ValueDenied;
+    if (!key->value || key->value->data.size() > buffer.size()) return RegistryResult::Failed;
+    std::copy(key->value->data.begin(), key->value->data.end(), buffer.begin());
+    type = key->value->type;
+    size = key->value->data.size();
     return RegistryResult::Done;
-}
-
-RegistryResult RegistryKey::Read(std::u16string_view name, std::span<std::byte> buffer, std::uint32_t& type,
-                                 std::size_t& size) const {
-    if (key_ == nullptr) return RegistryResult::Failed;
-    const std::optional<FoundRegistryKey> found = FindInRegFile(key_->text.View(), key_->path, name);
-    if (!found || !found->value) return RegistryResult::Failed;
-    const RegistryValue& value = *found->value;
-    if (value.isDenied) return RegistryResult::AccessDenied;
-    if (value.data.size() > buffer.size()) return RegistryResult::Failed;
-    std::copy(value.data.begin(), value.data.end(), buffer.begin());
-    type = value.type;
-    size = value.data.size();
-    return RegistryResult::Done;
-}
-
-void RegistryKey::Close() noexcept {
-    delete key_;
-    key_ = nullptr;
 }
 
 }  // namespace NPlatform

@@ -6,42 +6,26 @@
 
 namespace NPlatform {
 
-namespace {
-
-RegistryResult ResultOf(LSTATUS status) {
+static RegistryResult ResultOf(LSTATUS status, RegistryResult denied) {
     if (status == ERROR_SUCCESS) return RegistryResult::Done;
-    return status == ERROR_ACCESS_DENIED ? RegistryResult::AccessDenied : RegistryResult::Failed;
+    return status == ERROR_ACCESS_DENIED ? denied : RegistryResult::Failed;
 }
 
-HKEY HandleOf(OpenRegistryKey* key) { return reinterpret_cast<HKEY>(key); }
-
-}  // namespace
-
-RegistryResult RegistryKey::Open(std::u16string_view path) {
-    Close();
-    HKEY opened = nullptr;
-    const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, ToWide(path).c_str(), 0, KEY_READ, &opened);
-    if (status == ERROR_SUCCESS) key_ = reinterpret_cast<OpenRegistryKey*>(opened);
-    return ResultOf(status);
-}
-
-RegistryResult RegistryKey::Read(std::u16string_view name, std::span<std::byte> buffer, std::uint32_t& type,
-                                 std::size_t& size) const {
-    if (key_ == nullptr) return RegistryResult::Failed;
+RegistryResult ReadRegistry(std::u16string_view path, std::span<std::byte> buffer, std::uint32_t& type,
+                            std::size_t& size) {
+    HKEY key = nullptr;
+    const LSTATUS opened = RegOpenKeyExW(HKEY_LOCAL_MACHINE, ToWide(path).c_str(), 0, KEY_READ, &key);
+    if (opened != ERROR_SUCCESS) return ResultOf(opened, RegistryResult::KeyDenied);
     DWORD valueType = 0;
     auto valueSize = static_cast<DWORD>(buffer.size());
-    const LSTATUS status = RegQueryValueExW(HandleOf(key_), ToWide(name).c_str(), nullptr, &valueType,
-                                            reinterpret_cast<BYTE*>(buffer.data()), &valueSize);
-    if (status == ERROR_SUCCESS) {
+    const LSTATUS read =
+        RegQueryValueExW(key, L"", nullptr, &valueType, reinterpret_cast<BYTE*>(buffer.data()), &valueSize);
+    RegCloseKey(key);
+    if (read == ERROR_SUCCESS) {
         type = valueType;
         size = valueSize;
     }
-    return ResultOf(status);
-}
-
-void RegistryKey::Close() noexcept {
-    if (key_ != nullptr) RegCloseKey(HandleOf(key_));
-    key_ = nullptr;
+    return ResultOf(read, RegistryResult::ValueDenied);
 }
 
 }  // namespace NPlatform

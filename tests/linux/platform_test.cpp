@@ -50,20 +50,17 @@ TEST(Platform, FindsRegularFilesOnly) {
     }
 }
 
-// The value "Value" of HKEY_LOCAL_MACHINE\Soft\Key: type and bytes, in hexadecimal, or why there is none.
+// The default value of HKEY_LOCAL_MACHINE\Soft\Key: type and bytes, in hexadecimal, or why there is none.
 std::string ReadRegistry(std::string_view file) {
     const NTest::Registry registry(file);
-    NPlatform::RegistryKey key;
-    NPlatform::RegistryResult result = key.Open(u"Soft\\Key");
-    std::string text = result == NPlatform::RegistryResult::Done ? "" : "key ";
     std::byte bytes[6];
     std::uint32_t type = 0;
     std::size_t size = 0;
-    if (text.empty()) result = key.Read(u"Value", bytes, type, size);
-    if (result != NPlatform::RegistryResult::Done) {
-        return text + (result == NPlatform::RegistryResult::AccessDenied ? "denied" : "failed");
-    }
-    text = std::to_string(type) + ":";
+    const auto result = NPlatform::ReadRegistry(u"Soft\\Key", bytes, type, size);
+    if (result == NPlatform::RegistryResult::KeyDenied) return "key denied";
+    if (result == NPlatform::RegistryResult::ValueDenied) return "value denied";
+    if (result == NPlatform::RegistryResult::Failed) return "failed";
+    std::string text = std::to_string(type) + ":";
     for (const std::byte byte : std::span(bytes, size)) {
         char digits[4];
         std::snprintf(digits, sizeof digits, " %02x", std::to_integer<unsigned>(byte));
@@ -74,46 +71,36 @@ std::string ReadRegistry(std::string_view file) {
 
 TEST(Platform, ReadsTheRegistryFromAFile) {
     const std::string head = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Key]\n";
-    std::string million;
-    for (int number = 1'000'000; number < 2'000'000; ++number) {
-        million.append("\"").append(std::to_string(number)).append("\"=\"\"\n");
+    std::string exported = "\xFF\xFE";  // as the registry editor does, in UTF-16
+    for (const char unit : "Windows Registry Editor Version 5.00\r\n\r\n" + head.substr(9) + "@=\"a\"\r\n") {
+        exported.append({unit, '\0'});
     }
     const std::pair<std::string, std::string_view> rows[] = {
-        {head + R"("Value"="a")", "1: 61 00 00 00"},
-        {head + million + R"("Value"="a")", "1: 61 00 00 00"},
-        {head + R"(  "vALUE" = "\\\"" ; comment)", "1: 5c 00 22 00 00 00"},
-        {head + R"("Value"="")", "1: 00 00"},
-        {head + R"("Value"="abc")", "failed"},
-        {head + R"("Value"=dword:1A2b)", "4: 2b 1a 00 00"},
-        {head + R"("Value"=hex:01,fE)", "3: 01 fe"},
-        {head + "\"Value\"=hex(2):61,00,\\\n  62,\\\n  00\n\"x\"=hex:00", "2: 61 00 62 00"},
-        {head + R"("Value"=hex(1):)", "1:"},
-        {head + "@=\"d\"\n\"Other\"=\"o\"\n; \"Value\"=\"c\"", "failed"},
-        {head + "\"Value\"=\"a\"\n\"Value\"=\"b\"", "1: 62 00 00 00"},
-        {head + "\"Value\"=\"a\"\n\"Value\"=-", "failed"},
-        {head + "\"Value\"=\"a\"\n[-HKEY_LOCAL_MACHINE\\Soft\\Key]\n" + head.substr(9), "failed"},
-        {head + "\"Value\"=\"a\"\n" + head.substr(9) + "\"Other\"=\"b\"", "1: 61 00 00 00"},
-        {head + "[-HKEY_LOCAL_MACHINE\\Soft\\Key]\n\"Value\"=\"b\"", "key failed"},
-        {head + "\"Value\"=\"a\"\n[-hkey_local_machine\\soft]\n\"Value\"=\"b\"", "key failed"},
-        {head + "\"Value\"=\"a\"\n[HKEY_LOCAL_MACHINE\\Soft]\n\"Value\"=\"b\"", "1: 61 00 00 00"},
-        {"REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Key\\Sub]\n\"Value\"=\"a\"", "failed"},
-        {"REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Keys]\n\"Value\"=\"a\"", "key failed"},
-        {head + ";deny key\n\"Value\"=\"a\"", "key denied"},
-        {head + ";deny value\n\"Value\"=\"a\"", "denied"},
-        {head + ";deny value\n\"Other\"=\"a\"\n\"Value\"=\"b\"", "1: 62 00 00 00"},
-        {"\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n\r\n" + head.substr(9) + "\"Value\"=\"a\"\r\n",
-         "1: 61 00 00 00"},
-        {"", "key failed"},
-        {"REGEDIT5\n" + head.substr(9) + R"("Value"="a")", "key failed"},
-        {head + std::string(20'000'000, ';') + "\n\"Value\"=\"a\"", "key failed"},
+        {exported, "1: 61 00 00 00"},
+        {head + R"(@="a")", "1: 61 00 00 00"},
+        {head + "  @=\"\\\\\\\"\" \t", "1: 5c 00 22 00 00 00"},
+        {head + "\"Other\"=hex:00,\\\n  00\n@=\"\"", "1: 00 00"},
+        {head + R"(@="abc")", "failed"},
+        {head + "@=hex(2):61,00,\\\n  62,\\\n  fE\n@x", "2: 61 00 62 fe"},
+        {head + R"(@=hex(1):)", "1:"},
+        {head + R"(@=hex(7):61)", "7: 61"},
+        {head + "\"Other\"=\"o\"\n; @=\"c\"", "failed"},
+        {head + "@=\"a\"\n[HKEY_LOCAL_MACHINE\\Soft]\n@=\"b\"\n" + head.substr(9) + "@=\"c\"",
+         "1: 63 00 00 00"},
+        {"REGEDIT4\n[hkey_local_machine\\SOFT\\key]\n@=\"a\"", "1: 61 00 00 00"},
+        {"REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft\\Keys]\n@=\"a\"", "failed"},
+        {head + ";deny key\n@=\"a\"", "key denied"},
+        {head + ";deny value\n@=\"a\"", "value denied"},
+        {"REGEDIT4\n[HKEY_LOCAL_MACHINE\\Soft]\n;deny key\n" + head.substr(9) + "@=\"a\"", "1: 61 00 00 00"},
+        {"", "failed"},
+        {"REGEDIT5\n" + head.substr(9) + "@=\"a\"", "failed"},
+        {head + std::string(20'000'000, ';') + "\n@=\"a\"", "failed"},
     };
     for (const auto& [file, expected] : rows) EXPECT_EQ(ReadRegistry(file), expected) << file.substr(0, 200);
-    for (const char* line :
-         {"Value=\"a\"", "\"Value\"", "\"Value\"\"a\"", "\"Value\"=", "\"Value\"=\"a", "\"Value=\"a\"",
-          "\"Value\"=\"a\\\"", "\"Value\"=\"a\"b", "\"Value\"=a", "\"Value\"=dword:", "\"Value\"=dword:x",
-          "\"Value\"=dword:123456789", "\"Value\"=hex:1x", "\"Value\"=hex:111", "\"Value\"=hex:1 1",
-          "\"Value\"=hex(1:00", "\"Value\"=hex():00", "\"Value\"=-a"}) {
-        EXPECT_EQ(ReadRegistry(head + "\"Value\"=dword:1\n" + line), "4: 01 00 00 00") << line;
+    for (const char* data :
+         {"", "\"a", "\"a\\\"", "\"a\"b", "a", "-", "dword:00000001", "hex:61,00", "hex(x:61", "hex(1)61",
+          "hex(1):6", "hex(1):6x", "hex(1):61 62", "hex(1):616", "hex(1:61"}) {
+        EXPECT_EQ(ReadRegistry(head + "@=" + data), "failed") << data;
     }
 }
 

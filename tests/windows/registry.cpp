@@ -18,7 +18,7 @@ constexpr wchar_t kKey[] = L"SOFTWARE\\Classes\\Excel.Application\\CurVer";
 
 std::optional<NPlatform::FoundRegistryKey> Find(std::string_view file) {
     return NPlatform::FindInRegFile(std::u16string(file.begin(), file.end()),
-                                    u"HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer", u"");
+                                    u"HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer");
 }
 
 bool deniesValues = false;
@@ -56,10 +56,10 @@ Registry::Registry(std::string_view file) {
     HKEY key = nullptr;
     RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
     if (found->value) {
-        const auto& [type, data, isDenied] = *found->value;
+        const auto& [type, data] = *found->value;
         RegSetValueExW(key, nullptr, 0, type, reinterpret_cast<const BYTE*>(data.data()),
                        static_cast<DWORD>(data.size()));
-        deniesValues = isDenied;
+        deniesValues = found->isValueDenied;
     }
     if (found->isDenied) Deny(key);
     RegCloseKey(key);
