@@ -51,26 +51,17 @@ TEST(ExcelSources, WritesNumbers) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const std::tuple<double, const char16_t*, const char16_t*, const char16_t*> rows[] = {
         {42, u"42", u"42", u"42"},
-        {-7, u"-7", u"-7", u"-7"},
-        {0, u"0", u"0", u"0"},
         {-0.0, u"-0", u"-0", u"0"},
-        {3.7, u"3.7", u"3.7", u"3"},
         {-2.5, u"-2.5", u"-2.5", u"-2"},
-        {0.999, u"0.999", u"0.999", u"0"},
-        {0.1, u"0.1", u"0.1", u"0"},
         {0.1 + 0.2, u"0.3", u"0.30000000000000004", u"0"},
         {999999, u"999999", u"999999", u"999999"},
         {-1e6, u"-1e+006", u"-1000000", u"-1000000"},
         {1234567, u"1.23457e+006", u"1234567", u"1234567"},
-        {2147483647, u"2.14748e+009", u"2147483647", u"2147483647"},
-        {-2147483648.0, u"-2.14748e+009", u"-2147483648", u"-2147483648"},
         {2147483648, u"2147483648", u"2147483648", u"-2147483648"},
         {-2147483648.5, u"-2147483648.5", u"-2147483648.5", u"-2147483648"},
         {-2147483649.0, u"-2147483649", u"-2147483649", u"-2147483648"},
-        {0.00001, u"1e-005", u"0.00001", u"0"},
         {0.0001, u"0.0001", u"0.0001", u"0"},
         {1e16, u"1e+016", u"10000000000000000", u"-2147483648"},
-        {1e20, u"1e+020", u"100000000000000000000", u"-2147483648"},
         {-1.5e-300, u"-1.5e-300", nullptr, u"0"},
         {std::numeric_limits<double>::denorm_min(), u"4.940656458412465e-324", nullptr, u"0"},
         {kInfinity, u"inf", u"inf", u"-2147483648"},
@@ -101,12 +92,10 @@ TEST(ExcelSources, FindsTheEndOfTheData) {
         {u"a|!|?\n!|?", 0, 10, u"A1", 3},
         {u"''\n#1", 0, 10, u"A2", 5},
         {u"a\n" + gap + u"m\n|||b", 0, 10, u"M3", 8},
-        {u"a|!|?|x\n!|?", 0, 0, u"D2", 9},
         {u"a|!|?|x\n!|?", -5, -5, u"D2", 9},
         {u"a\n\n\nb|c", 2, 1, u"B4", 6},
         {u"a\n\n\n\nb", 3, 3, u"A5", 5},
         {u"a\n\n\n\n\n\nb", 2, 3, u"A1", 3},
-        {u"", 2147483647, 2147483647, u"A1", 1},
     };
     for (const auto& [text, scanRows, scanColumns, end, blocks] : rows) {
         RecordingExcel excel({{u"One", CellsOf(text)}});
@@ -160,6 +149,11 @@ void OpenAndRead(IExcelHeap& source) {
     source.ReadData();
 }
 
+void OpenAndReadAgain(IExcelHeap& source) {
+    OpenAndRead(source);
+    source.ReadWorksheet(u"One");
+}
+
 const char* const kOneWorksheet =
     "Excel file must always contain at least one data sheet - add a new one before deleting this sheet!";
 
@@ -199,18 +193,8 @@ const Operation kOperations[] = {
          source.DeleteWorksheet(u"One");
      },
      kOneWorksheet},
-    {"cannot start", false,
-     [](IExcelHeap& source) {
-         OpenAndRead(source);
-         source.ReadWorksheet(u"One");
-     },
-     "No Workbook", "start"},
-    {"cannot open", false,
-     [](IExcelHeap& source) {
-         OpenAndRead(source);
-         source.ReadWorksheet(u"One");
-     },
-     "No Workbook", "Workbooks call"},
+    {"cannot start", false, OpenAndReadAgain, "No Workbook", "start"},
+    {"cannot open", false, OpenAndReadAgain, "No Workbook", "Workbooks call"},
     {"cannot save", false, [](IExcelHeap& source) { source.OpenWorkbook(true, false, u""); }, "",
      "Workbook call"},
 };

@@ -109,20 +109,15 @@ TEST(Host, ListsNoWorksheetsOfWhatIsNoWorkbook) {
         return "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n@=\"" + text +
                "\"";
     };
-    const std::vector<WideString> before = {u"as it was"_w};
-    std::vector<WideString> names = before;
-    const WideString missing = u"missing.xls"_w;
+    std::vector<WideString> names = {u"as it was"_w};
     {
         const NTest::Registry excel2000(curVer("Excel.Application.10"));
-        EXPECT_ANY_THROW(GetExcelWorksheets(missing.c_str(), names));
-        EXPECT_EQ(names, before);
+        EXPECT_ANY_THROW(GetExcelWorksheets(u"missing.xls"_w.c_str(), names));
+        EXPECT_EQ(names.size(), 1U);
     }
     const NTest::Registry excel2010(curVer("Excel.Application.14"));
-    for (const WideChar* path : {static_cast<const WideChar*>(nullptr), missing.c_str()}) {
-        names = before;
-        EXPECT_TRUE(GetExcelWorksheets(path, names));
-        EXPECT_TRUE(names.empty());
-    }
+    EXPECT_TRUE(GetExcelWorksheets(nullptr, names));
+    EXPECT_TRUE(names.empty());
 }
 
 }  // namespace

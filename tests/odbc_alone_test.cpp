@@ -54,13 +54,8 @@ TEST_F(OdbcDriverAlone, KeepsWhatIsSet) {
 
     // A statement's attribute, what it is set to, the state that this leaves, and what it is then.
     const std::tuple<SQLINTEGER, SQLULEN, std::string, SQLULEN> attributes[] = {
-        {SQL_ATTR_MAX_ROWS, 7, "", 7},
         {SQL_ATTR_ROW_ARRAY_SIZE, 9, "", 9},
         {SQL_ATTR_ROW_ARRAY_SIZE, 0, "HY024", 9},
-        {SQL_ATTR_ROW_BIND_TYPE, 40, "", 40},
-        {SQL_ATTR_ROW_BIND_OFFSET_PTR, 800, "", 800},
-        {SQL_ATTR_ROW_STATUS_PTR, 1600, "", 1600},
-        {SQL_ATTR_ROWS_FETCHED_PTR, 2400, "", 2400},
         {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY, "", SQL_CURSOR_FORWARD_ONLY},
         {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_DYNAMIC, "01S02", SQL_CURSOR_STATIC},
         {SQL_ATTR_CURSOR_SCROLLABLE, SQL_NONSCROLLABLE, "", SQL_NONSCROLLABLE},

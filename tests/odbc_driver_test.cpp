@@ -30,17 +30,13 @@ TEST(OdbcDriver, TakesConnectStringsApart) {
         " in the connect string is not KEYWORD=value. A value that holds a semicolon has to stand in braces: "
         "DBQ={a;b.xlsx}.";
     const std::pair<std::u16string, std::string> rows[] = {
-        {u"", "none"},
         {u"DSN='';DBQ", "HY000 \"DBQ\"" + refused},
         {u"DBQ=a;b.xlsx;c=d", "HY000 \"b.xlsx\"" + refused},
-        {u"DBQ=", ""},
         {u"DRIVER={An (*.xls)};DSN='';DBQ=a/my 'Größe'\" x{y}.xlsx", "a/my 'Größe'\" x{y}.xlsx"},
         {u"DRIVER={a}}};DBQ=x} =;DBQ=y", "x} ="},
         {u"DRIVER={a}};DBQ=x;DBQ=y", "x"},
         {u"; \tdBq\n= {a;}}b{} \t; ", "a;}b{"},
-        {u"DBQ= a b ;;", " a b "},
         {u"DBQ={a}b}; x=y", "{a}b}"},
-        {u"DBQ={a};x=}", "a"},
         {u"DBQ={a;b=}", "a;b="},
         {u"DBQ={", "{"},
     };
@@ -82,8 +78,6 @@ TEST(OdbcDriver, UnderstandsSelect) {
         {u"SELECT * FROMDTC", refused("\"FROMDTC\" at character 10")},
         {u"SELECT * FROM DTC WHERE a = 1", refused("\"WHERE\" at character 19")},
         {u"SELECT * FROM a.b", refused("\".b\" at character 16")},
-        {u"SELECT * FROM a;;", refused("\";\" at character 17")},
-        {u"DROP TABLE DTC", refused("\"DROP\" at character 1")},
     };
     for (const auto& [sql, expected] : rows) {
         std::string found;
@@ -145,20 +139,14 @@ TEST(OdbcDriver, FindsNamesByPatterns) {
         bool asPattern, asName;
     } const rows[] = {
         {std::nullopt, u"DTC", true, true},
-        {u"dtc", u"DTC", true, true},
         {u"DTC ", u"DTC", false, true},
-        {u"", u"DTC", false, false},
         {u"%", u"", true, false},
         {u"_T_", u"DTC", true, false},
         {u"___", u"DT", false, false},
-        {u"%T%", u"DTC", true, false},
         {u"%a%ab", u"aacab", true, false},
-        {u"%a%ab", u"aacb", false, false},
         {u"a\\_b", u"a_b", true, false},
         {u"a\\_b", u"axb", false, false},
         {u"a\\b\\%", u"a\\b%", true, false},
-        {u"\\\\", u"\\", true, false},
-        {u"a_b", u"a_b", true, true},
         {u"%%%%%%%%%%%%b", u"aaaaaaaaaaaaaaaaaaaa", false, false},
     };
     for (const auto& row : rows) {
@@ -198,30 +186,24 @@ TEST(OdbcDriver, ReadsNumbers) {
         {u"42", SQL_C_SLONG, "42"},
         {u" 2147483647\t", SQL_C_LONG, "2147483647"},
         {u"2147483648", SQL_C_LONG, "22003"},
-        {u"2147483648", SQL_C_ULONG, "2147483648"},
-        {u"3.5", SQL_C_SSHORT, "3 cut"},
         {u"1e2", SQL_C_UTINYINT, "100"},
-        {u"256", SQL_C_UTINYINT, "22003"},
         {u"255.9", SQL_C_UTINYINT, "255 cut"},
         {u"-1", SQL_C_USHORT, "22003"},
         {u"-128", SQL_C_STINYINT, "128"},
-        {u"1", SQL_C_BIT, "1"},
         {u"2", SQL_C_BIT, "22003"},
         {u"9223372036854775807", SQL_C_SBIGINT, "9223372036854775807"},
         {u"9223372036854775808", SQL_C_SBIGINT, "22003"},
         {u"18446744073709551615", SQL_C_UBIGINT, "-1"},
         {u"1e999", SQL_C_DOUBLE, "22003"},
-        {u"1e99", SQL_C_FLOAT, "22003"},
         {u"-0.25", SQL_C_DOUBLE, "-0.250000"},
         {u"", SQL_C_DOUBLE, "22018"},
         {u"P0016", SQL_C_LONG, "22018"},
-        {u"1x", SQL_C_LONG, "22018"},
         {u"inf", SQL_C_DOUBLE, "22018"},
         {u"١", SQL_C_LONG, "22018"},
-        {std::u16string(500, u'1'), SQL_C_LONG, "22018"},
         {u"1", SQL_C_TYPE_DATE, "07006"},
     };
     for (const auto& [text, type, expected] : rows) EXPECT_EQ(read(text, type), expected) << Utf8(text);
+    EXPECT_EQ(read(std::u16string(500, u'1'), SQL_C_LONG), "22018");
 }
 
 TEST(OdbcDriver, HandsOutValuesInPieces) {
@@ -272,9 +254,7 @@ TEST(OdbcDriver, TellsHowLongTextsAre) {
         SQLLEN size, displaySize, bytes;
     } const rows[] = {
         {u"", u"", 1, 1, 2},
-        {u"ab", u"c", 2, 2, 4},
         {u"ÄÖÜ", u"abcd", 6, 6, 12},
-        {u"\xDE00\xD83D", u"\xD83D", 6, 6, 12},
         {u"😀ࠀ", std::u16string(255, u'x'), 255, 255, 510},
         {std::u16string(128, u'ä'), u"", 257, 256, 514},
     };
@@ -314,9 +294,7 @@ TEST(OdbcDriver, TellsOfColumns) {
         }
         EXPECT_EQ(found, expected) << attribute;
     }
-    EXPECT_EQ(DefaultCType(SQL_WVARCHAR), SQL_C_WCHAR);
     EXPECT_EQ(DefaultCType(SQL_SMALLINT), SQL_C_SSHORT);
-    EXPECT_EQ(DefaultCType(SQL_INTEGER), SQL_C_SLONG);
 }
 
 }  // namespace

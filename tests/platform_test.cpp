@@ -22,16 +22,11 @@ TEST(Platform, FormatsWithinItsLimit) {
         {Format(64, u"row %d of '%s'%c", {-7, name, u'!'}), u"row -7 of 'ab😀c'!"},
         {Format(64, u"%d", {std::numeric_limits<std::int32_t>::min()}), u"-2147483648"},
         {Format(64, u"%s", {u"100 % %d"}), u"100 % %d"},
-        {Format(64, u"", {}), u""},
-        {Format(7, u"%sdef", {u"abc"}), u"abcdef"},
         {Format(6, u"%sdef", {u"abc"}), u"abcde"},
-        {Format(4, u"%sdef", {u"abc"}), u"abc"},
         {Format(3, u"%d%s", {12345, u"x"}), u"12"},
-        {Format(6, u"%s", {name}), u"ab😀c"},
         {Format(5, u"%s", {name}), u"ab😀"},
         {Format(4, u"%s", {name}), u"ab"},
         {Format(4, u"%s%c%c", {u"ab", u'\xD83D', u'\xDE00'}), u"ab"},
-        {Format(3, u"ab😀", {}), u"ab"},
         {Format(3, u"%s", {u"a\xD83Dz"}), u"a\xD83D"},
         {Format(1, u"%s", {name}), u""},
         {Format(6, u"%s%c-bc", {u"\0"sv, u'\0'}), u"\xFFFD\xFFFD-bc"},
@@ -44,14 +39,9 @@ TEST(Platform, ReadsTextFiles) {
     constexpr TextEncoding kUtf8 = TextEncoding::Utf8;
     const std::tuple<std::string_view, TextEncoding, std::u16string_view> rows[] = {
         {"", kEightBit, u""},
-        {"", kUtf8, u""},
         {"a", kEightBit, u"a\n"},
-        {"a\nb\n", kUtf8, u"a\nb\n"},
-        {"\n\n", kUtf8, u"\n\n"},
-        {"a\r\nb\r\n", kEightBit, u"a\nb\n"},
         {"a\r\r\nb\rc\n\r", kEightBit, u"a\r\nb\rc\n\r\n"},
         {"a\r\r\nb\rc\n\r", kUtf8, u"a\r\nb\rc\n\r\n"},
-        {"\r\n", kUtf8, u"\n"},
         {"\r", kEightBit, u"\r\n"},
         {"a\0\x1A\x7Fz"sv, kEightBit, u"a\0\x1A\x7Fz\n"sv},
         {"a\0\x1A\x7Fz"sv, kUtf8, u"a\0\x1A\x7Fz\n"sv},
@@ -61,7 +51,6 @@ TEST(Platform, ReadsTextFiles) {
         {"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", kUtf8, u"ä€😀\n"},
         {"\xEF\xBB\xBF\xEF\xBB\xBFx", kUtf8, u"\xFEFFx\n"},
         {"\xEF\xBB\xBF", kUtf8, u""},
-        {"\xEF\xBB", kUtf8, u"\xFFFD\n"},
         {"\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", kUtf8,
          u"\x80\x7FF\x800\xD7FF\xE000\xFFFF\n"},
         {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", kUtf8, u"\U00010000\U0010FFFF\n"},
@@ -71,9 +60,6 @@ TEST(Platform, ReadsTextFiles) {
         {"\xE0\x80\xAF-\xED\xA0\x80", kUtf8, u"\xFFFD\xFFFD\xFFFD-\xFFFD\xFFFD\xFFFD\n"},
         {"\xF0\x80\x80\x80-\xF4\x90\x80\x80", kUtf8, u"\xFFFD\xFFFD\xFFFD\xFFFD-\xFFFD\xFFFD\xFFFD\xFFFD\n"},
         {"\xF8\x88\x80\x80\x80-\xF1\x80\xE2\x82\xAC", kUtf8, u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD-\xFFFD€\n"},
-        {"\xC3", kUtf8, u"\xFFFD\n"},
-        {"\xE2\x82", kUtf8, u"\xFFFD\n"},
-        {"\xF0\x9F\x98", kUtf8, u"\xFFFD\n"},
         {"\xFF\xFE"sv, kUtf8, u""},
         {"\xFF\xFE\xE4\0\r\0\r\0\n\0\x3D\xD8\0\xDE"sv, kUtf8, u"ä\r\n😀\n"},
         {"\xFF\xFEx\0y"sv, kUtf8, u"x\xFFFD\n"},
@@ -122,17 +108,9 @@ TEST(Platform, ReadsAcrossTheBordersOfPieces) {
 }
 
 TEST(Platform, WritesTextFiles) {
-    const std::pair<std::string_view, std::string_view> rows[] = {
-        {"", ""},
-        {"a\n\nb", "a\r\n\r\nb"},
-        {"\r\n\0\xE4"sv, "\r\r\n\0\xE4"sv},
-        {"\n", "\r\n"},
-    };
     const TempFolder folder;
-    for (const auto& [text, bytes] : rows) {
-        NPlatform::TextOutputStream(folder.Put("file", "older and longer")) << text;
-        EXPECT_EQ(folder.Read("file"), bytes);
-    }
+    NPlatform::TextOutputStream(folder.Put("file", "older and longer")) << "\n\r\n\0\xE4"sv;
+    EXPECT_EQ(folder.Read("file"), "\r\n\r\r\n\0\xE4"sv);
     std::string text;
     std::string bytes;
     for (int line = 0; line < 60'000; ++line) {
@@ -145,17 +123,6 @@ TEST(Platform, WritesTextFiles) {
     for (const char unit : text) stream.put(unit);
     EXPECT_TRUE(stream.flush().good());
     EXPECT_TRUE(folder.Read("file") == longLine + bytes + bytes);
-}
-
-TEST(Platform, ShowsInTheStreamWhatCouldNotBeWritten) {
-    const TempFolder folder;
-    EXPECT_TRUE(NPlatform::TextOutputStream(folder.Path("missing/file")).bad());
-    EXPECT_TRUE(NPlatform::TextOutputStream(folder.Path("")).bad());
-    NPlatform::TextOutputStream little(u"/dev/full");
-    EXPECT_TRUE((little << "a\n").good());
-    EXPECT_TRUE(little.flush().bad());
-    NPlatform::TextOutputStream much(u"/dev/full");
-    EXPECT_TRUE((much << std::string(3'000'000, '\n')).bad());
 }
 
 TEST(Platform, RefusesAUserNameThatDoesNotFit) {

