@@ -273,6 +273,10 @@ Options CheckSettings(const Arguments& arguments) {
     return options;
 }
 
+void RefuseImpossibleName(const std::filesystem::path& output) {
+    if (const std::string reason = ReasonAgainstName(output); !reason.empty()) RefuseUsage(reason);
+}
+
 Options CheckConversion(const Arguments& arguments) {
     const std::vector<std::string>& files = arguments.files;
     if (files.size() < 2 && !arguments.check) RefuseUsage("INPUT and OUTPUT are required.");
@@ -280,6 +284,7 @@ Options CheckConversion(const Arguments& arguments) {
     Options options = CheckSettings(arguments);
     SetInput(options, arguments, files[0]);
     if (!options.checks) options.output = files[1] == "-" ? kStandardOutput : ToPath(files[1]);
+    if (!options.checks) RefuseImpossibleName(options.output);
     if (options.reports && options.output == kStandardOutput) {
         RefuseUsage("The document and the JSON output cannot both go to standard output.");
     }
@@ -328,6 +333,7 @@ void SetSarif(Options& options, const Arguments& arguments) {
     if (file.empty()) RefuseUsage("--sarif requires a file.");
     if (!options.findings) RefuseUsage("--sarif and --no-findings cannot be used together.");
     options.sarif = file == "-" ? kStandardOutput : ToPath(file);
+    RefuseImpossibleName(options.sarif);
     if (arguments.oneOfMany) return;
     const char* const printed = options.reports                     ? "the JSON output"
                                 : options.isOneOfMany               ? "the results"
@@ -363,6 +369,7 @@ std::vector<Options> CheckTasks(const Arguments& arguments, const std::filesyste
         if (task.checks) continue;
         task.output = outputFolder / task.input.stem();
         task.output += ".xml";
+        RefuseImpossibleName(task.output);
     }
     return tasks;
 }
@@ -382,7 +389,17 @@ CommandLine CheckBatch(const Arguments& arguments, std::size_t jobs) {
     return line;
 }
 
-CommandLine CheckConversions(const Arguments& arguments) {
+std::vector<std::string> ExpandPatterns(const std::vector<std::string>& patterns) {
+    std::vector<std::string> files;
+    for (const std::string& pattern : patterns) {
+        for (std::string& file : FilesOfPattern(pattern)) files.push_back(std::move(file));
+    }
+    return files;
+}
+
+CommandLine CheckConversions(Arguments& arguments) {
+    // One file more would become the output elsewhere.
+    if (!arguments.outputFolder.empty() || arguments.check) arguments.files = ExpandPatterns(arguments.files);
     const std::vector<std::string>& files = arguments.files;
     const bool isBatch = !arguments.outputFolder.empty() || (arguments.check && files.size() > 1);
     if (std::find(files.begin(), files.end(), "") != files.end()) RefuseUsage("A file name is empty.");

@@ -25,6 +25,11 @@ std::string FindReason(TemporaryFile& document) {
 
 }  // namespace
 
+std::string ReasonAgainstName(const fs::path& output) {
+    const std::string fault = FaultOfName(output);
+    return fault.empty() ? fault : "The output " + NameOf(output) + " cannot be a file: " + fault + ".";
+}
+
 fs::path FollowLinks(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code ignored;

@@ -10,6 +10,10 @@
 
 namespace NCli {
 
+// Why the system could not have a file of this name, as a sentence for the user. Empty where there is no
+// reason.
+std::string ReasonAgainstName(const std::filesystem::path& output);
+
 // Where the system would create the file if it were asked for one at the path. A link at the end is one that
 // this user may not follow, or one of a circle.
 std::filesystem::path FollowLinks(std::filesystem::path path);

@@ -26,6 +26,13 @@ std::filesystem::path ToSystemPath(const std::filesystem::path& path);
 // The path as Excel finds the file by it, which may run in another folder than the command.
 std::filesystem::path ToExcelPath(const std::filesystem::path& path);
 
+// Why the system has no file of this name, as the end of a sentence. Empty where it may have one.
+std::string FaultOfName(const std::filesystem::path& file);
+
+// The files that match the pattern, in their order, where the system leaves patterns to its programs. Throws
+// WrongUsage where there is none, and as ReadArguments does.
+std::vector<std::string> FilesOfPattern(const std::string& pattern);
+
 // The path as a URI of the file has it, in UTF-8 and not yet encoded: with slashes, a relative one without
 // one at its beginning, one on a server with two.
 std::string ToUriPath(const std::filesystem::path& path);

@@ -16,6 +16,7 @@
 #include "cli/failure.h"
 #include "cli/text.h"
 #include "cli/windows/handle.h"
+#include "cli/windows/names.h"
 
 namespace NCli {
 
@@ -66,12 +67,7 @@ std::vector<std::string> ReadArguments(int, const char* const*) {
     const std::unique_ptr<LPWSTR, FreeLocal> values(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> arguments;
     for (int index = 1; index < count; ++index) {
-        const std::wstring given = values.get()[index];
-        arguments.push_back(EncodeUtf8(given));
-        // A file with half a character in its name would become another one.
-        if (DecodeUtf8(arguments.back()).text != given) {
-            throw WrongUsage("The argument \"" + arguments.back() + "\" contains an unpaired surrogate.");
-        }
+        arguments.push_back(ToArgument(values.get()[index]));
     }
     return arguments;
 }

@@ -30,6 +30,8 @@ DRIVER_NAME = "xls2tki Excel Driver (*.xlsx, *.xlsm)"
 TABLE = (EXAMPLES / "powertrain.csv").read_bytes()
 BODY = (EXAMPLES / "base-and-failure-type.xml").read_bytes()
 HELP = "xls2tki: Hint: %s\n"
+CHECKED = "%s.csv: done: 12 DTCs, SAE codes, 0x0016 to 0xC121, 4 items: Severity, Lamp, Reaction, Workshop note.\n"
+NO_FILE = 'xls2tki: The output "%s" cannot be a file: %s.' + HINT
 NO_SUCH_FILE = HELP % 'There is no file "%s".'
 IS_TEXT = HELP % '"in.csv" is text with separators. Give --csv.'
 UNKNOWN_KIND = 'xls2tki: The kind of "%s" is not known from its extension; use --csv, --excel or --odbc.' + HINT
@@ -53,15 +55,28 @@ CASES = [
      "--excel needs no such driver. The Microsoft Access Database Engine, of 64 bits, has one.", b"", OLD),
     ("--json in.csv in.csv", b"", 2, "xls2tki: The output \"in.csv\" is also the input.\n",
      b'{"input":"in.csv","output":"in.csv","kind":"csv","encoding":null,"separator":null,"layout":null,"hexadecimal":null,"sae_codes":null,"rows":null,'
-     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"messages":[],"findings":null,"finding_counts":null,'
+     b'"columns":null,"item_columns":null,"items":null,"skipped_columns":null,"skipped_column_count":null,"messages":[],"message_count":0,"findings":null,"finding_counts":null,'
      b'"failure":"The output \\"in.csv\\" is also the input."}\n', OLD),
     ("--check --jobs 2 in.csv \u00e4\u4e2d\U0001f600.csv", b"", 0, "xls2tki: 2 files: 2 passed, 0 failed.\n",
-     "in.csv: done\n\u00e4\u4e2d\U0001f600.csv: done\n".encode(), OLD),
+     (CHECKED % "in" + CHECKED % "\u00e4\u4e2d\U0001f600").encode(), OLD),
     ('--output-dir . --variant=a"b\\\\ --diag-instance=\\"\\ missing.csv out.csv', b"", 1, "xls2tki: 2 files: 1 converted, 1 failed.\n",
      b"missing.csv: failed: Error opening inputfile: 'missing.csv' Hint: There is no file \"missing.csv\".\nout.csv: done\n",
      DOCUMENT.replace(b"Emission_Related_Trouble_Codes", b"\\&quot;\\").replace(b"COMMON_DIAGNOSTICS", b"a&quot;b\\\\")),
     ("--output-dir o in.csv missing/IN.csv", b"", 2, "xls2tki: \"in.csv\" and \"missing/IN.csv\" would both become \"o\\IN.xml\"."
      + HINT, b"", OLD),
+    ("--check --strict *.csv ?n.csv", b"", 0, "xls2tki: 4 files: 4 passed, 0 failed.\n",
+     "".join(CHECKED % name for name in ("in", "out", "\u00e4\u4e2d\U0001f600", "in")).encode(), OLD),
+    ("--output-dir o *.tsv", b"", 2, 'xls2tki: No file matches "*.tsv".\n', b"", OLD),
+    ("in.csv *.xml", b"", 2, NO_FILE % ("*.xml", 'a file name cannot contain "*"'), b"", OLD),
+    ("in.csv out.xml:stream", b"", 2, NO_FILE % ("out.xml:stream", 'a file name cannot contain ":"'), b"", OLD),
+    ("in.csv Z:aux.xml", b"", 2, NO_FILE % ("Z:aux.xml", '"aux.xml" is a device'), b"", OLD),
+    ("in.csv tmp\\con", b"", 2, NO_FILE % ("tmp\\con", '"con" is a device'), b"", OLD),
+    ("in.csv lpt\u00b2/out.xml", b"", 2, NO_FILE % ("lpt\u00b2/out.xml", '"lpt\u00b2" is a device'), b"", OLD),
+    ("in.csv //?/Z:/nul.xml", b"", 2, NO_FILE % ("//?/Z:/nul.xml", '"nul.xml" is a device'), b"", OLD),
+    ("in.csv out.xml.", b"", 2, NO_FILE % ("out.xml.", "a file name cannot end with a dot or a blank"), b"", OLD),
+    ("in.csv missing\\", b"", 2, NO_FILE % ("missing\\", "it is the name of a folder"), b"", OLD),
+    ("--output-dir o< in.csv", b"", 2, NO_FILE % ("o<\\in.xml", 'a file name cannot contain "<"'), b"", OLD),
+    ("--sarif com1.json in.csv out.xml", b"", 2, NO_FILE % ("com1.json", '"com1.json" is a device'), b"", OLD),
     ("/csv", b"", 2, "xls2tki: INPUT and OUTPUT are required." + HINT, b"", OLD),
 ]
 ODBC_CASES = [

@@ -13,7 +13,7 @@ FOLDER = pathlib.Path(sys.argv[1])
 VERSION = sys.argv[2]
 HEADERS = pathlib.Path(__file__).resolve().parents[2] / "api"
 TOOLS = "x86_64-w64-mingw32-"
-SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "odbc32.dll", "ole32.dll", "oleaut32.dll", "shell32.dll", "user32.dll"}
+SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "odbc32.dll", "ole32.dll", "oleaut32.dll", "shell32.dll", "shlwapi.dll", "user32.dll"}
 # What each needs besides.
 OURS = {"xls2tki.dll": {"zologging.dll"}, "xls2tki.exe": {"xls2tki.dll", "zologging.dll"}, "ZoLogging.dll": set()}
 
