@@ -53,7 +53,8 @@ bool IsSmallNumber(std::u16string_view text) {
 // Whether it has three bytes, so that the failure type is part of it.
 bool IsWholeNumber(std::u16string_view text) {
     if (IsCode(text)) return text.size() >= 7;
-    if (IsPrefixedHex(text)) return text.size() > 6;
+    if (IsPrefixedHex(text)) text.remove_prefix(2);
+    text.remove_prefix(std::min(text.find_first_not_of(u'0'), text.size()));
     return IsAllHexDigits(text) && text.size() > (IsAllDigits(text) ? 5U : 4U);
 }
 

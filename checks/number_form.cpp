@@ -67,8 +67,10 @@ bool IsAllHexDigits(std::u16string_view text) {
 bool DependsOnNotation(std::u16string_view digits) { return WithoutLeadingZeros(digits).size() > 1; }
 
 bool IsExponent(std::u16string_view text) {
+    // Most texts that are not numbers begin with another character.
+    if (!IsAllDigits(text.substr(text.starts_with(u'-') ? 1 : 0, 1))) return false;
     const std::size_t mark = text.find_first_of(u"eE");
-    if (mark == std::u16string_view::npos || mark == 0) return false;
+    if (mark == std::u16string_view::npos) return false;
     std::u16string_view mantissa = text.substr(0, mark);
     std::u16string_view exponent = text.substr(mark + 1);
     if (mantissa.starts_with(u'-')) mantissa.remove_prefix(1);

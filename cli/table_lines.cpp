@@ -65,10 +65,15 @@ void AddLines(std::map<const Finding*, std::string>& lines, const std::string& b
     const std::string end = std::string(" [").append(first.rule).append("]\n");
     const std::size_t shown = first.causeCount <= mostLines ? cause.size() : mostLines - 1;
     for (std::size_t index = 0; index < shown; ++index) {
-        lines[cause[index]] = begin + PlaceOf(*cause[index]) + severity + cause[index]->text + end;
+        std::string& line = lines[cause[index]];
+        line.append(begin)
+            .append(PlaceOf(*cause[index]))
+            .append(severity)
+            .append(cause[index]->text)
+            .append(end);
     }
     if (shown == first.causeCount) return;
-    lines[cause[shown - 1]] += begin + severity + MoreCells(cause, shown) + end;
+    lines[cause[shown - 1]].append(begin).append(severity).append(MoreCells(cause, shown)).append(end);
 }
 
 // In the order of the findings.
@@ -118,6 +123,12 @@ std::string ListItems(const Xls2TkiNames& headers) {
     return list;
 }
 
+// Those of a table whose first column is left out have none.
+bool HaveNumbers(const Xls2TkiFacts& facts) {
+    const bool isFirstLeftOut = facts.columnsWithoutHeaderCount > 0 && facts.columnsWithoutHeader[0] == 0;
+    return facts.endColumn > 0 && !isFirstLeftOut;
+}
+
 }  // namespace
 
 std::string ShownInput(const Options& options) {
@@ -150,7 +161,9 @@ void ShowFindings(const Options& options, const Findings& findings) {
 std::string DescribeTable() {
     const Xls2TkiFacts facts = FindAllFacts();
     std::string line = Counted(facts.rows, "DTC");
-    if (facts.rows > 0) {
+    if (facts.rows > 0 && !HaveNumbers(facts)) {
+        line += " without numbers";
+    } else if (facts.rows > 0) {
         line.append(", ").append(NotationOf(facts)).append(", ").append(Hexadecimal(facts.smallestNumber));
         line.append(" to ").append(Hexadecimal(facts.largestNumber));
     }

@@ -5,8 +5,12 @@
 //   bits 2-4  the separator
 #include <expat.h>
 
+#include <algorithm>
 #include <memory>
+#include <set>
 
+#include "checks/characters.h"
+#include "checks/table_checks.h"
 #include "document/import_document.h"
 #include "document/xml_exception.h"
 #include "fuzz/document_model.h"
@@ -35,6 +39,23 @@ Options ReadOptions(std::uint8_t bits) {
             {named ? u"I\"<&" : u"", named ? u"V" : u"", {u"VSG", u"Both"}, {u"A", u"Both", u"Third"}}};
 }
 
+// Texts are safe to show, and places are in the table.
+void CheckFindings(VCSVReader::VHeapInterface& source, bool hasPassed, const Options& options) {
+    VCSVReader::VHeapIterator& rows = *source.GetIterator();
+    std::size_t count = 0;
+    for (rows.Reset(); rows.HasMoreRows(); rows.GetNextRow()) ++count;
+    const std::set<std::u16string> third = {u"Third"};
+    const NChecks::Wishes wishes = {options.names.vsg, options.names.a, third,
+                                    options.separator, !options.utf8,   nullptr};
+    const NChecks::FindingList list = NChecks::FindFindings(rows, hasPassed, nullptr, wishes);
+    for (const NChecks::Finding& finding : list.findings) {
+        Require(!finding.text.empty() && std::ranges::none_of(finding.text, NChecks::IsUnseen),
+                "the text of a finding can be shown");
+        Require(finding.place.row == NChecks::kNowhere || finding.place.row < count,
+                "a finding is in the table");
+    }
+}
+
 std::optional<std::u16string> Convert(const std::u16string& path, const Options& options) {
     VCSVReader::VLogObject log(false);
     VCSVReader::VDefaultCSVHeap source(path, &log, options.separator, options.utf8);
@@ -42,7 +63,9 @@ std::optional<std::u16string> Convert(const std::u16string& path, const Options&
     try {
         source.OpenSource();
         source.ReadData();
+        CheckFindings(source, false, options);
         source.CheckConsistency();
+        CheckFindings(source, true, options);
         VSimpleXMLCreation::BuildImportDocument(*source.GetIterator(), document, log,
                                                 options.names.diagnosticInstance, options.names.variant,
                                                 options.names.vsg, options.names.a, {u"Third"});

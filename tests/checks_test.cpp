@@ -561,9 +561,18 @@ TEST(Checks, FindFaultsOfTextsInEachLayout) {
         EXPECT_TRUE(IsFoundAlone(Looked(clean.table).List(), {4, 0}, "layout-near-miss")) << notation.name;
         clean = MakeClean(notation);
         EXPECT_EQ(Looked(clean.table, {u"item 0"}).Summary(), "(item-header )");
+        Table moved = clean.table;
+        for (std::size_t row = 0; row < moved.size(); ++row) {
+            moved[row].insert(moved[row].begin(),
+                              row == 0 ? u"No." : Decimal(static_cast<std::uint32_t>(row)));
+        }
+        EXPECT_EQ(Looked(moved).Summary(), "layout-near-miss B1") << notation.name;
+        moved = clean.table;
+        for (Row& row : moved) std::swap(row[1], row[2]);
         clean.table[0][0] += u" ";
         if (clean.numberColumns > 1) {
             EXPECT_EQ(Looked(clean.table).Summary(), "layout-near-miss A1");
+            EXPECT_EQ(Looked(moved).Summary(), "layout-near-miss C1") << notation.name;
         }
     }
 }

@@ -213,6 +213,7 @@ FINDINGS = [
     (TABLE + b";t;r\n", "-c --check -", 1, EMPTY.replace("in.csv", "standard input") % (3, 3)
      + "1 error in 2 rows\nxls2tki: --check: 1 error.\n",
      "standard input: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
+    (b";T\nP0123;x\n", "--check --no-findings in.csv", 0, "", "in.csv: 1 DTC without numbers, 0 items\n", False),
     (TABLE + b";t;r\n", "--check --no-findings in.csv", 0, "", "in.csv: 2 DTCs, SAE codes, 0x0000 to 0x0123, 1 item: Lamp\n", False),
     (b"SPN;FMI;Text;\x1b[1m\x9b\n1;2;t;\n", "--check in.csv", 1, 'in.csv: D1 (line 1): error: "<U+001B>[1m<U+009B>" has the '
      "character U+001B, with which no XML reader takes the document. Remove it. [text-not-xml]\n1 error in 1 row\n"
