@@ -113,8 +113,10 @@ constexpr Answer kNumbers[] = {
     {SQL_STANDARD_CLI_CONFORMANCE, 0},
     {SQL_STATIC_CURSOR_ATTRIBUTES1,
      SQL_CA1_NEXT | SQL_CA1_ABSOLUTE | SQL_CA1_RELATIVE | SQL_CA1_POS_POSITION | SQL_CA1_LOCK_NO_CHANGE},
-    {SQL_STATIC_CURSOR_ATTRIBUTES2,
-     SQL_CA2_READ_ONLY_CONCURRENCY | SQL_CA2_MAX_ROWS_SELECT | SQL_CA2_CRC_EXACT},
+    // Nobody deletes a row: no program has to look for deleted ones, which LibreOffice would do with
+    // bookmarks.
+    {SQL_STATIC_CURSOR_ATTRIBUTES2, SQL_CA2_READ_ONLY_CONCURRENCY | SQL_CA2_SENSITIVITY_DELETIONS |
+                                        SQL_CA2_MAX_ROWS_SELECT | SQL_CA2_CRC_EXACT},
 };
 
 // All other questions of ODBC ask for sets of features: the driver has none.

@@ -61,9 +61,12 @@ gtest_discover_tests(odbc_driver_test NO_PRETTY_VALUES)
 add_test(NAME CHost.ConvertsAndLists
     COMMAND c_host_test ${CMAKE_CURRENT_SOURCE_DIR}/data ${CMAKE_CURRENT_BINARY_DIR} 1)
 
-# What is installed, as others use it; a host would need the sanitizers, too.
+# What is installed, as others use it, and the driver in programs of others; they would need the sanitizers, too.
 if(NOT XLS2TKI_SANITIZE)
     find_package(Python3 REQUIRED COMPONENTS Interpreter)
+    add_test(NAME odbc_clients
+        COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/odbc_clients_test.py $<TARGET_FILE:xls2tki-odbc>)
+    set_tests_properties(odbc_clients PROPERTIES TIMEOUT 300)
     add_test(NAME install
         COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/install_test.py ${PROJECT_BINARY_DIR})
     set_tests_properties(install PROPERTIES TIMEOUT 300)
