@@ -127,23 +127,6 @@ TEST(Document, PrintsTextsBehindChildren) {
     EXPECT_EQ(Printed(*child), u"<B><C n=\"7\" />\nits own</B>\n");
 }
 
-TEST(Document, MakesElementsLikeOthers) {
-    VXmlTag root(u"A");
-    VXmlTag* const model = root.AddChild(u"B");
-    model->SetAttribute(u"b", u"1", false);
-    model->SetAttribute(u"d", u"1", false);
-    model->SetText(u"its own", false);
-    VXmlTag* const like = root.AddChildLike(*model);
-    EXPECT_FALSE(model->SetAttribute(u"d", u"2", false));
-    EXPECT_TRUE(like->SetAttribute(u"c", u"3", false));
-    EXPECT_FALSE(root.AddChildLike(*like)->SetAttribute(u"b", u"4", false));
-    like->AddChildLike(*model)->SetText(u"text", false);
-    EXPECT_EQ(
-        Printed(root),
-        u"<A><B b=\"1\" d=\"2\" >its own</B>\n<B b=\"1\" c=\"3\" d=\"1\" ><B b=\"1\" d=\"2\" >text</B>\n"
-        u"</B>\n<B b=\"4\" c=\"3\" d=\"1\" />\n</A>\n");
-}
-
 // ---- From the table to the document ----
 
 struct Built {

@@ -23,7 +23,6 @@
 #include "api/xls2tki_c.h"
 #include "cli/command.h"
 #include "cli/failure.h"
-#include "cli/report.h"
 #include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
 #include "tests/recording_server.h"
@@ -502,28 +501,6 @@ TEST_F(Command, HasTheDocumentOrTheOlderOneWhenMemoryEnds) {
         }
         std::printf("%d allocations failed, with all behind them.\n", number - 1);
     }
-}
-
-// Whose lists take memory when they are destroyed, too.
-TEST_F(Conversions, AreReportedOrThereIsNoMemory) {
-    ASSERT_TRUE(Convert(XLS2TKI_CSV, folder_.Put("table", "DTC;Text;;;x\nP0001;first;x;;x\n")));
-    NCli::KeepMessages();
-    NCli::KeepMessage("One");
-    std::string report;
-    int number = 0;
-    for (bool isReached = true; isReached;) {
-        allocation.Begin(++number, true);
-        try {
-            report = NCli::MakeReport({}, NCli::TakeFindings(), "Two");
-        } catch (const std::bad_alloc&) {
-        }
-        isReached = allocation.End();
-        EXPECT_NE(report.empty(), !isReached);
-    }
-    EXPECT_NE(report.find(R"("finding_counts":{"column-lost":{"errors":2,"warnings":0}},"failure":"Two"})"),
-              std::string::npos)
-        << report;
-    std::printf("%d allocations failed, with all behind them.\n", number - 1);
 }
 
 TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {

@@ -7,7 +7,6 @@
 #include "platform/dispatch_object.h"
 #include "platform/windows/com_object.h"
 #include "tests/host.h"
-#include "tests/windows/system_object.h"
 
 namespace {
 
@@ -58,19 +57,6 @@ TEST(Windows, ReadsValuesOfOtherTypes) {
          "mismatch"},
     };
     for (const auto& [value, text] : rows) EXPECT_EQ(Read(value), text) << value.vt;
-}
-
-TEST(Windows, TellsWhichApplicationIsMissing) {
-    OleInitialize(nullptr);
-    try {
-        StartApplication(u"Xls2Tki.NoSuchApplication");
-        ADD_FAILURE();
-    } catch (const OleException& failure) {
-        EXPECT_TRUE(FAILED(failure.Status()));
-        EXPECT_FALSE(failure.Message().empty());
-        EXPECT_GT(failure.Message().back(), u' ');
-    }
-    OleUninitialize();
 }
 
 }  // namespace
