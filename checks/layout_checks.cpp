@@ -64,7 +64,7 @@ bool IsText(std::u16string_view text, bool isOneWordEnough) {
     return isOneWordEnough || text.find(u' ') != std::u16string_view::npos;
 }
 
-// What can be told of the columns from their first rows.
+// What the first rows show about the columns.
 class Sample {
   public:
     explicit Sample(const Table& table) : table_(table), end_(std::min<std::size_t>(table.RowCount(), 200)) {}
@@ -122,7 +122,7 @@ class Sample {
     }
 
     const Table& table_;
-    std::size_t end_;  // behind its last row
+    std::size_t end_;  // after its last row
 };
 
 class LayoutChecks {
@@ -200,7 +200,7 @@ bool LayoutChecks::IsTitle() {
     return true;
 }
 
-// The first column that may be an SPN or a base DTC; kNowhere where there is none.
+// The first column that may be an SPN or a base DTC; kNowhere if there is none.
 std::size_t LayoutChecks::FirstOfTwo(SecondNumber number) const {
     for (std::size_t column = 0; column < ColumnEnd(); ++column) {
         const std::u16string_view header = Meant(column);
@@ -319,7 +319,7 @@ bool LayoutChecks::IsOtherColumn() {
     return most == Suspicion::Sure;
 }
 
-// Numbers where the description is read, and texts behind them.
+// Numbers where the description is read, and texts after them.
 void LayoutChecks::CheckDescription() {
     const std::size_t description = table_.DescriptionColumn();
     if (description >= ColumnEnd() || SaysDescription(Header(description))) return;

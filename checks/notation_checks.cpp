@@ -175,7 +175,7 @@ void NotationChecks::CheckWidths() {
     });
 }
 
-// Whether decimal numbers stand below a header that says something else.
+// Whether decimal numbers are below a header that says something else.
 bool NotationChecks::CheckHeader() {
     const Tally& digits = tallies_.dependentDigits;
     if (table_.notation.hexDigits || digits.count == 0) return false;

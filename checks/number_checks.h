@@ -34,9 +34,9 @@ struct NumberTallies {
     Tally leadingZeros;    // those of them that begin with a zero and are read as decimal
     // Digits that are another number in hexadecimal than in decimal, too long ones among them.
     Tally dependentDigits;
-    // Hexadecimal without 0x where that is not understood.
+    // Hexadecimal without 0x where that is not supported.
     Tally refusedHexWords;
-    // Digits, or with 0x, where only SAE codes are understood. They are reported with the column.
+    // Digits, or with 0x, where only SAE codes are supported. They are reported with the column.
     Tally refusedNumbers;
 };
 

@@ -75,7 +75,7 @@ bool IsEmptyColumn(const Table& table, std::size_t column, const VCSVReader::Wor
     return row == table.RowCount();
 }
 
-// Whether no row has a number because a whole column is empty. A single row is told as such.
+// Whether no row has a number because a whole column is empty. A single row is reported as such.
 bool ReportEmptyNumbers(const Table& table, const Wishes& wishes, Collector& collector) {
     bool isAny = false;
     for (std::size_t column = 0; column < NumberColumns(table.layout); ++column) {

@@ -34,7 +34,7 @@ bool MayBeginUtf8(const char16_t* unit, const char16_t* end) {
     return *unit >= 0xC2 && *unit <= 0xF4 && (unit + 1 == end || (unit[1] >= 0x80 && unit[1] <= 0xBF));
 }
 
-// The bytes of a character in UTF-8 that were read as a character each; 0 where there are none.
+// The bytes of a character in UTF-8 that were read as a character each; 0 if there are none.
 NPlatform::Utf8Sequence DecodeBytes(std::u16string_view text) {
     char bytes[4];
     std::size_t count = 0;
@@ -59,7 +59,7 @@ bool LooksLikeNumber(std::u16string_view text) {
 
 }  // namespace
 
-// Where in a cell each kind of character stands first.
+// The first position of each kind of character in a cell.
 struct TextChecks::Suspects {
     std::size_t forbidden = kNowhere;
     std::size_t utf8 = kNowhere;

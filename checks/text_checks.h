@@ -23,7 +23,7 @@ class TextChecks {
     std::size_t LookAtByte(Place place, std::u16string_view cell, std::size_t index, Suspects& suspects);
     void AddStrays(Place place, std::size_t count);
     [[nodiscard]] bool IsEndOfTable(Place place) const;
-    // Whether the text is UTF-8 that was read as 8-bit text, but for so many characters.
+    // Whether the text is UTF-8 that was read as 8-bit text, except for this number of characters.
     [[nodiscard]] bool IsMostlyUtf8(std::size_t strays) const;
     void Report(Place place, std::u16string_view cell, const Suspects& suspects);
     void LookForRows(Place place, std::u16string_view cell);

@@ -31,7 +31,7 @@ bool HoldsCodes(NumberRole role) { return role == NumberRole::DtcNumber || role 
 
 bool IsOnlyDecimal(NumberRole role) { return role == NumberRole::Spn || role == NumberRole::Fmi; }
 
-// A text that begins with one of the letters is taken for a code where there are any.
+// A text that begins with one of the letters is read as a code if there are any.
 bool BeginsLikeCode(std::u16string_view text, NumberNotation notation) {
     constexpr std::u16string_view kLetters = u"PCBUpcbu";
     return text.size() > 1 && kLetters.find(text[0]) != std::u16string_view::npos &&

@@ -15,8 +15,8 @@ enum class Unreadable {
     BlanksAround,      // a number between white space and invisible characters
     LookAlike,         // letters and digits of other alphabets
     HexWithoutPrefix,  // hexadecimal digits where decimal ones are read
-    LargePrefix,       // 0X where only 0x is understood
-    PrefixNotTaken,    // 0x where only decimal numbers are understood
+    LargePrefix,       // 0X where only 0x is supported
+    PrefixNotTaken,    // 0x where only decimal numbers are supported
     MalformedCode,     // begins like an SAE code
     Placeholder,       // without a digit: TBD, n/a, ?
     Other,

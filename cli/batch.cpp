@@ -75,10 +75,10 @@ Outcome OutcomeOf(const Options& task, FinishedProcess& process) {
 
 class Batch {
   public:
-    // The log gets what belongs into it; null: there is none.
+    // The log may be null.
     Batch(const CommandLine& line, SarifLog* log) : line_(line), log_(log), outcomes_(line.tasks.size()) {}
 
-    // Returns when all tasks have ended. Throws Failure when an outcome could not be told.
+    // Returns when all tasks have ended. Throws Failure if an outcome could not be printed.
     void Run();
     [[nodiscard]] std::size_t Failures() const;
     [[nodiscard]] std::size_t FilesWithErrors() const;

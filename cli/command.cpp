@@ -51,7 +51,7 @@ void RefuseNameAmongSettings(const Options& options) {
                   " for something else: remove semicolons and a leading brace from its name.");
 }
 
-// Shows no more than a user reads, however many and long the names of a hostile workbook are.
+// Shows no more than a user reads, even if a malicious workbook has many long names.
 [[noreturn]] void RefuseWorksheet(const Options& options, const std::vector<WideString>& names) {
     constexpr std::size_t kMostNames = 20;
     constexpr std::size_t kLongestName = 64;
@@ -141,7 +141,7 @@ void ConvertInput(const Options& options, const Input& input, std::optional<Outp
     if (output) output->Publish(FindFacts()->written);
 }
 
-// Findings are wanted most where there is no document for them.
+// Findings help most when there is no document.
 void ConvertTable(Options& options, Findings& findings) {
     RefuseInputAsOutput(options);
     RefuseToReplaceOthers(options);

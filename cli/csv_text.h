@@ -13,7 +13,7 @@ inline constexpr int kEndOfText = -1;
 // The characters of a CSV text. What is beyond ASCII may come as several, of which none is ASCII.
 class CsvCharacters {
   public:
-    // From where `text` is, behind a byte order mark. It has to stay open.
+    // From the position of `text`, after a byte order mark. It has to stay open.
     CsvCharacters(std::FILE* text, Encoding encoding) : text_(text), isUtf16_(encoding == Encoding::Utf16) {}
 
     // A carriage return before a line feed is left out.
@@ -32,7 +32,7 @@ enum class CsvStep {
     Character,
     EndOfCell,
     EndOfRow,
-    Fault,  // a character behind the closing quote
+    Fault,  // a character after the closing quote
 };
 
 // Where cells and rows end in what it is given.

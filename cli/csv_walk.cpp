@@ -8,7 +8,7 @@ CsvWalk::CsvWalk(const Options& options, std::FILE* text)
     : characters_((GoToText(text), text), options.encoding.value_or(Encoding::EightBit)),
       cells_(options.separator.value_or(';')) {}
 
-// What is behind the text ends its last line, as in the library.
+// The end of the text ends its last line, as in the library.
 CsvStep CsvWalk::TakeCharacter() {
     const int character = characters_.Next();
     hasEnded_ = character == kEndOfText;

@@ -14,7 +14,7 @@ class CsvWalk {
     enum class End {
         OfCell,
         OfRow,
-        Fault,       // a character behind the closing quote
+        Fault,       // a character after the closing quote
         Unfinished,  // no quote closes it
     };
 

@@ -31,7 +31,7 @@ constexpr Mark kNoMark = {"", Encoding::EightBit};
 constexpr Mark kBigEndianMark = {"\xFE\xFF", Encoding::Utf16};
 constexpr Mark kMarks[] = {{"\xEF\xBB\xBF", Encoding::Utf8}, {"\xFF\xFE", Encoding::Utf16}, kBigEndianMark};
 
-// Goes behind it.
+// Moves to the place after it.
 Mark ReadMark(std::FILE* text) {
     char bytes[3] = {};
     std::fseek(text, 0, SEEK_SET);

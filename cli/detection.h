@@ -1,4 +1,4 @@
-// How a CSV text is to be read, as the text itself shows it.
+// Detects how to read a CSV text.
 #pragma once
 
 #include <cstdio>
@@ -21,7 +21,7 @@ void ChooseReading(Options& options, const std::filesystem::path& text);
 // or 8-bit.
 std::optional<Separator> FindSeparator(const Options& options, std::FILE* text);
 
-// Goes to the beginning of the text, behind its byte order mark.
+// Moves to the beginning of the text, after its byte order mark.
 void GoToText(std::FILE* text);
 
 }  // namespace NCli

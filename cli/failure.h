@@ -1,4 +1,4 @@
-// What ends the command early, and what it tells the user.
+// What ends the command early, and the message for the user.
 #pragma once
 
 #include <exception>
@@ -32,7 +32,7 @@ class WrongUsage : public Failure {
     using Failure::Failure;
 };
 
-// What the user is told about any error that ends the command.
+// The message for any error that ends the command.
 std::string_view SentenceOf(const std::exception& error);
 // The same; empty for null.
 std::string_view SentenceOf(const std::exception* error);
@@ -40,7 +40,7 @@ std::string_view SentenceOf(const std::exception* error);
 // The hint that goes with it, if there is one.
 std::string_view HintOf(const std::exception& error);
 
-// Calls `run`, tells the user how it failed, and returns the exit status that says so.
+// Calls `run`, prints how it failed, and returns the exit status for that.
 int ExitStatusOf(const std::function<void()>& run);
 
 // Shows "xls2tki: " and the UTF-8 text as a line on standard error. Allocates nothing.

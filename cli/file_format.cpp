@@ -42,7 +42,7 @@ FileFormat FormatOfZip(std::FILE* file, std::string_view beginning) {
     return Holds(end, "Index/Document.iwa") ? FileFormat::Numbers : FileFormat::Unknown;
 }
 
-// A compound file has a directory of what is in it, whose place its header tells.
+// A compound file has a directory of what is in it, whose place is in its header.
 FileFormat FormatOfCompound(std::FILE* file, std::string_view header) {
     constexpr std::size_t kSectorShift = 30;
     constexpr std::size_t kDirectory = 48;

@@ -1,4 +1,4 @@
-// What a file is by its content, whatever its name says.
+// The format of a file, from its contents and not from its name.
 #pragma once
 
 #include <filesystem>

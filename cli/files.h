@@ -1,4 +1,4 @@
-// Files as the command needs them: opened, copied, and temporary ones that never stay behind.
+// Files as the command needs them: opened, copied, and temporary ones that are always removed.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace NCli {
 
-// The paths that stand for the standard streams, also where the user wrote "-".
+// The paths of the standard streams, which "-" becomes.
 inline constexpr char kStandardInput[] = "/dev/stdin";
 inline constexpr char kStandardOutput[] = "/dev/stdout";
 
@@ -45,8 +45,8 @@ class TemporaryFile {
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
     // For those in this process who open the file by a path.
     [[nodiscard]] const std::filesystem::path& PathToOpen() const { return pathToOpen_; }
-    // To write and to read, open since the file was created: so the system tells it of every failure to write
-    // the file, whoever wrote.
+    // To write and to read, open since the file was created: so the system reports to it every failure to
+    // write the file, whoever wrote.
     [[nodiscard]] std::FILE* Stream() const { return file_.get(); }
     // Ends the use of the stream. False: not all of it could be written, and errno has the reason.
     [[nodiscard]] bool Close() { return std::fclose(file_.release()) == 0; }

@@ -135,7 +135,7 @@ std::string PlaceOf(const CsvWalk& walk, const Options& options) {
            std::to_string(walk.Line());
 }
 
-// The row behind the header whose first cell is the code, or with `trims`, the code and blanks.
+// The row after the header whose first cell is the code, or with `trims`, the code and blanks.
 bool FindCode(CsvWalk& walk, std::string_view code, bool trims) {
     while (walk.Next()) {
         if (walk.Row() == 1 || walk.Column() > 0) continue;

@@ -12,7 +12,7 @@ namespace NCli {
 // For a conversion that the library ended with the message. `input` is what the options name, or its copy.
 std::string FindHint(const Options& options, const std::filesystem::path& input, std::string_view message);
 
-// For a file whose kind its extension does not tell.
+// For a file with an unknown extension.
 std::string FindKindHint(const std::filesystem::path& input);
 
 }  // namespace NCli

@@ -23,7 +23,7 @@ using namespace NXls2Tki;
 
 namespace {
 
-// What stands on the command line, as bytes.
+// The command line, as bytes.
 struct Arguments {
     std::string workbook;
     std::vector<std::string> files;
@@ -298,7 +298,7 @@ CommandLine OneTask(const Options& task) {
 }
 
 // Where two tables would become the same document, or a document would overwrite another's table, one
-// would be lost. A document in the place of its own table is refused by the task alone.
+// would be lost. The task itself refuses a document that would overwrite its own table.
 void RefuseLosses(const std::vector<Options>& tasks) {
     std::map<std::filesystem::path, const Options*> places;
     for (const Options& task : tasks) {
@@ -411,8 +411,8 @@ CommandLine CheckConversions(Arguments& arguments) {
     return OneTask(task);
 }
 
-// CLI11 takes the argument behind "--variant=" for the value; here the value is empty. The last argument
-// comes first, as CLI11 wants it.
+// CLI11 would use the argument after "--variant=" as the value; here the value is empty. The last argument
+// comes first, as CLI11 expects.
 std::vector<std::string> PrepareArguments(const std::vector<std::string>& given) {
     std::vector<std::string> arguments;
     bool areOptions = true;

@@ -28,7 +28,7 @@ inline constexpr Separator kSeparators[] = {{';', "semicolon", "semicolons"},
                                             {',', "comma", "commas"},
                                             {'|', "pipe", "pipes"}};
 
-// Of a CSV text. UTF-16 has a byte order mark, by which the library reads it where it is told to read UTF-8.
+// Of a CSV text. UTF-16 has a byte order mark, so the library reads it when asked to read UTF-8.
 enum class Encoding { EightBit, Utf8, Utf16 };
 
 // One task: a conversion, or a listing of worksheets.
@@ -38,11 +38,11 @@ struct Options {
     std::filesystem::path output;
     std::filesystem::path sarif;  // where the findings go as well; empty where they do not
     NXls2Tki::VImportType kind = NXls2Tki::ImportTypeCSV;
-    std::optional<NXls2Tki::WideChar> separator;  // where there is none, the text shows it
+    std::optional<NXls2Tki::WideChar> separator;  // none: detect it
     std::optional<Encoding> encoding;             // the same
     bool verbose = false;
     bool checks = false;       // nothing is written, so there is no output
-    bool force = false;        // the output may be replaced whatever it is
+    bool force = false;        // replace any output
     bool reports = false;      // as JSON
     bool findings = true;      // look for what is wrong with the table, and show it
     bool strict = false;       // no document of a table with an error
@@ -57,7 +57,7 @@ struct Options {
 struct CommandLine {
     std::vector<Options> tasks;          // one, unless it is a batch
     bool isBatch = false;                // each task has its own process, and needs no standard stream
-    std::filesystem::path outputFolder;  // of a batch; empty where nothing is to be written
+    std::filesystem::path outputFolder;  // of a batch; empty if nothing is written
     std::size_t jobs = 1;                // that many tasks of a batch at a time, at most kMostProcesses
 };
 
@@ -70,8 +70,8 @@ const char* NameOfKind(NXls2Tki::VImportType kind);
 // As --encoding has it; "utf-16" for the one that --encoding cannot name.
 const char* NameOfEncoding(Encoding encoding);
 
-// Lends the table of options that the command line is read by. The help is made of it, and so is whatever
-// else tells what the options are.
+// Lends the table of options that parses the command line. The help is made from it, and so is everything
+// else that lists the options.
 void ReadOptionTable(const std::function<void(const CLI::App&)>& reader);
 
 }  // namespace NCli

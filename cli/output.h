@@ -45,10 +45,10 @@ class Output {
     [[noreturn]] void Refuse(const std::string& reason) const;
 
     std::filesystem::path path_;         // as the user knows it
-    std::filesystem::path destination_;  // behind all symbolic links
+    std::filesystem::path destination_;  // after following all symbolic links
     const FileKind* replaceable_;
     File device_;    // open where the output is no regular file
-    File replaced_;  // open where there is a regular file at the beginning
+    File replaced_;  // open if a regular file exists at the beginning
     std::optional<TemporaryFile> document_;
 };
 

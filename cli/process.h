@@ -11,7 +11,7 @@ namespace NCli {
 inline constexpr std::size_t kMostProcesses = 64;
 
 struct FinishedProcess {
-    std::size_t index;  // as it was started with
+    std::size_t index;  // the one that it was started with
     int status;         // what it ended with; where the system ended it, none of the command's own
     std::string text;   // what it wrote: to standard output where the task reports, else to standard error
 };

@@ -1,4 +1,4 @@
-// What the library tells on the way.
+// The progress messages of the library.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace NCli {
 // From now on the library's progress messages are listened to, and also shown on standard error.
 void ListenToProgress(bool shows);
 
-// The reason why Excel opened no workbook, as the latest message had it that tells so; else empty.
+// Why Excel opened no workbook, from the latest message that says so; otherwise empty.
 std::string OpeningFailure();
 
 }  // namespace NCli

@@ -17,7 +17,7 @@ void KeepMessage(std::string_view message);
 
 // The object and a line feed. `failure` is the sentence that says why there is no document, empty if there is
 // one. The members, null where they are not known:
-//   input, output     the paths; "-" for a standard stream; no output where nothing is to be written
+//   input, output     the paths; "-" for a standard stream; no output if nothing is written
 //   kind              "csv", "excel" or "odbc"
 //   encoding, separator    of a CSV text: "8-bit", "utf-8" or "utf-16", and the character
 //   layout            "single-number", "spn-fmi" or "base-and-failure-type"

@@ -73,7 +73,7 @@ void AddMember(JsonObject& owner, const char* object, const char* name, const Js
 }
 
 // In a message of this format, braces hold the place of an argument, "[text](target)" is a link, and a
-// backslash takes the meaning of the bracket behind it: what a cell or a name holds must be none of them.
+// backslash removes the meaning of the bracket after it: texts of cells and names must contain neither.
 void AddMessage(JsonObject& owner, std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     text = ShownName(DecodeUtf8(text).text, kWholeName);

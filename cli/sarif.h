@@ -33,10 +33,10 @@ class SarifLog {
     // Makes sure that the file can be written. Throws Failure.
     explicit SarifLog(const Options& options);
 
-    // Adds a conversion behind those before it.
+    // Appends a conversion.
     void Add(const SarifPart& part);
 
-    // Puts the file in its place. Throws Failure.
+    // Moves the file to its place. Throws Failure.
     void Publish();
 
   private:

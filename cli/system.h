@@ -11,7 +11,7 @@
 
 namespace NCli {
 
-// The arguments behind the command's name, as UTF-8 where the system says what their characters are. Throws
+// The arguments after the command's name, as UTF-8 if the system knows their characters. Throws
 // WrongUsage for one with a surrogate that has no partner.
 std::vector<std::string> ReadArguments(int count, const char* const* values);
 
@@ -47,7 +47,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 // As std::fopen.
 File OpenFile(const std::filesystem::path& path, const char* mode);
 
-// To be read and written. Others may open, replace and delete the file meanwhile.
+// For reading and writing. Others can open, replace and delete the file at the same time.
 File OpenToReplace(const std::filesystem::path& path);
 
 // Who may read a new file from its first moment on.
@@ -83,7 +83,7 @@ bool FlushToDisk(std::FILE* file);
 // What is at the path, links followed.
 std::filesystem::file_type TypeOf(const std::filesystem::path& path, std::error_code& error);
 
-// The path, behind all links, of the file that was opened by `path`; empty where that leads elsewhere by now.
+// The path, without links, of the file that was opened by `path`; empty if `path` leads elsewhere by now.
 std::filesystem::path PathOf(std::FILE* file, const std::filesystem::path& path);
 
 // Whether a link leads where this user means to go: in a folder in which everybody may put links, others' do

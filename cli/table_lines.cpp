@@ -57,7 +57,7 @@ std::string MoreCells(const ShownCause& cause, std::size_t shown) {
     return text + ".";
 }
 
-// Adds as many lines as there may be of a cause where its rule has so many causes.
+// Adds as many lines as a cause may have if its rule has this many causes.
 void AddLines(std::map<const Finding*, std::string>& lines, const std::string& begin, const ShownCause& cause,
               std::size_t mostLines) {
     const Finding& first = *cause.front();
@@ -110,7 +110,7 @@ std::string Hexadecimal(std::uint32_t number) {
     return text;
 }
 
-// Shows no more than a user reads, however many and long the headers of a hostile table are.
+// Shows no more than a user reads, even if a malicious table has many long headers.
 std::string ListItems(const Xls2TkiNames& headers) {
     constexpr std::size_t kMostHeaders = 20;
     constexpr std::size_t kLongestHeader = 64;

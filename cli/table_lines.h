@@ -8,7 +8,7 @@
 
 namespace NCli {
 
-// "2 errors, 1 warning" of the last conversion; empty where there is neither.
+// "2 errors, 1 warning" of the last conversion; empty if there is neither.
 std::string CountedFindings();
 
 // Shows the findings of the last conversion on standard error, if it looked for them and there are any: of

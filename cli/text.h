@@ -38,7 +38,7 @@ std::string LowerCase(std::string_view text);
 
 inline constexpr std::size_t kWholeName = std::numeric_limits<std::size_t>::max();
 
-// The name in one line of UTF-8; behind `longest` UTF-16 units "..." takes the place of the rest.
+// The name in one line of UTF-8; after `longest` UTF-16 units, "..." replaces the rest.
 std::string ShownName(std::basic_string_view<NXls2Tki::WideChar> name, std::size_t longest);
 
 // Writes UTF-8 text of several lines, in which line feeds and tabs stay as they are. Allocates nothing.

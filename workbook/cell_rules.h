@@ -25,8 +25,8 @@ void RefuseWorksheetName(std::u16string_view name);
 // Latin, Greek or Cyrillic letters only.
 bool IsSameWorksheetName(std::u16string_view one, std::u16string_view other);
 
-// Whether the character at `index` cannot stand in an XML document: most control characters, half a surrogate
-// pair, U+FFFE and U+FFFF.
+// Whether the character at `index` is not allowed in an XML document: most control characters, half a
+// surrogate pair, U+FFFE and U+FFFF.
 bool IsNoXmlCharacter(std::u16string_view text, std::size_t index);
 
 }  // namespace NWorkbook

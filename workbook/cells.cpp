@@ -47,7 +47,7 @@ const Cell* CellTable::From(std::uint32_t row, std::uint16_t column) {
     Sort();
     const Cell place{row, column, CellType::Nothing, {}};
     const Cell* const cells = cells_.Data();
-    // Mostly the place is little behind the last one, so that the steps need not become large.
+    // The place is usually close after the last one, so the steps stay small.
     const bool isBehind = before_ < size_ && IsBefore(cells[before_], place);
     const std::size_t begin = isBehind ? before_ : 0;
     std::size_t reach = 1;

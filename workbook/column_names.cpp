@@ -12,7 +12,7 @@ static std::u16string Digits(std::size_t number) {
 }
 
 std::vector<std::u16string> NameColumns(std::vector<std::u16string> texts) {
-    // The names that are taken, each with the last number that was put behind it.
+    // The names in use, each with the last number that was appended to it.
     std::unordered_map<std::u16string, std::size_t> taken;
     std::vector<std::size_t> unnamed;
     for (std::size_t column = 0; column < texts.size(); ++column) {

@@ -27,7 +27,7 @@ bool IsEncryptedEntry(std::string_view entry) {
     return entry.starts_with(kEncryptedName) && entry.substr(kSizeOffset).starts_with(kEncryptedSize);
 }
 
-// Looks at every place where an entry can stand rather than following the directory, which may be damaged.
+// Looks at every place where an entry can be instead of following the directory, which can be damaged.
 bool HasEncryptedEntry(const WorkbookFile& file) {
     constexpr std::size_t kPiece = std::size_t{1} << 16;
     std::vector<char> bytes(kPiece);
@@ -41,7 +41,7 @@ bool HasEncryptedEntry(const WorkbookFile& file) {
     return false;
 }
 
-// As many as the formats need to be told apart; none of a file that is shorter.
+// As many as it takes to distinguish the formats; none if the file is shorter.
 std::string FirstBytes(const WorkbookFile& file) {
     std::string bytes(file.Size() < kCompound.size() ? 0 : kCompound.size(), '\0');
     file.Read(0, bytes.data(), bytes.size());

@@ -1,4 +1,4 @@
-// Puts the workbook engine in the place of a spreadsheet application. What is to start it links this file.
+// Registers the workbook engine as the spreadsheet application. Link this file to be able to start it.
 #include "platform/automation_servers.h"
 #include "workbook/application.h"
 

@@ -59,7 +59,7 @@ class Table {
 // To be used by one thread at a time. Reads worksheets when they are first asked for.
 class TableBook {
   public:
-    // The path as it is given stands in messages. Throws WorkbookError.
+    // Messages show the path as given. Throws WorkbookError.
     explicit TableBook(std::u16string_view path);
     ~TableBook();
     TableBook(const TableBook&) = delete;
@@ -69,11 +69,11 @@ class TableBook {
     // worksheets that are no name of the workbook's, then worksheets, each in workbook order.
     [[nodiscard]] const std::vector<TableName>& Names() const { return names_; }
 
-    // The place in Names() of the table that a name stands for; nothing if there is none. Case of ASCII
+    // The place in Names() of the table with this name; nothing if there is none. Case of ASCII
     // letters counts for nothing; a worksheet is also found without its '$', where there is no defined name
     // of this kind.
     [[nodiscard]] std::optional<std::size_t> IndexOf(std::u16string_view name) const;
-    // The table that the name stands for; NULL if there is none. Outlives the book. Throws WorkbookError.
+    // The table with this name; NULL if there is none. Outlives the book. Throws WorkbookError.
     std::shared_ptr<const Table> Find(std::u16string_view name);
 
   private:

@@ -9,7 +9,7 @@
 
 namespace NWorkbook {
 
-// Where a text of the store begins. Its length stands in front of it, a NUL behind it. Stays valid as long as
+// Where a text of the store begins. Its length is before it, a NUL after it. Stays valid as long as
 // the store lives.
 using TextPlace = const char16_t*;
 

@@ -37,7 +37,7 @@ class Worksheet {
     CellTable cells_;
 };
 
-// A name that stands for a block of a worksheet's cells.
+// A defined name of a block of a worksheet's cells.
 struct DefinedName {
     std::u16string name;
     std::size_t worksheet;  // its index

@@ -20,7 +20,7 @@ std::u16string AbsoluteName(std::uint32_t row, std::uint16_t column) {
     return NPlatform::Format(16, u"$%s$%d", {letters, static_cast<std::int32_t>(row)});
 }
 
-// The smallest block that holds all cells; A1 where there are none.
+// The smallest block that holds all cells; A1 if there are none.
 CellBlock FilledBlock(CellTable& cells) {
     if (cells.Begin() == cells.End()) return {1, 1, 1, 1};
     CellBlock block{cells.Begin()->row, cells.End()[-1].row, cells.Begin()->column, cells.Begin()->column};
@@ -105,7 +105,7 @@ class WorksheetObject : public EngineObject<WorksheetObject> {
         return {};
     }
 
-    // The next worksheet becomes active in its place, or the last one.
+    // The next worksheet becomes active instead, or the last one.
     Variant Delete(const Arguments&) {
         const auto worksheet = reference_.Get();
         const auto opened = reference_.workbook.Get();

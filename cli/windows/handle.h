@@ -18,7 +18,7 @@ inline Handle OwnFile(HANDLE file) { return Handle(file == INVALID_HANDLE_VALUE 
 
 inline constexpr DWORD kShareWithEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// Opens whatever it is, to ask for what is known of it.
+// Opens any kind of file, to query its properties.
 Handle OpenToAsk(const std::filesystem::path& path);
 
 }  // namespace NCli

@@ -110,7 +110,7 @@ Child Start(std::size_t index, const Options& task) {
     return {index, Handle(started.hProcess), std::move(source), {}};
 }
 
-// A child that writes more than there is memory for is not heard any longer; it ends by writing on.
+// If a child writes more than fits in memory, the command stops reading; the child ends when it writes more.
 void ReadAvailable(Child& child) {
     char piece[4096];
     DWORD count = 0;

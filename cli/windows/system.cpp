@@ -31,7 +31,7 @@ void SetErrno() {
     errno = reason.category() == std::generic_category() ? reason.value() : EIO;
 }
 
-// What the runtime opens, nobody can delete meanwhile, not even the handler of signals.
+// Nobody can delete a file that the runtime has open, not even the handler of signals.
 File OpenShared(const fs::path& path, DWORD creation, const char* mode) {
     Handle file =
         OwnFile(CreateFileW(ToSystemPath(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareWithEverybody,

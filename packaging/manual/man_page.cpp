@@ -26,7 +26,7 @@ If the conversion fails, an existing OUTPUT stays unchanged.
 OUTPUT is replaced only if it is empty or an import document, unless you use
 .BR \-\-force .
 .PP
-A table can convert and still not mean what its author thought.
+A table can convert without an error and still be wrong.
 Such findings go to standard error.
 .B \-\-check
 shows them without writing anything, and

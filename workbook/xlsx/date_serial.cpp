@@ -19,7 +19,7 @@ class Fields {
   public:
     explicit Fields(std::string_view text) : text_(text) {}
 
-    // Exactly so many digits.
+    // Exactly this number of digits.
     int Number(std::size_t digits) {
         int value = 0;
         const char* const end = text_.data() + digits;
@@ -29,7 +29,7 @@ class Fields {
         return value;
     }
 
-    // The digits behind a decimal point, if there is one.
+    // The digits after a decimal point, if there is one.
     double Fraction() {
         double value = 0;
         if (!isGood_ || !text_.starts_with('.')) return 0;

@@ -36,7 +36,7 @@ bool TakeQuoted(std::u16string_view& text, std::u16string& name) {
     }
 }
 
-// Takes the worksheet's name and the mark behind it from the front of the text. False: there is none.
+// Takes the worksheet's name and the mark after it from the front of the text. False: there is none.
 bool TakeSheetName(std::u16string_view& text, std::u16string& name) {
     if (text.starts_with(u'#')) return false;  // #REF!, an error
     if (text.starts_with(u'\'')) {

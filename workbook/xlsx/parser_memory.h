@@ -12,7 +12,7 @@ struct FreeParser {
 };
 using LimitedParser = std::unique_ptr<XML_ParserStruct, FreeParser>;
 
-// All parsers of one thread share kMostParserMemory; one that wants more reports that there is none. Throws
+// All parsers of one thread share kMostParserMemory; one that asks for more reports a lack of memory. Throws
 // std::bad_alloc.
 LimitedParser MakeLimitedParser();
 

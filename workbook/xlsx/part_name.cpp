@@ -12,7 +12,7 @@ constexpr std::string_view kSlashes = "/\\";
 // Up to and with the last slash.
 std::string_view FolderOf(std::string_view part) { return part.substr(0, part.rfind('/') + 1); }
 
-// The character that "%20" stands for; false where there is no such thing.
+// Decodes "%20"; false if the text is not such an escape.
 bool ReadPercent(std::string_view text, char& character) {
     unsigned char byte = 0;
     if (text.size() < 3 || text[0] != '%') return false;

@@ -49,7 +49,7 @@ class RelationshipsReader : public XmlReader {
         if (isOutside || target.size() > kMostBytesOfPartName) return {};
         std::string name = ResolveTarget(part_, target);
         if (name.size() > kMostBytesOfPartName) return {};
-        // The folder of the part stands in front of each target.
+        // Each target begins with the folder of the part.
         if (name.size() > bytesLeft_) throw PartFault{Fault::TooLarge, u"its targets are too long"};
         bytesLeft_ -= name.size();
         return name;

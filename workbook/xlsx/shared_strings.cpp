@@ -42,7 +42,7 @@ class SharedStrings::Reader : public XmlReader {
   private:
     static constexpr int kItem = 2;  // depth
 
-    // What stands behind an element would be lost.
+    // Text after an element would be lost.
     void RefuseInText() const {
         if (isText_) throw PartFault{Fault::Damaged, u"a shared string has an element within its text"};
     }

@@ -12,7 +12,7 @@ namespace NWorkbook::NXlsx {
 
 class SharedStrings {
   public:
-    // Reads the part into the store. Where there is no such part there are none. Throws WorkbookError.
+    // Reads the part into the store. Without such a part there are none. Throws WorkbookError.
     SharedStrings(Package& package, std::string_view part, TextStore& store, Budget& budget);
 
     // NULL where there is no such text.

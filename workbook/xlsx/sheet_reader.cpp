@@ -166,7 +166,7 @@ class SheetReader : public XmlReader {
         return true;
     }
 
-    // What stands behind an element would be lost, or taken for one number with what stands before it.
+    // Text after an element would be lost, or read as one number with the text before it.
     void RefuseInValue() const {
         if (takesValue_ || takesText_) FailCell(u"has an element within its value");
     }

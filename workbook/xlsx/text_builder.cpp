@@ -19,7 +19,7 @@ int DigitValue(char16_t unit) {
     return -1;
 }
 
-// The unit that an escape at `text` stands for, or -1.
+// The unit that an escape at `text` encodes, or -1.
 int ReadEscape(const char16_t* text, std::size_t size) {
     if (size < kEscapeSize || text[0] != u'_' || text[1] != u'x' || text[kEscapeSize - 1] != u'_') return -1;
     int unit = 0;

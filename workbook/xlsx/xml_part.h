@@ -81,7 +81,7 @@ class XmlReader {
     XmlReader& operator=(const XmlReader&) = delete;
     virtual ~XmlReader() = default;
 
-    // False leaves the element out, with all that is in it; nothing more is told of it.
+    // False leaves the element out with everything in it, without further calls.
     virtual bool Start(const XmlElement& element) = 0;
     virtual void End(int /*depth*/) {}
     // An element of another namespace is left out.

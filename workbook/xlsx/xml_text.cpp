@@ -21,7 +21,7 @@ bool IsHexDigit(char16_t unit) {
     return (unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'F') || (unit >= u'a' && unit <= u'f');
 }
 
-// Whether an escape of a character stands here, or what would be taken for one.
+// Whether the text here is an escape of a character, or would be read as one.
 bool IsEscape(std::u16string_view text) {
     return text.size() >= 7 && text[1] == u'x' && std::all_of(&text[2], &text[6], IsHexDigit) &&
            text[6] == u'_';
@@ -34,7 +34,7 @@ void AppendEscape(std::string& xml, char16_t unit) {
     xml += '_';
 }
 
-// What stands for the unit in XML; nothing if it stands for itself.
+// The escape of the unit in XML; nothing if it needs none.
 std::string_view ReferenceFor(char16_t unit) {
     switch (unit) {
         case u'&':
