@@ -126,10 +126,8 @@ const VCSVReader::HeldValue* NumberChecks::HeldIn(const Place& place) const {
 
 void NumberChecks::ReportEmpty(const Cell& cell) {
     if (const auto* const value = HeldIn(cell.place)) {
-        return collector_.Add(kNoNumberHeld, cell.place, [&] {
-            return Say(u"The cell holds %s, which is read as an empty cell; %s. Enter the number.",
-                       {DescribeValue(*value), Outcome(cell.place.row)});
-        });
+        return collector_.Add(kNoNumberHeld, cell.place,
+                              [&] { return TellNoNumber(*value, Outcome(cell.place.row)); });
     }
     if (IsBlankRow(table_.Row(cell.place.row))) {
         if (cell.place.column > 0) return;

@@ -29,15 +29,16 @@ void ReportRows(const BehindEdge& below, std::size_t rows, Collector& collector)
         const std::u16string lost = Lost(below, u"row", u"rows");
         if (rows == 0) {
             return Say(
-                u"Row 1 has nothing in its first cells, so there is no table: %s not read. Delete what "
-                u"is empty above the header and in front of it.",
+                u"Row 1 has no text and no number in its first cells, so there is no table: %s not read. "
+                u"Delete what is empty above the header and in front of it.",
                 {lost});
         }
         return Say(
-            u"The table ends with row %d, because row %d has nothing in its first cells: %s not read. %s",
+            u"The table ends with row %d, because row %d has no text and no number in its first cells: %s "
+            u"not read. %s",
             {Count(rows), Count(rows + 1), lost,
              below.row > rows ? u"If this belongs to the table, delete the empty rows between."
-                              : u"Fill in the first cell of the row."});
+                              : u"Enter a text or a number in its first cell."});
     });
 }
 
@@ -58,13 +59,21 @@ bool IsNumberCell(const Table& table, const Place& place) {
 bool IsReported(const Table& table, const HeldValue& value) {
     const Place place{value.row, value.column};
     if (place.row > 0 && table.IsSkipped(place.column)) return true;
-    if (!IsNumberCell(table, place)) return false;
+    if (!IsNumberCell(table, place) || value.kind == HeldValue::Kind::Date) return false;
     return value.kind != HeldValue::Kind::Number || IsExponent(table.Row(place.row)[place.column]);
 }
 
 std::u16string_view AdviceFor(HeldValue::Kind kind) {
-    return kind == HeldValue::Kind::Number ? u"Format the cell as text and enter the number again."
-                                           : u"Enter a text instead.";
+    switch (kind) {
+        case HeldValue::Kind::Number:
+            return u"Format the cell as text and enter the number again.";
+        case HeldValue::Kind::Date:
+            return u"Format the cell as text and enter it again.";
+        case HeldValue::Kind::Formula:
+            return u"Open the workbook in Excel and save it.";
+        default:
+            return u"Enter a text instead.";
+    }
 }
 
 }  // namespace
@@ -86,12 +95,22 @@ void CheckValues(const Table& table, const WorksheetFacts& facts, Collector& col
     }
 }
 
+std::u16string TellNoNumber(const HeldValue& value, std::u16string_view outcome) {
+    const bool isFormula = value.kind == HeldValue::Kind::Formula;
+    return Say(u"The cell holds %s, which is read as an empty cell; %s. %s",
+               {DescribeValue(value), outcome, isFormula ? AdviceFor(value.kind) : u"Enter the number."});
+}
+
 std::u16string DescribeValue(const HeldValue& value) {
     switch (value.kind) {
+        case HeldValue::Kind::Date:
+            return u"a date or a time";
         case HeldValue::Kind::Truth:
-            return Say(u"the truth value %s", {value.shown});
+            return Say(u"the truth value %s", {VCSVReader::ShownTruth(value.number != 0)});
         case HeldValue::Kind::Error:
-            return Say(u"the error %s", {value.shown});
+            return Say(u"the error %s", {VCSVReader::ShownError(static_cast<std::int32_t>(value.number))});
+        case HeldValue::Kind::Formula:
+            return u"a formula without a saved result";
         default:
             return Say(u"the number %s", {DigitsOf(value.number)});
     }

@@ -55,6 +55,7 @@ Variant Variant::Of(const VariantElement& element) {
         case VariantType::Int32:
             return Int32(element.integer);
         case VariantType::Double:
+        case VariantType::Date:
             return Double(element.number);
         case VariantType::String:
             return String(element.text);

@@ -31,6 +31,7 @@ enum class VariantType : std::uint16_t {
     Int16 = 2,
     Int32 = 3,
     Double = 5,
+    Date = 7,  // in arrays alone; a number
     String = 8,
     Dispatch = 9,
     Error = 10,
@@ -81,7 +82,7 @@ class DispatchException : public std::exception {
 struct VariantElement {
     VariantType type = VariantType::Empty;
     std::int32_t integer = 0;  // Bool (0 or 1), Error (its code), Int16, Int32
-    double number = 0;         // Double
+    double number = 0;         // Double; Date: days as the application counts them
     // String: belongs to the array and is followed by a NUL.
     std::u16string_view text;
 };
@@ -157,7 +158,8 @@ class Variant {
     static Variant Array(std::shared_ptr<const VariantArray> value) {
         return {std::in_place_type<std::shared_ptr<const VariantArray>>, std::move(value)};
     }
-    // A copy; empty for an element that is neither a number, a text, a truth value nor an error.
+    // A copy, of a date as a number; empty for an element that is neither a number, a text, a truth value nor
+    // an error.
     static Variant Of(const VariantElement& element);
 
     [[nodiscard]] VariantType Type() const;

@@ -10,6 +10,7 @@ using NPlatform::DispatchId;
 
 // The members of Excel's type library.
 namespace Member {
+constexpr DispatchId kValue = 0x6;
 constexpr DispatchId kName = 0x6E;
 constexpr DispatchId kDelete = 0x75;
 constexpr DispatchId kCount = 0x76;
@@ -139,6 +140,8 @@ Dispatch Range(const Dispatch& worksheet, std::u16string_view cell1, std::u16str
 Dispatch UsedRange(const Dispatch& worksheet) { return ObjectIn(worksheet.Get(Member::kUsedRange)); }
 
 Variant Value2(const Dispatch& range) { return range.Get(Member::kValue2); }
+
+Variant Value(const Dispatch& range) { return range.Get(Member::kValue); }
 
 void SetValue2(const Dispatch& range, const Variant& value) { range.Put(Member::kValue2, value); }
 

@@ -61,6 +61,8 @@ Dispatch UsedRange(const Dispatch& worksheet);
 
 // Range: an array for a block of several cells, else the cell's value.
 Variant Value2(const Dispatch& range);
+// The same, but a number that is shown as a date is a date, which only an array tells.
+Variant Value(const Dispatch& range);
 void SetValue2(const Dispatch& range, const Variant& value);
 // "$A$1:$D$20"
 std::u16string Address(const Dispatch& range);

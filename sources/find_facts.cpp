@@ -40,6 +40,10 @@ std::optional<Corner> EndOf(std::u16string_view address) {
     return Corner{end.row == 0 ? 65536 : end.row, end.column == 0 ? 256 : end.column};
 }
 
+Corner SizeOf(const CellBlock& table) {
+    return {static_cast<std::uint32_t>(table.Rows()), static_cast<std::uint32_t>(table.Columns())};
+}
+
 bool HasValue(const VariantElement& cell) {
     if (cell.type == VariantType::String) {
         return cell.text.find_first_not_of(u" \t\r\n\u00A0") != std::u16string_view::npos;
@@ -47,33 +51,23 @@ bool HasValue(const VariantElement& cell) {
     return cell.type != VariantType::Empty;
 }
 
-// As a worksheet shows a truth value or an error.
-std::u16string_view ShownText(const VariantElement& cell) {
-    constexpr struct {
-        std::int32_t code;
-        std::u16string_view text;
-    } kErrors[] = {{2000, u"#NULL!"},  {2007, u"#DIV/0!"},   {2015, u"#VALUE!"},   {2023, u"#REF!"},
-                   {2029, u"#NAME?"},  {2036, u"#NUM!"},     {2042, u"#N/A"},      {2043, u"#GETTING_DATA"},
-                   {2045, u"#SPILL!"}, {2046, u"#CONNECT!"}, {2047, u"#BLOCKED!"}, {2048, u"#UNKNOWN!"},
-                   {2049, u"#FIELD!"}, {2050, u"#CALC!"}};
-    if (cell.type == VariantType::Bool) return cell.integer != 0 ? u"TRUE" : u"FALSE";
-    for (const auto& [code, text] : kErrors) {
-        if (code == (cell.integer & 0xFFFF)) return text;
-    }
-    return u"#ERROR";
-}
+// Errors of cells are failure codes, which end with Excel's number.
+std::int32_t ErrorNumber(const VariantElement& cell) { return cell.integer & 0xFFFF; }
 
 std::u16string TextOf(const VariantElement& cell) {
     NumberBuffer buffer;
     if (cell.type == VariantType::String) return std::u16string(cell.text);
     if (cell.type == VariantType::Double) return WriteTrimmedNumber(cell.number, buffer);
-    return std::u16string(ShownText(cell));
+    if (cell.type == VariantType::Bool) return std::u16string(ShownTruth(cell.integer != 0));
+    return std::u16string(ShownError(ErrorNumber(cell)));
 }
+
+using ReadRange = NPlatform::Variant (*)(const Dispatch& range);
 
 // Lends the cells with a value, row by row. They are fetched in pieces, which bound the memory that a used
 // range with few values takes.
 template <typename Visit>
-void VisitValues(const Dispatch& worksheet, const Block& block, Visit visit) {
+void VisitValues(const Dispatch& worksheet, const Block& block, ReadRange read, Visit visit) {
     constexpr std::uint32_t kCellsAtOnce = 1 << 16;
     constexpr std::uint32_t kMostCells = 10'000'000;
     if (block.first.row >= block.end.row || block.first.column >= block.end.column) return;
@@ -84,7 +78,7 @@ void VisitValues(const Dispatch& worksheet, const Block& block, Visit visit) {
     for (std::uint32_t row = block.first.row; row < end; row += rowsAtOnce) {
         const std::u16string firstName = CellName(block.first.column, row + 1);
         const std::u16string lastName = CellName(block.end.column - 1, std::min(row + rowsAtOnce, end));
-        const CellBlock piece(Excel::Value2(Excel::Range(worksheet, firstName, lastName)));
+        const CellBlock piece(read(Excel::Range(worksheet, firstName, lastName)));
         for (std::int32_t r = 1; r <= piece.Rows(); ++r) {
             for (std::int32_t c = 1; c <= piece.Columns(); ++c) {
                 const VariantElement cell = piece.At(r, c);
@@ -105,7 +99,7 @@ void Begin(BehindEdge& behind, const Corner& place, const VariantElement& cell) 
 
 void LookBelow(const Dispatch& worksheet, const Block& block, BehindEdge& below) {
     std::uint32_t lastRow = 0;
-    VisitValues(worksheet, block, [&](const Corner& place, const VariantElement& cell) {
+    VisitValues(worksheet, block, Excel::Value2, [&](const Corner& place, const VariantElement& cell) {
         if (below.count == 0) Begin(below, place, cell);
         const bool isNew = below.count == 0 || place.row != lastRow;
         if (isNew) ++below.count;
@@ -118,7 +112,7 @@ void LookBelow(const Dispatch& worksheet, const Block& block, BehindEdge& below)
 void LookRight(const Dispatch& worksheet, const Block& block, BehindEdge& right) {
     if (block.first.column >= block.end.column) return;
     std::vector<bool> isFilled(block.end.column - block.first.column);
-    VisitValues(worksheet, block, [&](const Corner& place, const VariantElement& cell) {
+    VisitValues(worksheet, block, Excel::Value2, [&](const Corner& place, const VariantElement& cell) {
         const std::size_t column = place.column - block.first.column;
         if (right.count == 0 || place.column < right.column) Begin(right, place, cell);
         if (!isFilled[column]) ++right.count;
@@ -134,43 +128,77 @@ void LookBehindEdges(const Dispatch& worksheet, const Corner& end, WorksheetFact
     LookRight(worksheet, {{0, end.column}, {end.row, used->column}}, facts.right);
 }
 
+void Add(const HeldValue& value, WorksheetFacts& facts) {
+    if (facts.values.size() < WorksheetFacts::kMostValues) {
+        facts.values.push_back(value);
+    } else {
+        facts.isComplete = false;
+    }
+}
+
+// What the cells of the table show by themselves.
 void LookAtValues(const CellBlock& table, NumberWriter write, WorksheetFacts& facts) {
+    using Kind = HeldValue::Kind;
     NumberBuffer buffer;
     for (std::int32_t row = 1; row <= table.Rows(); ++row) {
         for (std::int32_t column = 1; column <= table.Columns(); ++column) {
             const VariantElement cell = table.At(row, column);
-            HeldValue held{static_cast<std::uint32_t>(row - 1),
-                           static_cast<std::uint32_t>(column - 1),
-                           HeldValue::Kind::Number,
-                           cell.number,
-                           {}};
+            HeldValue held{static_cast<std::uint32_t>(row - 1), static_cast<std::uint16_t>(column - 1),
+                           Kind::Number, cell.number};
             if (cell.type == VariantType::Double) {
-                if (ShowsNumber(write(cell.number, buffer), cell.number)) continue;
-            } else if (cell.type == VariantType::Bool || cell.type == VariantType::Error) {
-                held.kind = cell.type == VariantType::Bool ? HeldValue::Kind::Truth : HeldValue::Kind::Error;
-                held.shown = ShownText(cell);
-            } else {
-                continue;
+                if (!ShowsNumber(write(cell.number, buffer), cell.number)) Add(held, facts);
+            } else if (cell.type == VariantType::Bool) {
+                held.kind = Kind::Truth;
+                held.number = cell.integer;
+                Add(held, facts);
+            } else if (cell.type == VariantType::Error) {
+                held.kind = Kind::Error;
+                held.number = ErrorNumber(cell);
+                Add(held, facts);
             }
-            facts.values.push_back(held);
         }
     }
+}
+
+// Dates, and formulas without a result: only the values as they are shown tell of them.
+void LookAtShownValues(const Dispatch& worksheet, const CellBlock& table, WorksheetFacts& facts) {
+    const Block block{{}, SizeOf(table)};
+    VisitValues(worksheet, block, Excel::Value, [&](const Corner& place, const VariantElement& shown) {
+        HeldValue held{place.row, static_cast<std::uint16_t>(place.column), HeldValue::Kind::Date,
+                       shown.number};
+        if (shown.type == VariantType::Error) {
+            const auto row = static_cast<std::int32_t>(place.row + 1);
+            if (table.At(row, static_cast<std::int32_t>(place.column + 1)).type != VariantType::Empty) return;
+            held.kind = HeldValue::Kind::Formula;
+        } else if (shown.type != VariantType::Date) {
+            return;
+        }
+        Add(held, facts);
+    });
+}
+
+// A date, which was found first, counts more than a number in the same place.
+void SortValues(std::vector<HeldValue>& values) {
+    const auto place = [](const HeldValue& value) { return std::pair(value.row, value.column); };
+    std::ranges::stable_sort(values, {}, place);
+    const auto isSame = [&](const HeldValue& one, const HeldValue& other) {
+        return place(one) == place(other);
+    };
+    values.erase(std::unique(values.begin(), values.end(), isSame), values.end());
 }
 
 }  // namespace
 
 void FindFacts(const Dispatch& worksheet, const CellBlock* table, NumberWriter write, WorksheetFacts& facts) {
     facts = {};
-    Corner end;
-    if (table != nullptr) {
-        end = {static_cast<std::uint32_t>(table->Rows()), static_cast<std::uint32_t>(table->Columns())};
-        LookAtValues(*table, write, facts);
-    }
     try {
-        LookBehindEdges(worksheet, end, facts);
+        if (table != nullptr) LookAtShownValues(worksheet, *table, facts);
+        LookBehindEdges(worksheet, table == nullptr ? Corner() : SizeOf(*table), facts);
     } catch (const std::exception&) {
         facts.isComplete = false;
     }
+    if (table != nullptr) LookAtValues(*table, write, facts);
+    SortValues(facts.values);
 }
 
 }  // namespace VCSVReader

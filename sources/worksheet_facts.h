@@ -17,16 +17,21 @@ namespace VCSVReader {
 struct HeldValue {
     enum class Kind : std::uint8_t {
         Number,  // its text has an exponent, or is another number
+        Date,    // or a time; its text is the number by which the workbook counts it
         Truth,   // the text of these is empty
         Error,
+        Formula,  // its result was not saved with the workbook
     };
 
     std::uint32_t row;
-    std::uint32_t column;
+    std::uint16_t column;
     Kind kind;
-    double number;              // of a number
-    std::u16string_view shown;  // else TRUE, FALSE or as #N/A; lives as long as the program
+    double number;  // of a number or date; of a truth value 0 or 1, of an error Excel's number for it
 };
+
+// As a worksheet shows it: "TRUE", "FALSE", "#N/A".
+std::u16string_view ShownTruth(bool truth);
+std::u16string_view ShownError(std::int32_t number);
 
 // Cells with a value beyond an edge of the table.
 struct BehindEdge {
@@ -41,10 +46,12 @@ struct WorksheetFacts {
     // Null where the text is what the worksheet shows.
     [[nodiscard]] const HeldValue* Find(std::size_t row, std::size_t column) const;
 
-    std::vector<HeldValue> values;  // row by row
+    static constexpr std::size_t kMostValues = 50'000;
+
+    std::vector<HeldValue> values;  // row by row, the first kMostValues
     BehindEdge below;
     BehindEdge right;        // of the rows of the table alone
-    bool isComplete = true;  // false: Excel did not answer all that it was asked
+    bool isComplete = true;  // false: there are more values, or Excel did not answer all that it was asked
 };
 
 // For sources that read worksheets.

@@ -270,9 +270,8 @@ TEST(Checks, TellWhatIsMeant) {
 TEST(Checks, ComparesTextsWithNumbersOfAWorkbook) {
     using Kind = VCSVReader::HeldValue::Kind;
     VCSVReader::WorksheetFacts facts;
-    facts.values = {{1, 0, Kind::Number, 1193046, {}}, {1, 2, Kind::Number, 1193046, {}},
-                    {2, 0, Kind::Number, 7.9, {}},     {2, 3, Kind::Truth, 0, u"TRUE"},
-                    {3, 0, Kind::Error, 0, u"#N/A"},   {3, 2, Kind::Error, 0, u"#REF!"}};
+    facts.values = {{1, 0, Kind::Number, 1193046}, {1, 2, Kind::Number, 1193046}, {2, 0, Kind::Number, 7.9},
+                    {2, 3, Kind::Truth, 1},        {3, 0, Kind::Error, 2042},     {3, 2, Kind::Error, 2023}};
     const Looked looked(
         NTest::MakeTable(u"DTC|T|I|\n1.19305e+006|x|1.19305e+006|\n7|y|1.19305e+006|\n|||\n|z||x"), {},
         &facts);

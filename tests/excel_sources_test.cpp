@@ -166,7 +166,7 @@ const Operation kOperations[] = {
     {"finds facts", true,
      [](IExcelHeap& source) {
          dynamic_cast<WorksheetSource&>(source).WantFacts();
-         source.ReadWorksheet(u"Two");
+         source.ReadWorksheet(u"One");
      }},
     {"writes", true,
      [](IExcelHeap& source) {
@@ -305,8 +305,21 @@ std::string Summary(const WorksheetFacts& facts) {
     std::string summary = behind("below ", facts.below) + behind("right ", facts.right);
     for (const HeldValue& value : facts.values) {
         NumberBuffer buffer;
-        const bool isNumber = value.kind == HeldValue::Kind::Number;
-        const std::u16string shown(isNumber ? WriteTrimmedNumber(value.number, buffer) : value.shown);
+        std::u16string shown;
+        switch (value.kind) {
+            case HeldValue::Kind::Truth:
+                shown = ShownTruth(value.number != 0);
+                break;
+            case HeldValue::Kind::Error:
+                shown = ShownError(static_cast<std::int32_t>(value.number));
+                break;
+            case HeldValue::Kind::Formula:
+                shown = u"=";
+                break;
+            default:
+                shown = WriteTrimmedNumber(value.number, buffer);
+                if (value.kind == HeldValue::Kind::Date) shown += u"d";
+        }
         summary += NTest::Utf8(CellName(value.column, std::uint64_t{value.row} + 1) + u" " + shown + u" ");
     }
     return facts.isComplete ? summary : summary + "incomplete";

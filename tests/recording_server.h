@@ -202,6 +202,7 @@ class RecordingExcel::Object : public NPlatform::DispatchObject {
                 return object("Range", UsedBlock());
             case 0xEC:
                 return Variant::String(Name(place_[1], place_[2]) + u":" + Name(place_[3], place_[4]));
+            case 0x6:
             case 0x56C:
                 return kind == InvokeKind::PropertyGet ? Value() : Variant();
             case 0x75:

@@ -8,6 +8,7 @@
 #include "workbook/range_address.h"
 #include "workbook/xlsx/cell_value.h"
 #include "workbook/xlsx/date_serial.h"
+#include "workbook/xlsx/number_formats.h"
 #include "workbook/xlsx/part_name.h"
 #include "workbook/xlsx/text_builder.h"
 
@@ -222,6 +223,17 @@ TEST(Workbooks, SurviveDamage) {
         for (int count = 0; count < 3; ++count)
             damaged[random() % damaged.size()] = static_cast<char>(random());
         Outcome(folder, folder.Put("damaged", damaged));
+    }
+}
+
+TEST(NumberFormats, ShowDatesAndTimes) {
+    for (const char* const code :
+         {"d", "YYYY", "0 \"x\" ss", "[h]", "[Red]m", "\\h:h", "[$-F800]dddd\\, mmmm"}) {
+        EXPECT_TRUE(IsDateFormat(code)) << code;
+    }
+    for (const char* const code :
+         {"", "General", "0.00E+00", "0 \"days\"", "\\d0", "_d*m0", "[Red]0;d", "0\"d", "[d", "@"}) {
+        EXPECT_FALSE(IsDateFormat(code)) << code;
     }
 }
 

@@ -15,6 +15,11 @@ static bool IsSamePlace(const Cell& one, const Cell& other) {
     return one.row == other.row && one.column == other.column;
 }
 
+static void RefuseCells() {
+    throw WorkbookError(NPlatform::Format(200, u"A worksheet has more than %d cells.",
+                                          {std::int32_t{CellTable::kMostCells}}));
+}
+
 void CellTable::Add(const Cell& cell) {
     // One place given again and again takes no memory.
     if (size_ > 0 && IsSamePlace(cells_.Data()[size_ - 1], cell)) {
@@ -24,13 +29,21 @@ void CellTable::Add(const Cell& cell) {
     }
     const bool isLast = sorted_ == size_ && (size_ == 0 || IsBefore(cells_.Data()[size_ - 1], cell));
     if (isLast && cell.type == CellType::Nothing) return;
-    if (size_ == kMostCells) {
-        throw WorkbookError(
-            NPlatform::Format(200, u"A worksheet has more than %d cells.", {std::int32_t{kMostCells}}));
-    }
+    if (size_ == kMostCells) RefuseCells();
     if (size_ == cells_.Size()) cells_.Grow(std::max<std::size_t>(256, 2 * size_));
     cells_.Data()[size_++] = cell;
     if (isLast) sorted_ = size_;
+}
+
+void CellTable::Note(const NotedCell& cell) {
+    if (notes_.size() == kMostCells) RefuseCells();
+    notes_.push_back(cell);
+}
+
+const std::vector<NotedCell>& CellTable::Notes() {
+    const auto place = [](const NotedCell& cell) { return std::pair(cell.row, cell.column); };
+    if (!std::ranges::is_sorted(notes_, {}, place)) std::ranges::stable_sort(notes_, {}, place);
+    return notes_;
 }
 
 const Cell* CellTable::Begin() {

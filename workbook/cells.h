@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "platform/array.h"
 #include "workbook/text_store.h"
@@ -38,6 +39,18 @@ struct Cell {
     };
 };
 
+// What a file says of a cell beyond its value.
+enum class CellNote : std::uint8_t {
+    ShowsDate,       // a number that is shown as a date or a time
+    UnsavedFormula,  // an empty cell with a formula, whose result was not saved
+};
+
+struct NotedCell {
+    std::uint32_t row;
+    std::uint16_t column;
+    CellNote note;
+};
+
 // Sorted by row, then by column, when it is read; filled in any order.
 class CellTable {
   public:
@@ -47,6 +60,11 @@ class CellTable {
     // Of several cells in one place the last one counts; one of type Nothing empties its place. Throws
     // WorkbookError when there are too many.
     void Add(const Cell& cell);
+
+    // Throws as Add does.
+    void Note(const NotedCell& cell);
+    // In order.
+    [[nodiscard]] const std::vector<NotedCell>& Notes();
 
     // The cells in order; pointers are valid until the next Add.
     [[nodiscard]] const Cell* Begin();
@@ -58,6 +76,7 @@ class CellTable {
     void Sort();
 
     NPlatform::Array<Cell> cells_;
+    std::vector<NotedCell> notes_;
     std::size_t size_ = 0;
     std::size_t sorted_ = 0;  // as many at the front are in order
     std::size_t before_ = 0;  // the last cell before the place that was looked for last

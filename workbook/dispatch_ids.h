@@ -45,6 +45,7 @@ inline constexpr DispatchId kUsedRange = 0x19C;
 }  // namespace Worksheet
 
 namespace Range {
+inline constexpr DispatchId kValue = 0x6;
 inline constexpr DispatchId kAddress = 0xEC;
 inline constexpr DispatchId kValue2 = 0x56C;
 }  // namespace Range

@@ -73,6 +73,43 @@ class BlockValues : public NPlatform::VariantArray {
     NPlatform::Array<Cell> cells_;
 };
 
+std::vector<NotedCell> NotesIn(CellTable& table, const CellBlock& block) {
+    std::vector<NotedCell> notes;
+    for (const NotedCell& cell : table.Notes()) {
+        const bool isColumn = cell.column >= block.firstColumn && cell.column <= block.lastColumn;
+        if (isColumn && cell.row >= block.firstRow && cell.row <= block.lastRow) notes.push_back(cell);
+    }
+    return notes;
+}
+
+class ShownValues : public BlockValues {
+  public:
+    ShownValues(std::shared_ptr<const TextStore> texts, CellTable& table, const CellBlock& block)
+        : BlockValues(std::move(texts), table, block), block_(block), notes_(NotesIn(table, block)) {}
+
+    [[nodiscard]] VariantElement At(std::int32_t row, std::int32_t column) const override {
+        VariantElement element = BlockValues::At(row, column);
+        const std::pair place(block_.firstRow + static_cast<std::uint32_t>(row) - 1,
+                              block_.firstColumn + static_cast<std::uint32_t>(column) - 1);
+        const auto placeOf = [](const NotedCell& cell) {
+            return std::pair<std::uint32_t, std::uint32_t>(cell.row, cell.column);
+        };
+        const auto note = std::ranges::lower_bound(notes_, place, {}, placeOf);
+        if (note == notes_.end() || placeOf(*note) != place) return element;
+        if (note->note == CellNote::ShowsDate && element.type == VariantType::Double) {
+            element.type = VariantType::Date;
+        } else if (note->note == CellNote::UnsavedFormula && element.type == VariantType::Empty) {
+            return ElementOf(
+                {.row = 0, .column = 0, .type = CellType::Error, .error = CellError::GettingData});
+        }
+        return element;
+    }
+
+  private:
+    CellBlock block_;
+    std::vector<NotedCell> notes_;
+};
+
 void RefuseLargeBlock(const CellBlock& block) {
     if (block.Cells() <= CellTable::kMostCells) return;
     throw WorkbookError(u"The block from " + CellName(block.firstRow, block.firstColumn) + u" to " +
@@ -117,6 +154,13 @@ Variant ReadValues(const std::shared_ptr<TextStore>& texts, Worksheet& worksheet
     const bool isThere =
         cell != table.End() && cell->row == block.firstRow && cell->column == block.firstColumn;
     return isThere ? Variant::Of(ElementOf(*cell)) : Variant();
+}
+
+Variant ReadShownValues(const std::shared_ptr<TextStore>& texts, Worksheet& worksheet,
+                        const CellBlock& block) {
+    if (block.Cells() == 1) return ReadValues(texts, worksheet, block);
+    RefuseLargeBlock(block);
+    return Variant::Array(std::make_shared<ShownValues>(texts, worksheet.Cells(), block));
 }
 
 void WriteValue(TextStore& texts, Worksheet& worksheet, const CellBlock& block, const Variant& value) {

@@ -13,6 +13,11 @@ namespace NWorkbook {
 NPlatform::Variant ReadValues(const std::shared_ptr<TextStore>& texts, Worksheet& worksheet,
                               const CellBlock& block);
 
+// What `Value` gives: the same, but in a block a number that is shown as a date is a date, and a formula
+// whose result was not saved is the error #GETTING_DATA, since its result is still to come.
+NPlatform::Variant ReadShownValues(const std::shared_ptr<TextStore>& texts, Worksheet& worksheet,
+                                   const CellBlock& block);
+
 // Puts one value into each cell of the block. A text stays a text, also one that looks like a number, a date
 // or a formula; the empty value empties the cell. Throws WorkbookError, and nothing has changed, for a block
 // of more than CellTable::kMostCells cells, a number that is not finite, or a text longer than

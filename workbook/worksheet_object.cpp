@@ -37,7 +37,7 @@ class RangeObject : public EngineObject<RangeObject> {
     RangeObject(WorksheetReference reference, const CellBlock& block)
         : reference_(std::move(reference)), block_(block) {}
 
-    static const Member kMembers[3];
+    static const Member kMembers[4];
 
   private:
     Variant Address(const Arguments&) {
@@ -51,6 +51,11 @@ class RangeObject : public EngineObject<RangeObject> {
         return ReadValues(reference_.workbook.Get()->workbook->texts, *worksheet, block_);
     }
 
+    Variant ShownValues(const Arguments&) {
+        const auto worksheet = reference_.Get();
+        return ReadShownValues(reference_.workbook.Get()->workbook->texts, *worksheet, block_);
+    }
+
     Variant SetValue(const Arguments& arguments) {
         const auto worksheet = reference_.Get();
         WriteValue(*reference_.workbook.Get()->workbook->texts, *worksheet, block_, arguments[0]);
@@ -62,6 +67,7 @@ class RangeObject : public EngineObject<RangeObject> {
 };
 
 constinit const RangeObject::Member RangeObject::kMembers[] = {
+    {DispatchIds::Range::kValue, kGet, 0, 0, &RangeObject::ShownValues},
     {DispatchIds::Range::kAddress, kGet, 0, 0, &RangeObject::Address},
     {DispatchIds::Range::kValue2, kGet, 0, 0, &RangeObject::Values},
     {DispatchIds::Range::kValue2, kPut, 1, 1, &RangeObject::SetValue},

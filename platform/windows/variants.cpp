@@ -25,6 +25,9 @@ VariantElement ElementOf(const VARIANT& value) {
         case VariantType::Double:
             element.number = value.dblVal;
             break;
+        case VariantType::Date:
+            element.number = value.date;
+            break;
         case VariantType::String:
             element.text = TextOf(value.bstrVal);
             break;

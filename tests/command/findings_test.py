@@ -59,16 +59,22 @@ def zipped(name, content=b"", **others):
     return archive.getvalue()
 
 
-def sheet(cells):
-    """A workbook with these texts in its only worksheet."""
+def sheet(cells, styles=""):
+    """A workbook with one worksheet. A cell is a text, or attributes and what is in the cell."""
     main, office, package = (f"http://schemas.openxmlformats.org/{name}" for name in
                              ("spreadsheetml/2006/main", "officeDocument/2006/relationships", "package/2006/relationships"))
-    relations = {part: f'<Relationships xmlns="{package}"><Relationship Id="r1" Type="{office}/{kind}" Target="{target}"/></Relationships>'
-                 for part, kind, target in (("_rels/.rels", "officeDocument", "xl/workbook.xml"),
-                                            ("xl/_rels/workbook.xml.rels", "worksheet", "sheet1.xml"))}
-    rows = "".join(f'<row r="{cell[1:]}"><c r="{cell}" t="inlineStr"><is><t>{text}</t></is></c></row>' for cell, text in cells.items())
-    return zipped("xl/workbook.xml", f'<workbook xmlns="{main}" xmlns:r="{office}"><sheets><sheet name="S" sheetId="1" r:id="r1"/></sheets></workbook>',
-                  **relations, **{"xl/sheet1.xml": f'<worksheet xmlns="{main}"><sheetData>{rows}</sheetData></worksheet>'})
+
+    def relations(*kinds):
+        return f'<Relationships xmlns="{package}">' + "".join(
+            f'<Relationship Id="{kind}" Type="{office}/{kind}" Target="{target}"/>' for kind, target in kinds) + "</Relationships>"
+
+    made = {cell: value if isinstance(value, tuple) else ('t="inlineStr"', f"<is><t>{value}</t></is>") for cell, value in cells.items()}
+    rows = "".join(f'<row r="{cell[1:]}"><c r="{cell}" {attributes}>{content}</c></row>' for cell, (attributes, content) in made.items())
+    return zipped("_rels/.rels", relations(("officeDocument", "workbook.xml")), **{
+        "_rels/workbook.xml.rels": relations(("worksheet", "sheet1.xml"), ("styles", "styles.xml")),
+        "workbook.xml": f'<workbook xmlns="{main}" xmlns:r="{office}"><sheets><sheet name="S" sheetId="1" r:id="worksheet"/></sheets></workbook>',
+        "styles.xml": f'<styleSheet xmlns="{main}">{styles}</styleSheet>',
+        "sheet1.xml": f'<worksheet xmlns="{main}"><sheetData>{rows}</sheetData></worksheet>'})
 
 
 OLDER = (b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(30, b"\0") + b"\x09".ljust(18, b"\0") + b"\1").ljust(1024, b"\0") + "Workbook\0".encode("utf-16-le")
@@ -223,6 +229,20 @@ FINDINGS = [
      + ", ".join(f"h{number}" for number in range(20)) + " and 2 more\n", False),
     (b"BaseDTC;FTB;Text\nP0123;t\n", "--strict " + IO, 1,
      "xls2tki: Row [1] defines 2 columns. Header defines 3\nValues:\nP0123\nt\n" + HELP % ROW % (2, "in.csv", 2), "", False),
+    (sheet({"A1": "DTC", "B1": "Text", "C1": "Since", "A2": ('s="1"', "<v>45597</v>"), "B2": "x", "C2": ('s="2"', "<v>0.5</v>"), "A3": ("", "<v>7</v>"),
+            "B3": ('t="str"', "<f>A1</f>"), "C3": ('s="3"', "<v>5</v>"), "A4": ("", "<f>B1</f><v></v>"), "B4": "y", "A7": ("", "<v>8</v>")},
+           '<numFmts><numFmt numFmtId="164" formatCode="[$-407]hh:mm"/><numFmt numFmtId="165" formatCode="0 &quot;days&quot;"/></numFmts>'
+           '<cellXfs><xf/><xf numFmtId="14"/><xf numFmtId="164"/><xf numFmtId="165"/></cellXfs>'), "-x --check in.csv", 1,
+     "in.csv: A4: error: The cell holds a formula without a saved result, which is read as an empty cell; the number becomes 0. "
+     "Open the workbook in Excel and save it. [number-empty]\n"
+     "in.csv: A7: error: The table ends with row 4, because row 5 has no text and no number in its first cells: the row of A7 \"8\" is not read. "
+     "If this belongs to the table, delete the empty rows between. [row-lost]\n"
+     'in.csv: A2: error: The cell holds a date or a time, but is read as "45597". Format the cell as text and enter it again. [value-rounded]\n'
+     'in.csv: C2: error: The cell holds a date or a time, but is read as "0.5". Format the cell as text and enter it again. [value-rounded]\n'
+     "in.csv: B3: error: The cell holds a formula without a saved result, but is read as empty. Open the workbook in Excel and save it. "
+     "[value-rounded]\nin.csv: B3: warning: The DTC has no description. Fill it in. [description-empty]\n"
+     "5 errors, 1 warning in 3 rows\nxls2tki: --check: 5 errors, 1 warning.\n",
+     "in.csv: 3 DTCs, decimal numbers, 0x0000 to 0xB21D, 1 item: Since\n", False),
 ]
 
 

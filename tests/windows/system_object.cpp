@@ -18,8 +18,11 @@ SAFEARRAY* MakeSafeArray(const VariantArray& array) {
     if (made == nullptr) throw std::bad_alloc();
     auto* element = static_cast<VARIANT*>(made->pvData);
     for (std::int32_t column = 1; column <= columns; ++column) {
-        for (std::int32_t row = 1; row <= rows; ++row)
-            ToSystem(Variant::Of(array.At(row, column)), *element++);
+        for (std::int32_t row = 1; row <= rows; ++row, ++element) {
+            const VariantElement value = array.At(row, column);
+            ToSystem(Variant::Of(value), *element);
+            if (value.type == VariantType::Date) element->vt = VT_DATE;  // also a double
+        }
     }
     return made.release();
 }

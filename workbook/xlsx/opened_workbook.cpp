@@ -96,6 +96,11 @@ const SharedStrings& OpenedWorkbook::SharedStrings() {
     return *sharedStrings_;
 }
 
+const NXlsx::NumberFormats& OpenedWorkbook::NumberFormats() {
+    if (!numberFormats_) numberFormats_.emplace(package, FindPart(contents.relationships, "styles"));
+    return *numberFormats_;
+}
+
 void OpenedWorkbook::ReadWorksheet(const WorkbookContents::Sheet& sheet, XmlReader& reader) {
     if (sheet.part.empty()) {
         throw package.PartError(contents.part,

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "workbook/xlsx/number_formats.h"
 #include "workbook/xlsx/package.h"
 #include "workbook/xlsx/relationships.h"
 #include "workbook/xlsx/shared_strings.h"
@@ -43,6 +44,8 @@ class OpenedWorkbook {
 
     // Reads them when they are first asked for. Throws WorkbookError.
     const NXlsx::SharedStrings& SharedStrings();
+    // The same.
+    const NXlsx::NumberFormats& NumberFormats();
     // Throws WorkbookError.
     void ReadWorksheet(const WorkbookContents::Sheet& sheet, XmlReader& reader);
 
@@ -53,6 +56,7 @@ class OpenedWorkbook {
 
   private:
     std::optional<NXlsx::SharedStrings> sharedStrings_;
+    std::optional<NXlsx::NumberFormats> numberFormats_;
 };
 
 }  // namespace NWorkbook::NXlsx

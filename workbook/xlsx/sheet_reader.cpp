@@ -68,6 +68,7 @@ class SheetReader : public XmlReader {
     SheetReader(OpenedWorkbook& workbook, CellTable& cells)
         : workbook_(workbook),
           sharedStrings_(workbook.SharedStrings()),
+          numberFormats_(workbook.NumberFormats()),
           cells_(cells),
           text_(*workbook.texts, workbook.budget),
           unitsLeft_(MostUnits(workbook.package)) {}
@@ -129,14 +130,17 @@ class SheetReader : public XmlReader {
 
     bool StartCell(const XmlElement& element) {
         const char* name = nullptr;
+        const char* style = "";
         type_ = ValueType::Number;
         for (const char* const* next = element.attributes; *next != nullptr; next += 2) {
             if (std::strcmp(next[0], "r") == 0) name = next[1];
             if (std::strcmp(next[0], "t") == 0) type_ = TypeOf(next[1]);
+            if (std::strcmp(next[0], "s") == 0) style = next[1];
         }
         PlaceCell(name);
         if (type_ == ValueType::Unknown) FailCell(u"is of an unknown type");
-        hasValue_ = hasOwnText_ = false;
+        hasValue_ = hasOwnText_ = hasFormula_ = false;
+        showsDate_ = type_ == ValueType::Date || numberFormats_.ShowsDate(ParseIndex(style).value_or(0));
         value_.Clear();
         return true;
     }
@@ -155,6 +159,7 @@ class SheetReader : public XmlReader {
 
     // Of several values the first one counts, and a text of the cell's own more than a value beside it.
     bool StartValue(const XmlElement& element) {
+        hasFormula_ = hasFormula_ || element.name == "f";
         const bool isOwnText = type_ == ValueType::InlineText && element.name == "is" && !hasOwnText_;
         if (!isOwnText && (hasValue_ || element.name != "v")) return false;
         if (isOwnText) text_.Discard();
@@ -178,16 +183,22 @@ class SheetReader : public XmlReader {
     }
 
     void EndCell() {
-        if (!hasValue_) return;
+        if (!hasValue_ && !hasFormula_) return;
         Cell cell{place_.row, place_.column, CellType::Nothing, {}};
-        if (type_ == ValueType::Text || type_ == ValueType::InlineText) {
+        if (hasValue_ && (type_ == ValueType::Text || type_ == ValueType::InlineText)) {
             SetText(cell, text_.Close());
         } else if (const std::string_view text = value_.Trimmed(); !text.empty()) {
             SetValue(cell, text);
         }
-        if (cell.type == CellType::Nothing) return;
+        if (cell.type == CellType::Nothing && !hasFormula_) return;
         Spend(workbook_.budget.cells, 1, u"the workbook has too many cells");
+        if (cell.type == CellType::Nothing) {
+            return cells_.Note({place_.row, place_.column, CellNote::UnsavedFormula});
+        }
         cells_.Add(cell);
+        if (showsDate_ && cell.type == CellType::Number) {
+            cells_.Note({place_.row, place_.column, CellNote::ShowsDate});
+        }
     }
 
     void SetValue(Cell& cell, std::string_view text) {
@@ -238,6 +249,7 @@ class SheetReader : public XmlReader {
 
     OpenedWorkbook& workbook_;
     const SharedStrings& sharedStrings_;
+    const NumberFormats& numberFormats_;
     CellTable& cells_;
     TextBuilder text_;
     ValueText value_;
@@ -247,6 +259,8 @@ class SheetReader : public XmlReader {
     ValueType type_ = ValueType::Number;
     bool hasValue_ = false;
     bool hasOwnText_ = false;
+    bool hasFormula_ = false;
+    bool showsDate_ = false;
     bool takesValue_ = false;
     bool takesText_ = false;
 };
