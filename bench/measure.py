@@ -8,18 +8,19 @@ the rounds. The slowest programs take part in some rounds only."""
 import argparse
 
 import csv_tables
+import older_workbooks
 import workbooks
 from runs import FOLDER, Measurement, report
 
 
 # What is measured, by the option that chooses it alone.
-CONTESTS = {"csv": csv_tables, "workbooks": workbooks}
+CONTESTS = {"csv": csv_tables, "workbooks": workbooks, "xls": older_workbooks}
 
 
 def sizes(options, contest):
     if options.rows:
         return sorted(options.rows)
-    usual = [rows for rows in (10_000, 100_000, 1_000_000) if rows <= contest.GOAL_ROWS]
+    usual = [rows for rows in (10_000, 100_000, 1_000_000) if rows < contest.GOAL_ROWS] + [contest.GOAL_ROWS]
     return usual[:2] if options.quick else usual
 
 

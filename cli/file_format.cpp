@@ -57,7 +57,7 @@ FileFormat FormatOfCompound(std::FILE* file, std::string_view header) {
     }
     const std::string directory = ReadPiece(file);
     return Holds(directory, "W\0o\0r\0k\0b\0o\0o\0k\0\0\0"sv) || Holds(directory, "B\0o\0o\0k\0\0\0"sv)
-               ? FileFormat::OlderWorkbook
+               ? FileFormat::Workbook
                : FileFormat::Unknown;
 }
 

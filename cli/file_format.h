@@ -10,8 +10,7 @@ enum class FileFormat {
     Empty,
     Text,            // that nothing below begins like
     Markup,          // an HTML page, or a spreadsheet in XML
-    Workbook,        // .xlsx, .xlsm
-    OlderWorkbook,   // .xls
+    Workbook,        // .xlsx, .xlsm, .xls
     BinaryWorkbook,  // .xlsb
     OpenDocument,    // .ods
     Numbers,         // or another document of the programs it comes with

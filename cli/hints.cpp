@@ -55,8 +55,6 @@ std::string HintAtOpening(const fs::path& input) {
 // For what no option makes a table of.
 std::string HintAtOtherFormat(const std::string& name, FileFormat format) {
     switch (format) {
-        case FileFormat::OlderWorkbook:
-            return name + " is a workbook of the older kind (.xls). Save it as .xlsx.";
         case FileFormat::BinaryWorkbook:
             return name + " is a binary workbook (.xlsb). Save it as .xlsx.";
         case FileFormat::OpenDocument:
@@ -93,8 +91,7 @@ std::string HintAtFormat(const Options& options, const fs::path& input, std::str
     if (format == FileFormat::Text && HasSeparator(options, input)) {
         return name + " is text with separators. Give --csv.";
     }
-    const bool isExcels = format == FileFormat::OlderWorkbook || Holds(message, "Save it as .xlsx.");
-    return isExcels ? std::string() : HintAtOtherFormat(name, format);
+    return Holds(message, "Save it as .xlsx.") ? std::string() : HintAtOtherFormat(name, format);
 }
 
 std::string HintAtSeparator(const Options& options, std::FILE* text) {

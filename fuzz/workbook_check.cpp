@@ -19,6 +19,11 @@ bool IsInPlace(const Cell& cell) {
     return cell.row >= 1 && cell.row <= kLastRow && cell.column >= 1 && cell.column <= kLastColumn;
 }
 
+bool IsInPlace(const CellBlock& block) {
+    return block.firstRow >= 1 && block.firstRow <= block.lastRow && block.lastRow <= kLastRow &&
+           block.firstColumn >= 1 && block.firstColumn <= block.lastColumn && block.lastColumn <= kLastColumn;
+}
+
 bool IsBefore(const Cell& one, const Cell& other) {
     return one.row != other.row ? one.row < other.row : one.column < other.column;
 }
@@ -76,6 +81,10 @@ void CheckAll(Workbook& workbook) {
     for (const auto& worksheet : workbook.worksheets) {
         CheckCells(worksheet->Cells());
         count += static_cast<std::size_t>(worksheet->Cells().End() - worksheet->Cells().Begin());
+    }
+    for (const DefinedName& name : workbook.readDefinedNames()) {
+        Require(name.worksheet < workbook.worksheets.size(), "a name's worksheet is one of the workbook's");
+        Require(IsInPlace(name.block), "a name's block lies on the worksheet");
     }
     constexpr std::size_t kFew = 1000;
     workbook.isOwn = true;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/format.h"
 #include "workbook/error.h"
+#include "workbook/part_fault.h"
 #include "workbook/range_address.h"
 
 namespace NWorkbook {
@@ -51,6 +53,13 @@ void RefuseWorksheetName(std::u16string_view name) {
             RefuseName(name, u"a name holds none of : \\ / ? * [ ] and no control character.");
         }
     }
+}
+
+void RefuseLongWorksheetName(std::u16string_view name) {
+    if (name.size() <= kMostUnitsOfWorksheetName) return;
+    throw PartFault{Fault::Damaged, u"the name of worksheet '" +
+                                        std::u16string(NPlatform::Cut(name, kMostUnitsOfWorksheetName)) +
+                                        u"...' has more than 31 characters"};
 }
 
 bool IsSameWorksheetName(std::u16string_view one, std::u16string_view other) {

@@ -21,6 +21,9 @@ void RefuseStrangeNumber(double number, std::uint32_t row, std::uint16_t column)
 // begins nor ends with an apostrophe.
 void RefuseWorksheetName(std::u16string_view name);
 
+// Throws PartFault for the name of a worksheet in a file that is longer than that.
+void RefuseLongWorksheetName(std::u16string_view name);
+
 // Whether two worksheets of one workbook may not have these names: they are equal, or differ in the case of
 // Latin, Greek or Cyrillic letters only.
 bool IsSameWorksheetName(std::u16string_view one, std::u16string_view other);

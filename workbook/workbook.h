@@ -17,6 +17,9 @@ namespace NWorkbook {
 // As many as automation can count: indexes of worksheets have 16 bits.
 inline constexpr std::size_t kMostWorksheets = 32'767;
 
+// So many of them are read: a workbook of more is refused.
+inline constexpr std::size_t kMostDefinedNames = 65'536;
+
 class Worksheet {
   public:
     using Read = std::function<void(CellTable& cells)>;

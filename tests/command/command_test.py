@@ -77,7 +77,9 @@ def name_worksheets(*names):
 def encrypt():
     """What a workbook with a password looks like from outside."""
     name = "EncryptedPackage".encode("utf-16-le")
-    return b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(640, b"\0") + name.ljust(64, b"\0") + b"\x22\0\2".ljust(320, b"\0")
+    header = b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1".ljust(30, b"\0") + b"\x09".ljust(46, b"\0")
+    root = b"\1".rjust(77, b"\0").ljust(128, b"\0")
+    return header.ljust(512, b"\xff") + root + name.ljust(64, b"\0") + b"\x22\0\2".ljust(320, b"\0")
 
 
 CONTROLS = name_worksheets("a_x0000_b&#10;c_x001B_[1m&#x7F;", "&#x9F;&#x2028;&#x202E;&#x2066;&#x2069;&#x61C;&#x200B;&#xFEFF;&#xE0041;|&#xA0;&#x202F;")

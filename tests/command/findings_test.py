@@ -85,7 +85,7 @@ FORMATS = [
     ("in.csv", WORKBOOK, '"in.csv" is a workbook. Give --excel.'),
     ("in.dat", WORKBOOK, '"in.dat" is a workbook. Give --excel.'),
     ("-", WORKBOOK, "Standard input is a workbook. Save it as a file, for --excel."),
-    ("in.csv", OLDER, '"in.csv" is a workbook of the older kind (.xls). Save it as .xlsx.'),
+    ("in.csv", OLDER, '"in.csv" is a workbook. Give --excel.'),
     ("in.ods", OPEN_DOCUMENT, '"in.ods" is an OpenDocument spreadsheet (.ods). Save it as .xlsx.'),
     ("in.txt", zipped("xl/workbook.bin"), '"in.txt" is a binary workbook (.xlsb). Save it as .xlsx.'),
     ("in.numbers", zipped("Index/Document.iwa"), '"in.numbers" is a document of Numbers or one of its sister programs. '

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Usage: properties_test.py COMMAND ODBC_DRIVER
-Random tables, the same in every run, written by Python's csv and by its zip archives: the documents, read back by
+Random tables, the same in every run, written by Python's csv, its zip archives and xlwt: the documents, read back by
 expat, have the cells of the tables and the numbers that the codes stand for, whatever the cells hold, and are the same
 for every kind of input. Run it by hand with a number behind the others for that many tables."""
 
@@ -17,6 +17,8 @@ import zipfile
 from pathlib import Path
 from xml.etree import ElementTree
 from xml.sax.saxutils import escape
+
+import xlwt
 
 COMMAND, ODBC_DRIVER = map(os.path.abspath, sys.argv[1:3])
 TABLES = int(sys.argv[3]) if len(sys.argv) > 3 else 60
@@ -100,11 +102,15 @@ def write_csv(rows, separator, encoding):
     Path("in.csv").write_bytes(table.getvalue().encode(encoding))
 
 
-def workbook_cell(text):
+def may_be_number(text):
     """A whole number that every source writes alike is now and then a number in the workbook."""
+    return re.fullmatch("0|[1-9][0-9]{0,5}", text) and random.choice([True, False])
+
+
+def workbook_cell(text):
     if not text:
         return "<c/>"
-    if re.fullmatch("0|[1-9][0-9]{0,5}", text) and random.choice([True, False]):
+    if may_be_number(text):
         return f"<c><v>{text}</v></c>"
     escaped = escape(text, {"\r": "&#13;"})
     return f'<c t="inlineStr"><is><t xml:space="preserve">{escaped}</t></is></c>'
@@ -118,6 +124,16 @@ def write_workbook(rows):
                        "</sheets></workbook>")
         parts.writestr("s.xml", f"<worksheet {MAIN}><sheetData>" + "".join(
             "<row>" + "".join(map(workbook_cell, row)) + "</row>" for row in rows) + "</sheetData></worksheet>")
+
+
+def write_older_workbook(rows):
+    workbook = xlwt.Workbook()
+    sheet = workbook.add_sheet("DTC")
+    for place, row in enumerate(rows):
+        for column, text in enumerate(row):
+            if text:
+                sheet.write(place, column, int(text) if may_be_number(text) else text)
+    workbook.save("in.xls")
 
 
 def convert(*arguments):
@@ -173,9 +189,12 @@ def test_table(number):
     if characters is FORBIDDEN:
         return
     check(number, rows, "XML", each_text(items, dtcs, in_xml), read_xml(document))
-    write_workbook([[cell.replace("\r\n", "\n") for cell in row] for row in rows])
+    rows = [[cell.replace("\r\n", "\n") for cell in row] for row in rows]
+    write_workbook(rows)
+    write_older_workbook(rows)
     for kind in "-x", "-o":
-        check(number, rows, kind, document, convert(kind, "in.xlsx"))
+        for name in "in.xlsx", "in.xls":
+            check(number, rows, f"{kind} {name}", document, convert(kind, name))
 
 
 with tempfile.TemporaryDirectory() as folder:

@@ -259,6 +259,8 @@ const Kind kCsv = {"Csv", XLS2TKI_CSV, "powertrain.csv"};
 const Kind kUtf8 = {"Utf8", XLS2TKI_CSV, "j1939.csv", true};
 const Kind kExcel = {"Excel", XLS2TKI_EXCEL, "powertrain.xlsx"};
 const Kind kOdbc = {"Odbc", XLS2TKI_ODBC, "powertrain.xlsx"};
+const Kind kXls = {"Xls", XLS2TKI_EXCEL, "powertrain.xls"};
+const Kind kXlsOdbc = {"XlsOdbc", XLS2TKI_ODBC, "powertrain.xls"};
 
 // One for all tests: the driver manager looks for its configuration once.
 const NTest::DriverManager driverManager;
@@ -401,7 +403,7 @@ TEST_P(Faults, OfWritingAreForTheHostToSee) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, Faults, testing::Values(kCsv, kUtf8, kExcel, kOdbc),
+INSTANTIATE_TEST_SUITE_P(Kinds, Faults, testing::Values(kCsv, kUtf8, kExcel, kOdbc, kXls, kXlsOdbc),
                          testing::PrintToStringParamName());
 
 // The command in a process of its own, in a folder where it finds a table. The exit status also tells whether

@@ -13,7 +13,8 @@ target_sources(rooms_test PRIVATE
     odbc_test.cpp
     tables_test.cpp
     workbook_application_test.cpp
-    workbook_test.cpp)
+    workbook_test.cpp
+    xls_test.cpp)
 target_link_libraries(rooms_test PRIVATE xls2tki_workbook)
 target_compile_definitions(rooms_test PRIVATE
     XLS2TKI_TEST_ODBC_DRIVER="${SQLITE_ODBC_DRIVER}"

@@ -8,9 +8,6 @@
 
 namespace NWorkbook::NXlsx {
 
-// So many of them are read: a workbook of more is refused.
-inline constexpr std::size_t kMostDefinedNames = 65'536;
-
 // As Workbook::readDefinedNames promises. Throws WorkbookError.
 std::vector<DefinedName> ReadDefinedNames(OpenedWorkbook& workbook);
 

@@ -44,7 +44,7 @@ class ContentsReader : public XmlReader {
         if (name == nullptr) throw PartFault{Fault::Damaged, u"a worksheet has no name"};
         std::u16string text = ToUtf16(name);
         text.resize(DecodeEscapes(text.data(), text.size()));
-        RefuseLongName(text);
+        RefuseLongWorksheetName(text);
         if (contents_.worksheets.size() == kMostWorksheets) {
             throw PartFault{Fault::TooLarge, u"there are too many worksheets"};
         }
@@ -59,13 +59,6 @@ class ContentsReader : public XmlReader {
         if (reference == nullptr) return nullptr;
         const auto found = contents_.relationships.find(std::string_view(reference));
         return found == contents_.relationships.end() ? nullptr : &found->second;
-    }
-
-    static void RefuseLongName(std::u16string_view name) {
-        if (name.size() <= kMostUnitsOfWorksheetName) return;
-        throw PartFault{Fault::Damaged, u"the name of worksheet '" +
-                                            std::u16string(NPlatform::Cut(name, kMostUnitsOfWorksheetName)) +
-                                            u"...' has more than 31 characters"};
     }
 
     WorkbookContents& contents_;

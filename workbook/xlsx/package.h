@@ -34,8 +34,7 @@ class Package {
     // Names are compared as PartKey says; no two parts have the same.
     [[nodiscard]] bool Has(std::string_view part) const;
 
-    // How much of all parts may be read.
-    [[nodiscard]] std::uint64_t MostInflatedBytes() const { return mostInflated_; }
+    [[nodiscard]] std::uint64_t BytesOfFile() const { return file_->Size(); }
 
     // To be called with the number of elements and pieces of text that were read. False: there are too many.
     bool CountPieces(std::uint64_t count) {

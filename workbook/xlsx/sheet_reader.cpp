@@ -71,7 +71,7 @@ class SheetReader : public XmlReader {
           numberFormats_(workbook.NumberFormats()),
           cells_(cells),
           text_(*workbook.texts, workbook.budget),
-          unitsLeft_(MostUnits(workbook.package)) {}
+          unitsLeft_(MostUnitsOfWorksheet(workbook.package.BytesOfFile())) {}
 
     bool Start(const XmlElement& element) override {
         RefuseInValue();
@@ -110,10 +110,6 @@ class SheetReader : public XmlReader {
 
   private:
     enum Depth { Root = 1, SheetData, Row, CellElement, Value };
-
-    static std::size_t MostUnits(const Package& package) {
-        return std::min<std::uint64_t>(kMostUnitsOfWorksheet, package.MostInflatedBytes() / sizeof(char16_t));
-    }
 
     bool StartRow(const XmlElement& element) {
         const char* const number = element.Find("r");

@@ -6,10 +6,6 @@
 
 namespace NWorkbook::NXlsx {
 
-// The texts of one worksheet's cells, where shared ones count once for each cell: a small file can name very
-// many. They may take as many bytes as the parts, if that is less.
-inline constexpr std::size_t kMostUnitsOfWorksheet = std::size_t{1} << 29;
-
 // Takes the values that the file holds: of formulas the results that were kept, dates as numbers. Where a
 // cell or row does not say where it is, it follows the one before. Cells without a value are left out; a text
 // that is empty, also as the result of a formula, is a text. Throws WorkbookError.
