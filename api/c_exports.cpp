@@ -58,18 +58,6 @@ void KeepThrownText() {
     }
 }
 
-// Keeps why an operation ended with an exception, which is being handled.
-void KeepFailure(NXls2Tki::Outcome& outcome) noexcept {
-    try {
-        KeepThrownText();
-        outcome.failure = XLS2TKI_EXCEL_FAILED;
-        outcome.thrownReason = thrownText.c_str();
-    } catch (...) {
-        outcome.failure = XLS2TKI_OUT_OF_MEMORY;
-        outcome.thrownReason = noMemory.c_str();
-    }
-}
-
 // Runs an operation. False also where it throws.
 template <typename Operation>
 bool Run(Operation operation) noexcept {
@@ -103,6 +91,12 @@ Xls2TkiConversion WithAllMembers(const Xls2TkiConversion* conversion) {
     return whole;
 }
 
+VCSVReader::VLogObject::Listener ListenerOf(const Xls2TkiConversion& conversion) {
+    if (conversion.onMessage == nullptr) return {};
+    return [onMessage = conversion.onMessage, context = conversion.messageContext](
+               std::u16string_view message) { onMessage(context, Wide(message).c_str()); };
+}
+
 bool Convert(const Xls2TkiConversion& conversion) {
     const WideString variant = Wide(NXls2Tki::kDefaultVariant);
     const WideString instance = Wide(NXls2Tki::kDefaultDiagnosticInstance);
@@ -113,7 +107,7 @@ bool Convert(const Xls2TkiConversion& conversion) {
         SetOf(conversion.secondNames), SetOf(conversion.thirdNames),
         conversion.variant == nullptr ? variant.c_str() : conversion.variant,
         conversion.diagnosticInstance == nullptr ? instance.c_str() : conversion.diagnosticInstance,
-        conversion.utf8, conversion.findings);
+        conversion.utf8, conversion.findings, ListenerOf(conversion));
 }
 
 void KeepHeaders(const std::vector<std::u16string>& headers) {
@@ -124,6 +118,17 @@ void KeepHeaders(const std::vector<std::u16string>& headers) {
 }
 
 }  // namespace
+
+void NXls2Tki::KeepFailure(Outcome& outcome) noexcept {
+    try {
+        KeepThrownText();
+        outcome.failure = XLS2TKI_EXCEL_FAILED;
+        outcome.thrownReason = thrownText.c_str();
+    } catch (...) {
+        outcome.failure = XLS2TKI_OUT_OF_MEMORY;
+        outcome.thrownReason = noMemory.c_str();
+    }
+}
 
 bool xls2tki_init_ole(bool silent) {
     return Run([silent] { return NXls2Tki::XlsInitOle(silent); });

@@ -172,7 +172,7 @@ bool Run(const ConversionRequest& request, VLogObject& log, Outcome& outcome) {
 }  // namespace
 
 bool Convert(const ConversionRequest& request, Outcome& outcome) {
-    VLogObject log(request.forwardMessages);
+    VLogObject log(request.forwardMessages, request.listener);
     LogUser(log);
     try {
         return Run(request, log, outcome);

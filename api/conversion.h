@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "api/outcome.h"
+#include "log/log_object.h"
 
 namespace NXls2Tki {
 
@@ -29,7 +30,8 @@ struct ConversionRequest {
     std::u16string_view variant;
     std::u16string_view diagnosticInstance;
     bool utf8;
-    bool findings;  // look for what is wrong with the table
+    bool findings;                              // look for what is wrong with the table
+    VCSVReader::VLogObject::Listener listener;  // receives each progress message, if there is one
 };
 
 // Fills in the empty outcome: the facts, the findings if requested, and as its message text the last progress

@@ -53,7 +53,8 @@ bool ConvertForHost(const WideChar* inputPath, const WideChar* worksheetName, co
                     VImportType importType, bool forwardMessages, WideChar separator,
                     const WideStringSet& vsgNames, const WideStringSet& secondNames,
                     const WideStringSet& thirdNames, const WideChar* variant,
-                    const WideChar* diagnosticInstance, bool utf8, bool findings) {
+                    const WideChar* diagnosticInstance, bool utf8, bool findings,
+                    const VCSVReader::VLogObject::Listener& listener) {
     EmptyLastOutcome();
     const NPlatform::ModuleState moduleState;
     const std::u16string input = Inside(inputPath);
@@ -66,7 +67,7 @@ bool ConvertForHost(const WideChar* inputPath, const WideChar* worksheetName, co
     std::set<std::u16string> third;
     return Convert({input, worksheet, output, importType, forwardMessages, static_cast<char16_t>(separator),
                     Inside(vsgNames, vsg), Inside(secondNames, second), Inside(thirdNames, third),
-                    variantName, instanceName, utf8, findings},
+                    variantName, instanceName, utf8, findings, listener},
                    lastOutcome);
 }
 
@@ -76,7 +77,7 @@ bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* worksheetName, co
                     const WideStringSet& thirdNames, const WideChar* variant,
                     const WideChar* diagnosticInstance, bool utf8) {
     return ConvertForHost(inputPath, worksheetName, outputPath, importType, forwardMessages, separator,
-                          vsgNames, secondNames, thirdNames, variant, diagnosticInstance, utf8, false);
+                          vsgNames, secondNames, thirdNames, variant, diagnosticInstance, utf8, false, {});
 }
 
 bool Xls2TkiConvert(const WideChar* inputPath, const WideChar* outputPath, VImportType importType,

@@ -27,4 +27,7 @@ Outcome& LastOutcome() noexcept;
 // The first step of each operation that converts, before anything can fail.
 inline void EmptyLastOutcome() noexcept { LastOutcome() = {}; }
 
+// Keeps in the outcome why an operation ended with an exception, which is being handled.
+void KeepFailure(Outcome& outcome) noexcept;
+
 }  // namespace NXls2Tki

@@ -54,6 +54,10 @@ enum {
     XLS2TKI_CSV = 2    /* the library itself */
 };
 
+/* Receives one progress message, which is valid during the call; `context` is messageContext. It must not
+ * call the library, nor end the conversion by an exception or a jump. */
+typedef void (*Xls2TkiMessageFunction)(void* context, const Xls2TkiChar* message);
+
 /* One conversion. Set unused members to zero. Each is the parameter of the same name in xls2tki.h, but a null
  * variant or diagnosticInstance has the default of the short forms there. */
 typedef struct {
@@ -71,6 +75,10 @@ typedef struct {
     const Xls2TkiChar* variant;            /* null: "COMMON_DIAGNOSTICS"; empty: none is written */
     const Xls2TkiChar* diagnosticInstance; /* null: "Emission_Related_Trouble_Codes"; empty: none */
     bool findings; /* look for what is wrong with the table, see xls2tki_finding; the document is the same */
+    /* Called for each progress message, whether or not it is forwarded to the logging library. Among them is
+     * what Excel said where it failed. Null: none. */
+    Xls2TkiMessageFunction onMessage;
+    void* messageContext;
 } Xls2TkiConversion;
 
 /* The numbers in the first columns of a table, from its first two headers. */

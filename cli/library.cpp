@@ -53,7 +53,9 @@ bool CallConversion(const Options& options, const fs::path& input, const fs::pat
         .thirdNames = {},
         .variant = options.variant.c_str(),
         .diagnosticInstance = options.diagnosticInstance.c_str(),
-        .findings = options.findings};
+        .findings = options.findings,
+        .onMessage = nullptr,
+        .messageContext = nullptr};
     return xls2tki_convert(&conversion);
 }
 

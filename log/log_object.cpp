@@ -58,6 +58,7 @@ void VLogObject::LogMessage(std::u16string_view message) {
     lastLine_ = Stamp();
     lastLine_.append(message);
     lastLine_.push_back(u'\n');
+    if (listener_) listener_(message);
     if (forward_) Forward(message);
 }
 

@@ -1,8 +1,10 @@
 // The log object of one operation.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace VCSVReader {
 
@@ -14,7 +16,11 @@ namespace VCSVReader {
 // groups of the host's other modules are left to those: this library never logs under them.
 class VLogObject {
   public:
-    explicit VLogObject(bool forward) : forward_(forward) {}
+    // Receives each bare message.
+    using Listener = std::function<void(std::u16string_view message)>;
+
+    explicit VLogObject(bool forward, Listener listener = {})
+        : forward_(forward), listener_(std::move(listener)) {}
     virtual ~VLogObject() = default;
     VLogObject(const VLogObject&) = delete;
     VLogObject& operator=(const VLogObject&) = delete;
@@ -30,6 +36,7 @@ class VLogObject {
 
   private:
     bool forward_;
+    Listener listener_;
     std::u16string lastLine_;
 };
 

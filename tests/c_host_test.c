@@ -49,17 +49,32 @@ static bool FileHas(const char* folder, const char* name, const char* fragment) 
     return strstr(content, fragment) != NULL;
 }
 
+static bool parsed = false;
+
+static void TakeMessage(void* context, const Xls2TkiChar* message) {
+    ++*(int*)context;
+    parsed = parsed || IsText(message, "Parsing CSV file ... done");
+}
+
 static void Convert(const char* data, const char* folder) {
     const Xls2TkiChar* const vsg[] = {TEXT16("Occurrence"), NULL};
     Xls2TkiChar input[4096];
     Xls2TkiChar output[4096];
+    int messages = 0;
     Xls2TkiConversion conversion = {.size = sizeof conversion,
                                     .inputPath = Wide(data, "example.csv", input),
                                     .outputPath = Wide(folder, "c_host.xml", output),
                                     .importType = XLS2TKI_CSV,
                                     .separator = ';',
-                                    .vsgNames = {vsg, 2}};
+                                    .vsgNames = {vsg, 2},
+                                    .onMessage = TakeMessage,
+                                    .messageContext = &messages};
     EXPECT(xls2tki_convert(&conversion));
+    EXPECT(messages > 5 && parsed);
+    conversion.size = offsetof(Xls2TkiConversion, onMessage);
+    messages = 0;
+    EXPECT(xls2tki_convert(&conversion) && messages == 0);
+    conversion.size = sizeof conversion;
     EXPECT(FileHas(folder, "c_host.xml", "diaginstance=\"Emission_Related_Trouble_Codes\""));
     EXPECT(FileHas(folder, "c_host.xml", "variant=\"COMMON_DIAGNOSTICS\""));
     EXPECT(FileHas(folder, "c_host.xml", "type=\"VSG\" >Occurrence<"));

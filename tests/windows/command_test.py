@@ -1,18 +1,20 @@
 #!/usr/bin/python3
-"""Usage: command_test.py COMMAND LOADING_HOST LINUX_BUILD
+"""Usage: command_test.py COMMAND LOADING_HOST LINUX_BUILD OTHER_COMPILER
 Runs the command in Wine, as users of Windows do, above all with what is another process or another library there. What
 does not depend on the system is tested on Linux. Of the build for Linux it takes the command, to compare documents
 with, the Excel that answers in a process of its own, and the ODBC driver, to which Wine's driver manager hands on. Also
-runs the host that loads the library again and again, which needs the Excel, too."""
+runs the host that loads the library again and again, and the one that another compiler built: both need the Excel."""
 
 import contextlib
 import functools
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 import time
+import zipfile
 from pathlib import Path
 
 sys.path.append(str(Path(__file__).resolve().parents[1] / "command"))
@@ -20,6 +22,7 @@ from checks import DOCUMENT, EXAMPLES, HINT, J1939, NAMES, OLD, SOURCES, WORKBOO
 
 COMMAND, LOADING_HOST = sys.argv[1:3]
 LINUX_BUILD = Path(sys.argv[3]).resolve()
+OTHER_COMPILER = Path(sys.argv[4]).resolve()
 # There Wine can keep a file hidden, which it cannot in every folder for temporary files.
 tempfile.tempdir = str(LINUX_BUILD.parent)
 LINUX_COMMAND = LINUX_BUILD / "bin/xls2tki"
@@ -250,6 +253,40 @@ def test_loading_again_and_again():
     register_excel("14", "")
     status, output, _ = run("wine", LOADING_HOST)
     check("loading", (0, b""), (status, output if status else b""))
+    await_servers()
+
+
+def make_workbook(path, sheets):
+    names = [f"Sheet {number}" + "x" * (number % 20) for number in range(sheets)]
+    office, package = "http://schemas.openxmlformats.org/officeDocument/2006/relationships", "http://schemas.openxmlformats.org/package/2006"
+    main = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
+    with zipfile.ZipFile(path, "w") as file:
+        file.writestr("_rels/.rels", f'<Relationships xmlns="{package}/relationships"><Relationship Id="r" Type="{office}/officeDocument" Target="xl/workbook.xml"/></Relationships>')
+        file.writestr("xl/workbook.xml", f'<workbook xmlns="{main}" xmlns:r="{office}"><sheets>'
+                      + "".join(f'<sheet name="{name}" sheetId="{index + 1}" r:id="r{index}"/>' for index, name in enumerate(names)) + "</sheets></workbook>")
+        file.writestr("xl/_rels/workbook.xml.rels", f'<Relationships xmlns="{package}/relationships">'
+                      + "".join(f'<Relationship Id="r{index}" Type="{office}/worksheet" Target="sheet.xml"/>' for index in range(sheets)) + "</Relationships>")
+        file.writestr("xl/sheet.xml", f'<worksheet xmlns="{main}"><sheetData/></worksheet>')
+
+
+def test_other_compiler():
+    """Which sets and lists the host makes is in its source."""
+    register_excel("14", "")
+    columns = ["%04d" % number + "x" * (number % 97) for number in range(1, 1000)]
+    counts = [1, 127, 128, 1000]
+    with folder(TABLE):
+        for library in OTHER_COMPILER / "ZoLogging.dll", Path(COMMAND).with_name("xls2tki.dll"), OTHER_COMPILER / "host.exe":
+            shutil.copy(library, ".")
+        Path("set.csv").write_text(";".join(["DTC", "Text", *columns]) + "\nP0123;t" + ";v" * len(columns))
+        for count in counts:
+            make_workbook(f"{count}.xlsx", count)
+        workbooks = [f"Z:{os.getcwd()}/{count}.xlsx".replace("/", "\\") for count in counts]
+        check("host of another compiler", (0, b"", b""), run("wine", "host.exe", *workbooks))
+        check("sets", [0, 0, 6, 7, 999] * 3 + [0, 2, 2],
+              [Path(f"{name}.xml").read_bytes().count(b'type="VSG"') for name in
+               [f"{shape}_{size}" for shape in range(3) for size in range(5)] + ["short", "two", "three"]])
+        messages = Path("log.txt").read_bytes().decode("utf-16-le").splitlines()
+        check("messages", (True, "28Writing to file completed."), (all(line.startswith("28") for line in messages), messages[-1]))
     await_servers()
 
 

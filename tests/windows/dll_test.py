@@ -32,6 +32,10 @@ def check_exports(details):
     decorated = re.findall(r"^\s*\[ *\d+\] (\w+)$", details[details.index("[Ordinal/Name Pointer] Table"):], re.MULTILINE)
     plain = run(TOOLS + "c++filt", input="\n".join(decorated)).split("\n")
     exported = collections.Counter(re.sub(r"\(.*|.*::(?=\w+\()", "", name) for name in plain if name)
+    # Under the names of Microsoft's compiler, too.
+    others = re.findall(r"^\s*\[ *\d+\] \?(\w+)@NXls2Tki@@", details, re.MULTILINE)
+    functions = {name: count for name, count in declared().items() if not name.startswith("xls2tki_")}
+    assert collections.Counter(others) == functions, others
     assert exported == declared(), f"exported: {exported}, declared: {declared()}"
 
 

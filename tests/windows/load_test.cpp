@@ -70,8 +70,8 @@ void CallForCpp(const LoadedLibrary& library, Text input, VImportType type, Text
 void CallForC(const LoadedLibrary& library, Text input, VImportType type, Text output) {
     EXPECT_TRUE(library.Find<decltype(xls2tki_init_ole)>("xls2tki_init_ole")(true));
     const Xls2TkiConversion conversion = {
-        sizeof conversion, input,   nullptr, output, type, L';', false, false, {}, {}, {},
-        nullptr,           nullptr, true};
+        sizeof conversion, input,   nullptr, output,  type,   L';', false, false, {}, {}, {},
+        nullptr,           nullptr, true,    nullptr, nullptr};
     EXPECT_TRUE(library.Find<decltype(xls2tki_convert)>("xls2tki_convert")(&conversion));
     Xls2TkiFacts facts{};
     facts.size = sizeof facts;

@@ -30,6 +30,26 @@ add_executable(load_test windows/load_test.cpp)
 target_link_libraries(load_test PRIVATE GTest::gtest_main)
 target_compile_definitions(load_test PRIVATE XLS2TKI_TEST_DATA="${drive}${CMAKE_CURRENT_SOURCE_DIR}/data")
 
+# A host and its logging library as Microsoft's compiler builds them.
+set(other_compiler ${CMAKE_CURRENT_BINARY_DIR}/other_compiler)
+file(MAKE_DIRECTORY ${other_compiler})
+find_program(CLANG clang++ REQUIRED)
+find_program(LLD_LINK lld-link REQUIRED)
+set(system_libraries /usr/x86_64-w64-mingw32/lib)
+foreach(source other_compiler_host other_compiler_logging)
+    add_custom_command(OUTPUT ${other_compiler}/${source}.obj DEPENDS windows/${source}.cpp
+        COMMAND ${CLANG} --target=x86_64-pc-windows-msvc -std=c++20 -O1 -fno-exceptions -Wall -Wextra -Werror
+            -c ${CMAKE_CURRENT_SOURCE_DIR}/windows/${source}.cpp -o ${other_compiler}/${source}.obj)
+endforeach()
+add_custom_command(OUTPUT ${other_compiler}/host.exe DEPENDS ${other_compiler}/other_compiler_host.obj xls2tki
+    COMMAND ${LLD_LINK} /out:${other_compiler}/host.exe /entry:mainCRTStartup /subsystem:console
+        ${other_compiler}/other_compiler_host.obj $<TARGET_LINKER_FILE:xls2tki> ${system_libraries}/libucrtbase.a
+        ${system_libraries}/libkernel32.a ${system_libraries}/libshell32.a)
+add_custom_command(OUTPUT ${other_compiler}/ZoLogging.dll DEPENDS ${other_compiler}/other_compiler_logging.obj
+    COMMAND ${LLD_LINK} /dll /out:${other_compiler}/ZoLogging.dll /entry:_DllMainCRTStartup
+        ${other_compiler}/other_compiler_logging.obj ${system_libraries}/libkernel32.a)
+add_custom_target(other_compiler ALL DEPENDS ${other_compiler}/host.exe ${other_compiler}/ZoLogging.dll)
+
 add_test(NAME rooms COMMAND rooms_test)
 add_test(NAME host COMMAND host_test)
 add_test(NAME c_host
@@ -40,7 +60,7 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(XLS2TKI_LINUX_BUILD "${PROJECT_SOURCE_DIR}/build/release" CACHE PATH "Has what the tests of the command talk to")
 add_test(NAME command
     COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/windows/command_test.py
-        $<TARGET_FILE:xls2tki_command> $<TARGET_FILE:load_test> ${XLS2TKI_LINUX_BUILD})
+        $<TARGET_FILE:xls2tki_command> $<TARGET_FILE:load_test> ${XLS2TKI_LINUX_BUILD} ${other_compiler})
 add_test(NAME dll
     COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_test.py
         ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} ${PROJECT_VERSION})
