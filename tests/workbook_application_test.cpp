@@ -199,6 +199,8 @@ TEST_F(WorkbookApplication, AddsAndDeletesWorksheets) {
     third.Call(Ids::Worksheet::kDelete);
     sheets.Call(Ids::Sheets::kAdd);
     EXPECT_EQ(Names(), u"Sheet5 sheet3 Sheet1 ");
+    Name(1, u"×");
+    Name(2, u"÷");  // no letters
     EXPECT_EQ(RefusalOf([&] { third.Call(Ids::Worksheet::kDelete); }), u"The worksheet is deleted.");
     for (int count = 0; count < 2; ++count) Sheet(1).Call(Ids::Worksheet::kDelete);
     EXPECT_EQ(RefusalOf([&] { Sheet(1).Call(Ids::Worksheet::kDelete); }),

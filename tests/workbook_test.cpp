@@ -92,6 +92,7 @@ TEST(Workbooks, RefuseDamagedParts) {
          sheetLine + "cell A1 has an element within its value."},
         {{{"s.xml", Sheet("<row><c t='inlineStr'><is><r><r><t>x</t></r><t>y</t></r></is></c></row>")}},
          "t y "},
+        {{{"s.xml", Sheet("<row><c><v>1</v><v>2</v></c></row>")}}, "n 1 "},
         {{{"s.xml", Sheet("<row><c t='s'><v>3</v></c></row>")}},
          sheetLine + "cell A1 refers to shared string 3, which there is not."},
         {{{"s.xml", Sheet(Repeat("<row>", 300))}}, sheetLarge + "its elements are nested too deeply."},
@@ -190,6 +191,19 @@ TEST(NumberFormats, ShowDatesAndTimes) {
     for (const char* const code :
          {"", "General", "0.00E+00", "0 \"days\"", "\\d0", "_d*m0", "[Red]0;d", "0\"d", "[d", "@"}) {
         EXPECT_FALSE(IsDateFormat(code)) << code;
+    }
+}
+
+TEST(Workbooks, NoticeThatTheFileWasCut) {
+    const TempFolder folder;
+    const auto path = Zip(folder, Small({}));
+    const auto workbook = OpenWorkbook(path);
+    std::filesystem::resize_file(path, 10);
+    try {
+        workbook->worksheets[0]->Cells();
+        ADD_FAILURE() << "it was read";
+    } catch (const WorkbookError& error) {
+        EXPECT_TRUE(error.Message().ends_with(u"it has become shorter since it was opened."));
     }
 }
 
