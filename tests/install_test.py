@@ -9,6 +9,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import zipfile
 from pathlib import Path
 
 BUILD = Path(sys.argv[1]).resolve()
@@ -68,6 +69,11 @@ class Installed:
         (self.work / "a b.xlsx").write_bytes((EXAMPLES / "powertrain.xlsx").read_bytes())
         assert self.complete(bash, "a\\ b.xlsx", "--worksheet", "") == ["Powertrain", "J1939", "Body"]
         assert self.complete(bash, "a b.xlsx", "--worksheet", "Po") == ["Powertrain"]
+        with zipfile.ZipFile(EXAMPLES / "powertrain.xlsx") as book, zipfile.ZipFile(self.work / "c.xlsx", "w") as copy:
+            for part in book.namelist():
+                copy.writestr(part, book.read(part).replace(b'name="Body"', b'name="${x[$(id)]}&quot; it"'))
+        assert self.complete(bash, "c.xlsx", "--worksheet", "\\$") == ["\\$\\{x\\[\\$\\(id\\)\\]\\}\\\"\\ it"]
+        assert self.complete(bash, "c.xlsx", "--worksheet", '"') == ["Powertrain", "J1939"]
         assert self.complete(bash, "--encoding", "") == self.complete(bash, "--encoding", "=") == ["utf-8", "8-bit"]
         zsh = (share / "zsh/site-functions/_xls2tki").read_text(encoding="utf-8")
         assert long_names(zsh.replace("[", " [")) >= names

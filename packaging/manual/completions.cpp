@@ -103,16 +103,24 @@ void WriteFishOption(const Option& option, std::ostream& file) {
 }
 
 // The worksheets are those of the first workbook on the line, as the command itself lists them.
+//
+// The names are quoted here: where bash does it, it takes them for names of files, and looks whether there is
+// such a file, for which it carries out what a name such as ${x[$(command)]} contains. Within quotes that the
+// user has opened, only names without special characters are offered.
 constexpr char kBashBeginning[] = R"(# Completes the command line of xls2tki in bash.
 _xls2tki_worksheets() {
-    local file name
-    compopt -o filenames  # which quotes names
+    local file name quoted
     for file in "${COMP_WORDS[@]:1}"; do
         file=${file//[\\\"\']/}
         file=${file/#\~\//$HOME/}
         if [[ $file == *.xls* && -f $file ]]; then
             while IFS= read -r name; do
-                if [[ $name == "$1"* ]]; then COMPREPLY+=("$name"); fi
+                printf -v quoted %q "$name"
+                if [[ $1 == [\"\']* ]]; then
+                    if [[ $name == *[\"\'\\\`\$!]* ]]; then continue; fi
+                    quoted=${1:0:1}$name
+                fi
+                if [[ $quoted == "$1"* ]]; then COMPREPLY+=("${quoted#[\"\']}"); fi
             done < <("${COMP_WORDS[0]}" --list-worksheets "$file" 2>/dev/null)
             return
         fi
