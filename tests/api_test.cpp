@@ -253,40 +253,6 @@ TEST(Api, DrivesTheInstalledExcel) {
     }
 }
 
-TEST(Api, ReadsTheWorksheetThatIsAskedFor) {
-    const auto cells = [](std::u16string_view text) {
-        return NTest::MakeCells(NTest::MakeTable(text), NTest::MakeCell);
-    };
-    NTest::RecordingExcel excel(
-        {{u"One", cells(u"DTC|Text\nP0001|first")}, {u"Two", cells(u"DTC|Text\nP0002|second")}});
-    const TempFolder folder;
-    const std::u16string input = folder.Put("input", "");
-    const std::u16string output = folder.Path("output");
-    for (const std::string version : {"10", "11", "12", "14", "15"}) {
-        SCOPED_TRACE(version);
-        const InstalledExcel installed("@=\"Excel.Application." + version + "\"");
-        const bool choosesSheets = version != "11";
-        for (const auto& sheet : {u"", u"One", u"Two"}) {
-            excel.Begin(0);
-            EXPECT_TRUE(Xls2TkiConvert(Wide(input).c_str(), Wide(sheet).c_str(), Wide(output).c_str(),
-                                       ImportTypeExcel, false, u';', {}, {}, {}, nullptr, nullptr, false));
-            EXPECT_TRUE(LoggedMessages().ends_with(u"Writing to file completed.\n"));
-            const bool isSecond = choosesSheets && sheet == u"Two"sv;
-            EXPECT_NE(folder.Read("output").find(isSecond ? ">second<" : ">first<"), std::string::npos);
-            EXPECT_EQ(excel.Trace().find("Worksheet get C5 'A1' 'K1'\n") != std::string::npos, choosesSheets);
-        }
-        const std::string opening = excel.Trace().substr(0, excel.Trace().find("Workbook get"));
-        excel.Begin(0);
-        std::vector<WideString> names = {u"as it was"_w};
-        EXPECT_EQ(GetExcelWorksheets(Wide(input).c_str(), names), choosesSheets);
-        if (choosesSheets) {
-            EXPECT_EQ(names, (std::vector<WideString>{u"One"_w, u"Two"_w}));
-            EXPECT_EQ(excel.Trace().substr(0, opening.size()), opening);
-        }
-        EXPECT_EQ(excel.liveObjects, 0);
-    }
-}
-
 TEST(Api, LetsFailuresOfExcelPass) {
     NTest::RecordingExcel excel({});
     const TempFolder folder;

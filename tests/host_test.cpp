@@ -6,7 +6,6 @@
 #include <tuple>
 
 #include "tests/library.h"
-#include "tests/registry.h"
 
 namespace {
 
@@ -102,22 +101,6 @@ TEST(Host, MayPassNullStrings) {
     const TempFolder folder;
     const WideString input = Wide(folder.Put("input", "DTC;Text\n"));
     EXPECT_TRUE(Xls2TkiConvert(input.c_str(), nullptr, ImportTypeCSV, false, u';', none, none, false));
-}
-
-TEST(Host, ListsNoWorksheetsOfWhatIsNoWorkbook) {
-    const auto curVer = [](const std::string& text) {
-        return "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Excel.Application\\CurVer]\n@=\"" + text +
-               "\"";
-    };
-    std::vector<WideString> names = {u"as it was"_w};
-    {
-        const NTest::Registry excel2000(curVer("Excel.Application.10"));
-        EXPECT_ANY_THROW(GetExcelWorksheets(u"missing.xls"_w.c_str(), names));
-        EXPECT_EQ(names.size(), 1U);
-    }
-    const NTest::Registry excel2010(curVer("Excel.Application.14"));
-    EXPECT_TRUE(GetExcelWorksheets(nullptr, names));
-    EXPECT_TRUE(names.empty());
 }
 
 }  // namespace

@@ -7,13 +7,12 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import zipfile
 from pathlib import Path
 from xml.sax.saxutils import escape
 
-OFFICE = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
-PACKAGE = "http://schemas.openxmlformats.org/package/2006/relationships"
-MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
+sys.path.append(str(Path(__file__).resolve().parent / "command"))
+from workbooks import make_workbook
+
 LENGTHS = (1, 2, 127, 128, 254, 255, 256, 257, 1000, 1020, 2000, 4095, 4096, 5000, 8191, 16383, 32766)
 TABLES = {  # texts of 1 to 4 bytes a character, also where the ends of buffers divide them
     "Länge 漢": [["Länge", "a", "Ümläut", "漢字", "😀", "mixed"]] + [
@@ -62,17 +61,8 @@ def write_workbook():
     def cell(value):
         return f"<c t='inlineStr'><is><t xml:space='preserve'>{escape(value)}</t></is></c>" if value is not None else "<c/>"
 
-    sheets = list(enumerate(TABLES.items()))
-    relation = f"<Relationship Id='r%s' Type='{OFFICE}/%s' Target='%s.xml'/>"
-    relations = f"<Relationships xmlns='{PACKAGE}'>%s</Relationships>"
-    with zipfile.ZipFile("t.xlsx", "w", zipfile.ZIP_DEFLATED) as parts:
-        parts.writestr("_rels/.rels", relations % relation % ("", "officeDocument", "w"))
-        parts.writestr("_rels/w.xml.rels", relations % "".join(relation % (n, "worksheet", n) for n, _ in sheets))
-        parts.writestr("w.xml", f"<workbook xmlns='{MAIN}' xmlns:r='{OFFICE}'><sheets>" + "".join(
-            f"<sheet name='{name}' r:id='r{n}'/>" for n, (name, _) in sheets) + "</sheets></workbook>")
-        for n, (_, table) in sheets:
-            parts.writestr(f"{n}.xml", f"<worksheet xmlns='{MAIN}'><sheetData>" + "".join(
-                "<row>" + "".join(map(cell, row)) + "</row>" for row in table) + "</sheetData></worksheet>")
+    Path("t.xlsx").write_bytes(make_workbook({name: "".join("<row>" + "".join(map(cell, row)) + "</row>" for row in table)
+                                              for name, table in TABLES.items()}))
 
 
 def read(client, source, table):

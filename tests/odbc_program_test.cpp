@@ -305,30 +305,6 @@ TEST_F(OdbcDriverManager, ListsTheColumnsThatCanBeRead) {
     EXPECT_EQ(list(u"N14_"), SQL_SUCCESS) << program.Told();
 }
 
-TEST_F(OdbcDriverManager, DescribesTheRowsOfAResult) {
-    Program program;
-    Open(program);
-    SQLHANDLE descriptor = nullptr;
-    SQLGetStmtAttrW(program.statement, SQL_ATTR_IMP_ROW_DESC, &descriptor, 0, nullptr);
-    const auto number = [descriptor](SQLSMALLINT column, SQLSMALLINT field, auto value) {
-        EXPECT_EQ(SQLGetDescFieldW(descriptor, column, field, &value, 0, nullptr), SQL_SUCCESS) << field;
-        return value;
-    };
-    const auto told = [descriptor] { return Program::Told(SQL_HANDLE_DESC, descriptor).substr(0, 5); };
-    EXPECT_EQ(number(0, SQL_DESC_COUNT, SQLSMALLINT{-1}), 2);
-    EXPECT_EQ(number(2, SQL_DESC_CONCISE_TYPE, SQLSMALLINT{-1}), SQL_WVARCHAR);
-    EXPECT_EQ(number(2, SQL_DESC_LENGTH, ~SQLULEN{0}), 3U);
-    char16_t name[2] = {};
-    SQLINTEGER length = 0;
-    EXPECT_EQ(SQLGetDescFieldW(descriptor, 2, SQL_DESC_NAME, name, sizeof name, &length), SQL_SUCCESS);
-    EXPECT_EQ(std::u16string(name), u"B");
-    EXPECT_EQ(length, 2);
-    EXPECT_EQ(SQLGetDescFieldW(descriptor, 3, SQL_DESC_NAME, name, sizeof name, &length), SQL_ERROR);
-    EXPECT_EQ(told(), "07009");
-    EXPECT_EQ(SQLSetDescFieldW(descriptor, 1, SQL_DESC_TYPE, nullptr, 0), SQL_ERROR);
-    EXPECT_EQ(told(), "HY016");
-}
-
 // Threading=0: the driver manager lets them in at the same time.
 TEST_F(OdbcDriverManager, ServesManyThreads) {
     Program shared;
@@ -436,9 +412,6 @@ TEST_F(OdbcDriverManager, ServesNarrowPrograms) {
     EXPECT_STREQ(told, "DRIVER=");
     EXPECT_EQ(static_cast<std::size_t>(length), given.size() - 2);
     SQLAllocHandle(SQL_HANDLE_STMT, program.connection, &program.statement);
-    given = "gr__e$";
-    EXPECT_EQ(SQLTables(program.statement, nullptr, 0, nullptr, 0, bytes(given), SQL_NTS, nullptr, 0), 0);
-    EXPECT_EQ(program.Rows(), "~|~|Größe$|TABLE|~\n");
     given = "SELECT * FROM [Grösse]";
     EXPECT_EQ(SQLExecDirect(program.statement, bytes(given), SQL_NTS), SQL_ERROR);
     SQLGetDiagRec(SQL_HANDLE_STMT, program.statement, 1, room, nullptr, room + 6, 90, &length);
@@ -450,9 +423,6 @@ TEST_F(OdbcDriverManager, ServesNarrowPrograms) {
     SQLDescribeCol(program.statement, 1, room, 16, &length, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(length, 17);
     EXPECT_EQ(std::string(told), std::string("Fehlertext ß😀").substr(0, 15));  // to the last byte
-    SQLColAttribute(program.statement, 1, SQL_DESC_TABLE_NAME, told, 100, &length, nullptr);
-    EXPECT_EQ(std::string(told), "Größe");
-    EXPECT_EQ(program.Rows(), "ä\n");
 }
 
 // The catalogue functions that list what no workbook has: how many columns there are, and the last one.

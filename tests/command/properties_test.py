@@ -13,12 +13,13 @@ import struct
 import subprocess
 import sys
 import tempfile
-import zipfile
 from pathlib import Path
 from xml.etree import ElementTree
 from xml.sax.saxutils import escape
 
 import xlwt
+
+from workbooks import make_workbook
 
 COMMAND, ODBC_DRIVER = map(os.path.abspath, sys.argv[1:3])
 TABLES = int(sys.argv[3]) if len(sys.argv) > 3 else 60
@@ -27,10 +28,6 @@ LATIN = ["a", "Z", "0", " ", "\t", "\r", "\n", "\r\n", ";", ",", '"', "'", "<", 
          "\xe4", "\xff", "\x7f", "\x80"]
 WIDE = LATIN + ["\u20ac", "\u3042", "\ufffd", "\ufeff", "\u2028", "\ud7ff", "\ue000", "\U00010000", "\U0010ffff"]
 FORBIDDEN = WIDE + [chr(unit) for unit in range(32)] + ["\ufffe", "\uffff"]
-MAIN = 'xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main"'
-OFFICE = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
-RELATIONSHIPS = ('<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">'
-                 f'<Relationship Id="a" Type="{OFFICE}/%s" Target="%s"/></Relationships>')
 
 random = random.Random(20261123)
 
@@ -117,13 +114,7 @@ def workbook_cell(text):
 
 
 def write_workbook(rows):
-    with zipfile.ZipFile("in.xlsx", "w") as parts:
-        parts.writestr("_rels/.rels", RELATIONSHIPS % ("officeDocument", "w.xml"))
-        parts.writestr("_rels/w.xml.rels", RELATIONSHIPS % ("worksheet", "s.xml"))
-        parts.writestr("w.xml", f'<workbook {MAIN} xmlns:r="{OFFICE}"><sheets><sheet name="DTC" sheetId="1" r:id="a"/>'
-                       "</sheets></workbook>")
-        parts.writestr("s.xml", f"<worksheet {MAIN}><sheetData>" + "".join(
-            "<row>" + "".join(map(workbook_cell, row)) + "</row>" for row in rows) + "</sheetData></worksheet>")
+    Path("in.xlsx").write_bytes(make_workbook({"DTC": "".join("<row>" + "".join(map(workbook_cell, row)) + "</row>" for row in rows)}))
 
 
 def write_older_workbook(rows):

@@ -1,7 +1,6 @@
-// What a conversion does when the system fails it: each allocation, each operation on a file, each call of
-// Excel and each call of the ODBC driver manager fails in turn. Until the document is written, the output is
-// as it was and there is a message; whatever fails, nothing is left open, and the next conversion works.
-// The same holds for the command.
+// What a conversion does when the system fails it: each allocation, each operation on a file and each call of
+// the ODBC driver manager fails in turn. Until the document is written, the output is as it was and there is
+// a message; whatever fails, nothing is left open, and the next conversion works. So it is for the command.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -25,7 +24,6 @@
 #include "cli/failure.h"
 #include "odbc_driver/odbc.h"
 #include "tests/driver_manager.h"
-#include "tests/recording_server.h"
 
 namespace {
 
@@ -503,18 +501,6 @@ TEST_F(Command, HasTheDocumentOrTheOlderOneWhenMemoryEnds) {
         }
         std::printf("%d allocations failed, with all behind them.\n", number - 1);
     }
-}
-
-TEST_F(Conversions, LeaveTheOutputWholeWhenACallOfExcelFails) {
-    NTest::RecordingExcel excel({});
-    const std::u16string input = folder_.Put("input", "");
-    folder_.Put("output", kBefore);
-    excel.Begin(2);
-    EXPECT_FALSE(Convert(XLS2TKI_EXCEL, input));
-    EXPECT_EQ(std::u16string(xls2tki_message()), u"Broken");
-    EXPECT_EQ(xls2tki_failure(), XLS2TKI_EXCEL_FAILED);
-    EXPECT_EQ(folder_.Read("output"), kBefore);
-    EXPECT_EQ(excel.liveObjects, 0);
 }
 
 class LongRun : public Conversions {

@@ -30,7 +30,7 @@ add_dependencies(odbc_driver_test xls2tki-odbc)
 
 # Conversions that the system fails, and the command as a part of the program. The system's functions are replaced for
 # the libraries that the program loads, too: those of memory unless a sanitizer has replaced them already.
-add_executable(faults_test linux/faults_test.cpp linux/servers.cpp
+add_executable(faults_test linux/faults_test.cpp
     ${PROJECT_SOURCE_DIR}/cli/main.cpp $<TARGET_OBJECTS:xls2tki_command_line>)
 set_source_files_properties(${PROJECT_SOURCE_DIR}/cli/main.cpp PROPERTIES COMPILE_DEFINITIONS main=CommandMain)
 target_link_libraries(faults_test PRIVATE xls2tki_rooms xls2tki_workbook ZoLogging GTest::gtest_main)
@@ -51,8 +51,6 @@ if(XLS2TKI_SANITIZE)
     target_compile_options(faults_test PRIVATE -Wno-mismatched-new-delete)
 endif()
 add_dependencies(faults_test xls2tki-odbc)
-
-target_sources(host_test PRIVATE linux/registry.cpp)
 
 # Some tests ask for more memory than there is; the address sanitizer then has to behave like the system.
 gtest_discover_tests(rooms_test NO_PRETTY_VALUES PROPERTIES ENVIRONMENT ASAN_OPTIONS=allocator_may_return_null=1)

@@ -20,7 +20,6 @@ target_sources(rooms_test PRIVATE
     windows/source_kinds.cpp
     windows/system_object.cpp
     windows/variants_test.cpp)
-target_sources(host_test PRIVATE ../platform/linux/reg_file.cpp windows/registry.cpp)
 target_compile_definitions(rooms_test PRIVATE NOMINMAX)
 target_compile_definitions(host_test PRIVATE NOMINMAX)
 target_link_libraries(host_test PRIVATE xls2tki_platform)
