@@ -57,23 +57,25 @@ SecondClaim ClaimOfFailureType(std::u16string_view essence) {
 
 DtcClaim ClaimOf(std::u16string_view header) {
     const std::u16string essence = Essence(header);
-    if (IsOneOf(essence, {u"DTC", u"DTCS", u"SPN", u"BASEDTC", u"DTCBASE", u"SAEDTC", u"DTCSAE", u"SAECODE",
-                          u"SAEDTCCODE", u"DTCCODE", u"PCODE", u"OBDCODE", u"TROUBLECODE",
+    if (IsOneOf(essence, {u"DTC", u"DTCS", u"SPN", u"BASEDTC", u"DTCBASE", u"BASISDTC", u"SAEDTC", u"DTCSAE",
+                          u"SAECODE", u"SAEDTCCODE", u"DTCCODE", u"PCODE", u"OBDCODE", u"TROUBLECODE",
                           u"DIAGNOSTICTROUBLECODE"})) {
         return DtcClaim::Exact;
     }
     if (SaysSpn(header) ||
-        IsOneOf(essence, {u"DTCNUMBER", u"DTCNUMMER", u"DTCNUM", u"DTCNO", u"DTCNR", u"DTCID", u"DTCHEX",
-                          u"DTCDEC", u"DTCVALUE", u"CODE", u"CODENUMBER", u"CODENO", u"CODENR", u"FAULTCODE",
-                          u"ERRORCODE", u"FAILURECODE", u"FEHLERCODE", u"BASE"})) {
+        IsOneOf(essence,
+                {u"DTCNUMBER",   u"DTCNUMMER",    u"DTCNUM",    u"DTCNO",       u"DTCNR",      u"DTCID",
+                 u"DTCHEX",      u"DTCDEC",       u"DTCVALUE",  u"CODE",        u"CODENUMBER", u"CODENO",
+                 u"CODENR",      u"FAULTCODE",    u"ERRORCODE", u"FAILURECODE", u"FEHLERCODE", u"FAULTNUMBER",
+                 u"ERRORNUMBER", u"FEHLERNUMMER", u"FEHLERNR",  u"FEHLERORT",   u"BASE"})) {
         return DtcClaim::Near;
     }
     return HasOneOf(essence, {u"DTC", u"CODE", u"SPN", u"TROUBLE"}) ? DtcClaim::Mention : DtcClaim::None;
 }
 
 bool SaysSpn(std::u16string_view header) {
-    return IsOneOf(Essence(header), {u"SPN", u"SPNNUMBER", u"SPNNO", u"SPNNR", u"SPNDEC", u"J1939SPN",
-                                     u"SUSPECTPARAMETERNUMBER"});
+    return IsOneOf(Essence(header), {u"SPN", u"SPNNUMBER", u"SPNNO", u"SPNNR", u"SPNNUMMER", u"SPNID",
+                                     u"SPNDEC", u"SPNHEX", u"J1939SPN", u"SUSPECTPARAMETERNUMBER"});
 }
 
 bool SaysDescription(std::u16string_view header) {

@@ -257,7 +257,10 @@ void LayoutChecks::ReportNearMiss(SecondNumber number, std::size_t first, std::s
 }
 
 bool LayoutChecks::IsData() {
-    if (!LooksLikeNumber(Header(0))) return false;
+    const std::u16string_view first = Strip(Header(0));
+    const bool isHex = IsAllHexDigits(first) && std::ranges::any_of(first, IsDigit) &&
+                       sample_.MostAre(0, LooksLikeNumberCell);
+    if (!isHex && !LooksLikeNumber(first)) return false;
     collector_.Add(kFirstRowIsData, {0, 0}, [&] {
         return Say(
             u"The first row looks like data, %s, but is read as the header and gives no DTC. Insert a header "
@@ -322,7 +325,8 @@ bool LayoutChecks::IsOtherColumn() {
 // Numbers where the description is read, and texts after them.
 void LayoutChecks::CheckDescription() {
     const std::size_t description = table_.DescriptionColumn();
-    if (description >= ColumnEnd() || SaysDescription(Header(description))) return;
+    if (description >= ColumnEnd() || IsBlank(Header(description)) || SaysDescription(Header(description)))
+        return;
     if (!sample_.AllAre(description, LooksLikeNumber)) return;
     for (std::size_t column = description + 1; column < ColumnEnd(); ++column) {
         const bool isNamed = SaysDescription(Header(column));

@@ -34,8 +34,9 @@ class NotationChecks {
             if (CheckHeader()) return;
             CheckLetters();
             CheckCodes();
+            if (!table_.notation.hexDigits && tallies_.codes.count == 0) CheckUnlikeHex();
         } else {
-            CheckRefusedHex();
+            CheckUnlikeHex();
             CheckRefusedNumbers();
         }
         CheckWidths();
@@ -73,7 +74,7 @@ class NotationChecks {
     void CheckLetters();
     void CheckCodes();
     void CheckWidths();
-    void CheckRefusedHex();
+    void CheckUnlikeHex();
     void CheckRefusedNumbers();
     void CheckLeadingZeros();
     template <typename IsWanted, typename Sentence>
@@ -190,8 +191,10 @@ bool NotationChecks::CheckHeader() {
     return true;
 }
 
-void NotationChecks::CheckRefusedHex() {
-    const Tally& words = tallies_.refusedHexWords;
+// Decimal numbers among hexadecimal ones.
+void NotationChecks::CheckUnlikeHex() {
+    const Tally& refused = tallies_.refusedHexWords;
+    const Tally& words = refused.count > 0 ? refused : tallies_.prefixed;
     const Tally& digits = tallies_.dependentDigits;
     if (words.count == 0 || digits.count == 0 || role_ == NumberRole::Spn || role_ == NumberRole::Fmi) return;
     collector_.Add(kPerhapsHex, {}, [&] {

@@ -137,7 +137,7 @@ void NumberChecks::ReportEmpty(const Cell& cell) {
         });
     }
     collector_.Add(kEmptyCell, cell.place, [&] {
-        return Say(u"The cell %s; %s. Fill it in.",
+        return Say(u"The cell %s; %s. Fill it in, or delete the row.",
                    {cell.text.empty() ? u"is empty" : u"has only white space", Outcome(cell.place.row)});
     });
 }

@@ -152,10 +152,10 @@ void TextChecks::Report(Place place, std::u16string_view cell, const Suspects& s
             const NPlatform::Utf8Sequence sequence = DecodeBytes(cell.substr(suspects.utf8));
             char16_t meant[2];
             const std::u16string_view character(meant, NPlatform::EncodeUtf16(sequence.character, meant));
-            return Say(
-                u"%s is UTF-8 that was read as 8-bit text: it has %s instead of %s. Read the "
-                u"file as UTF-8, or correct the text.",
-                {Quote(cell), Quote(cell.substr(suspects.utf8, sequence.length)), Quote(character)});
+            return Say(u"%s is UTF-8 that was read as 8-bit text: it has %s instead of %s. %s",
+                       {Quote(cell), Quote(cell.substr(suspects.utf8, sequence.length)), Quote(character),
+                        wishes_.isEightBit ? u"Read the file as UTF-8, or correct the text."
+                                           : u"Correct the text."});
         });
     }
     if (suspects.c1 != kNowhere) {

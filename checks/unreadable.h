@@ -12,13 +12,14 @@ namespace NChecks {
 enum class Unreadable {
     CodeNotTaken,      // an SAE code in a column without one of 5 or 7 characters
     WithFailureType,   // an SAE code and a failure type in one cell: P0123-11
-    BlanksAround,      // a number between white space and invisible characters
+    Blanks,            // a number with white space or invisible characters
     LookAlike,         // letters and digits of other alphabets
-    HexWithoutPrefix,  // hexadecimal digits where decimal ones are read
+    HexWithoutPrefix,  // hexadecimal digits where decimal ones are read, or with another mark: 12h, $12
     LargePrefix,       // 0X where only 0x is supported
     PrefixNotTaken,    // 0x where only decimal numbers are supported
     MalformedCode,     // begins like an SAE code
-    Placeholder,       // without a digit: TBD, n/a, ?
+    Placeholder,       // without a digit, or begins with a word: TBD, n/a, ?, Page 2
+    Date,              // as a spreadsheet program makes it of 1-2: 02. Jan
     Other,
 };
 

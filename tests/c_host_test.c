@@ -163,7 +163,8 @@ static void Find(const char* folder) {
     Xls2TkiFindingCount count = {.size = sizeof count};
     EXPECT(ConvertTable(folder, "DTC;T\n1234;\"a\nb\"\nTBD;x\n;y\n;z\n5;\"t\nu\n", true, size));
     EXPECT(xls2tki_findings_complete());
-    EXPECT(FindingIs(2, "number-empty", "A5", 6, "The cell is empty; the number becomes 0. Fill it in."));
+    EXPECT(FindingIs(2, "number-empty", "A5", 6,
+                     "The cell is empty; the number becomes 0. Fill it in, or delete the row."));
     EXPECT(xls2tki_finding(2, &finding) && finding.row == 4 && finding.column == 0);
     EXPECT(finding.severity == XLS2TKI_ERROR && finding.cause == 1 && finding.causeCount == 2);
     EXPECT(xls2tki_finding(3, &finding) && strcmp(finding.rule, "notation-mixed") == 0 &&

@@ -90,12 +90,12 @@ TEST(Checks, FindFaults) {
     const std::pair<const char16_t*, const char*> rows[] = {
         // Good tables.
         {u"DTC|T\nP0123|x\nc1234|y\nB123456 |z\nU01|t", ""},
-        {u"DTC|T\n1234|x\n0x10|y\n 5|z", ""},
+        {u"DTC|T\n1234|x\n7|y\n 5|z", ""},
         {u"DTC|T\n12A4|x\n0010|y\nFF|z\n1b|t", ""},
         {u"DTC|T\n0x1A|x\n0xFF|y\n0XF0000000|z", ""},
         {u"SPN|FMI|T\n520192|31|x\n 1|0|y", ""},
-        {u"BaseDTC|FTB|T\nP0123|0x11|x\nP0124|255|y", ""},
-        {u"DTC|Failure Type|T\n0x12|0x34|x\n18|53|y", ""},
+        {u"BaseDTC|FTB|T\nP0123|0x11|x\nP0124|0xFF|y\nP0125|0|z", ""},
+        {u"DTC|Failure Type|T\n0x12|34|x\n0x13|53|y", ""},
         {u"DTC|T|I||\nP0123|x|i||", ""},
         {u"DTC|T|SPN|FMI\nP0123|x|1|2", ""},
         {u"DTC|T|I\nP0123|caf\u00E9 \u20AC\t\u3042\U0001F600|\n||", "number-empty A3"},
@@ -136,9 +136,15 @@ TEST(Checks, FindFaults) {
         {u"DTC|T\n123|x\n124|y\nP0125|z", "(notation-mixed A4)"},
         {u"DTC|T\n0123|x\n124|y", "(notation-mixed A2)"},
         {u"BaseDTC|FTB|T\nP0123|11|x\nP0124|1C|y", "number-unreadable B3, (notation-mixed )"},
+        {u"BaseDTC|FTB|T\n0x12|0x34|x\n18|53|y", "(notation-mixed ), (notation-mixed )"},
+        {u"DTC|T\n1234|x\n0x10|y", "(notation-mixed )"},
         // Layouts.
         {u"SPN |FMI|T\n1|2|x", "layout-near-miss A1"},
         {u"FMI|SPN|T\n1|2|x\n1|3|y", "layout-near-miss A1"},
+        {u"SPN (hex)|FMI|T\n91|3|x\n92|3|y", "layout-near-miss A1"},
+        {u"Basis-DTC|Fehlertyp|T\n91|3|x\n92|3|y", "layout-near-miss A1"},
+        {u"Pos|Fehlernummer|T\n10|1234|x\n20|1235|y", "layout-near-miss B1"},
+        {u"1A2B|x\n1A2C|y", "layout-near-miss A1"},
         {u"No.|SPN|FMI|T\n1|2|3|x", "layout-near-miss B1"},
         {u"DTC|FTB|T\nP0123|1|x\nP0123|2|y", "layout-near-miss A1"},
         {u"Codes of 2026||\nDTC|T|I\nP0123|x|i", "layout-near-miss A1"},
@@ -182,6 +188,7 @@ TEST(Checks, FindFaults) {
         {u"DTC|T\nP0123|\nP0124| ", "(description-empty B2), (description-empty B3)"},
         {u"|DTC|T\n|P0123|x\n|P0124|y", "column-lost A1"},
         {u"DTC||T\nP0123||x", "column-lost C1"},
+        {u"DTC||T\nP0123|1|x x", "column-lost B1"},
         {u"DTC|T\n|x\n |y", "number-empty A1"},
         {u"SPN|FMI|T\n91||x\n92||y", "number-empty B1"},
         {u"DTC|\n1|", "(description-empty )"},
@@ -217,6 +224,22 @@ TEST(Checks, TellWhatIsMeant) {
         {u"DTC|T\n\u04200123|x",
          "\"\u04200123\" is not a decimal number; the number becomes 0. U+0420 only looks like a Latin "
          "letter or digit. Type it again.\n"},
+        {u"DTC|T\n1234h|x\n$12|y\n02. Jan|z\n2026-01-02|u\n0x1\u00AD2|v\nPage 2|w",
+         "\"1234h\" is not a hexadecimal number; the number becomes 74577. Write hexadecimal numbers with "
+         "0x.\n"
+         "\"$12\" is not a hexadecimal number; the number becomes -3054. Write hexadecimal numbers with 0x.\n"
+         "\"02. Jan\" is not a hexadecimal number; the number becomes -60489. If a spreadsheet program has "
+         "made a date of it, format the column as text and enter it again.\n"
+         "\"2026-01-02\" is not a hexadecimal number; the number becomes -766. If a spreadsheet program has "
+         "made a date of it, format the column as text and enter it again.\n"
+         "\"0x1<U+00AD>2\" is not a hexadecimal number; the number becomes 1890. Remove the blanks and "
+         "invisible characters.\n"
+         "\"Page 2\" is not a hexadecimal number; the number becomes -254. Fill in the number, or delete the "
+         "row.\n"},
+        {u"DTC|T\nP01 23|x\nBEEF1|y\n1|z",
+         "\"P01 23\" is not an SAE code; the conversion fails. Remove the blanks and invisible characters.\n"
+         "\"BEEF1\" is not an SAE code; the conversion fails. An SAE code is P, C, B or U and 2, 4, 6 or 8 "
+         "hexadecimal digits, the first of them 0 to 3. Write a hexadecimal number with 0x.\n"},
         {u"DTC|FAILURE TYPE|T\n1|1C|x",
          "\"1C\" is not a failure type; the number becomes 257. Write hexadecimal numbers with 0x.\n"},
         {u"DTC|T||I|J\n1|x||y|",
@@ -233,7 +256,8 @@ TEST(Checks, TellWhatIsMeant) {
          "\"TBD\" is not an SAE code; the number becomes 7613. Fill in the code, or delete the row.\n"},
         {u"DTC|T\n12 34|x\n |y\n1|",
          "\"12 34\" is not a decimal number; the number becomes 12. Write its digits alone.\nThe cell has "
-         "only white space; the number becomes 0. Fill it in.\nThe DTC has no description. Fill it in.\n"},
+         "only white space; the number becomes 0. Fill it in, or delete the row.\nThe DTC has no "
+         "description. Fill it in.\n"},
         {u"DTC|T\nU01|x\nP0123 |y",
          "\"U01\" is not read as an SAE code, because no cell of the column has exactly 5 or 7 characters "
          "and "
@@ -282,7 +306,7 @@ TEST(Checks, ComparesTextsWithNumbersOfAWorkbook) {
         looked.Texts(),
         "The cell holds the error #N/A, which is read as an empty cell; the number becomes 0. Enter the "
         "number.\n"
-        "The cell is empty; the number becomes 0. Fill it in.\n"
+        "The cell is empty; the number becomes 0. Fill it in, or delete the row.\n"
         "The cell holds the number 1193046, read as \"1.19305e+006\"; the number becomes -20474. Format the "
         "column as text and enter the number again.\n"
         "Column D has no header: it is left out with 1 cell. Give it a header.\n"

@@ -131,7 +131,7 @@ REPORTS = [
     (TABLE, "--no-findings " + IO, 0, FACTS | {"findings": None, "finding_counts": None}, "Writing to file completed."),
     (TABLE + b";Stuck;red\n", "--strict --type-a x " + IO, 1, FACTS | {"rows": 2, "items": 2, "findings": [
         {"rule": "number-empty", "severity": "error", "cell": "A3", "line": 3, "text":
-         "The cell is empty; the number becomes 0. Fill it in."},
+         "The cell is empty; the number becomes 0. Fill it in, or delete the row."},
         {"rule": "item-header", "severity": "warning", "cell": None, "line": None, "text":
          'No item column has the header "x", so none gets the type A from it.'}],
         "finding_counts": {"number-empty": {"errors": 1, "warnings": 0}, "item-header": {"errors": 0, "warnings": 1}},
@@ -180,7 +180,7 @@ def test_reports():
               (result.returncode, result.stderr))
 
 
-EMPTY = 'in.csv: A%s (line %s): error: The cell is empty; the number becomes 0. Fill it in. [number-empty]\n'
+EMPTY = 'in.csv: A%s (line %s): error: The cell is empty; the number becomes 0. Fill it in, or delete the row. [number-empty]\n'
 MANY_EMPTY = "".join(EMPTY % (row, row + 1) for row in (2, 3, 4)) + "in.csv: error: The same in %s. [number-empty]\n"
 MULTI_HEAD, GOOD = b'DTC;"Te\nxt";Lamp\n', b"P0123;t;r\n"
 # Table, arguments, exit status, standard error, standard output, and whether there is a new document.
