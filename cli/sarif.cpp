@@ -211,7 +211,7 @@ SarifLog::SarifLog(const Options& options)
         MakeTool() + ",\n\"results\": [\n");
 }
 
-void SarifLog::Write(std::string_view text) {
+void SarifLog::Write(const std::string& text) {
     isWritten_ = isWritten_ && std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size();
 }
 

@@ -40,7 +40,7 @@ class SarifLog {
     void Publish();
 
   private:
-    void Write(std::string_view text);
+    void Write(const std::string& text);
 
     Output output_;
     File file_;
