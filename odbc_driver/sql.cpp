@@ -1,9 +1,12 @@
 #include "odbc_driver/sql.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "odbc_driver/ascii.h"
 #include "odbc_driver/diagnostics.h"
+#include "odbc_driver/odbc.h"
 #include "platform/format.h"
 
 namespace NOdbcDriver {
@@ -22,6 +25,7 @@ char16_t ClosingOf(char16_t unit) {
     return unit == u'"' || unit == u'`' ? unit : u'\0';
 }
 
+constexpr std::size_t kMostColumns = std::numeric_limits<SQLSMALLINT>::max();
 constexpr std::u16string_view kStatements = u"SELECT * FROM table or SELECT column, ... FROM table";
 
 class Parser {
@@ -118,6 +122,9 @@ Select ParseSelect(std::u16string_view sql) {
     parser.ExpectWord(u"SELECT");
     if (!parser.Pass(u'*')) {
         do {
+            if (select.columns.size() == kMostColumns) {
+                throw OdbcError(u"42000", u"The statement selects more than 32767 columns.");
+            }
             select.columns.push_back(parser.ExpectName());
         } while (parser.Pass(u','));
     }

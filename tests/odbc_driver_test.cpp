@@ -61,7 +61,10 @@ TEST(OdbcDriver, UnderstandsSelect) {
         return "42000 " + place + " is not supported: " + use;
     };
     const std::string early = "42000 The SQL statement ends too early: " + use;
+    std::u16string many = u"SELECT a";
+    for (int column = 1; column <= 32767; ++column) many += u",a";
     const std::pair<std::u16string, std::string> rows[] = {
+        {many + u" FROM x", "42000 The statement selects more than 32767 columns."},
         {u"SELECT *FROM DTC ", " DTC"},
         {u"\n select\t*\r\nfrom _1$\x80äЖ😀;\n", " _1$\u0080äЖ😀"},
         {u"SELECT*FROM[It's ]]1[$]", " It's ]1[$"},
