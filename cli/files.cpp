@@ -114,4 +114,8 @@ bool CloseStandardOutput() { return std::fclose(stdout) == 0; }
 
 void CleanUpOnSignals() { HandleEndingSignals(RemoveFilesAndDie); }
 
+void LeaveTemporaryFiles() {
+    for (Slot& slot : slots) slot.isUsed = 0;
+}
+
 }  // namespace NCli

@@ -65,4 +65,7 @@ class TemporaryFile {
 // From now on the signals that end the command first end its processes and remove its temporary files.
 void CleanUpOnSignals();
 
+// For a new process that is a copy of this one: the temporary files so far are the other's to remove.
+void LeaveTemporaryFiles();
+
 }  // namespace NCli

@@ -17,6 +17,7 @@
 
 #include "cli/command.h"
 #include "cli/failure.h"
+#include "cli/files.h"
 
 namespace NCli {
 
@@ -73,6 +74,7 @@ std::vector<Child> children;
 [[noreturn]] void CarryOut(const Options& task, pid_t parent, BlockedSignals& signals, Descriptor& nothing,
                            Descriptor& destination) {
     children.clear();
+    LeaveTemporaryFiles();
     __fpurge(stdout);
     dup2(nothing.Number(), STDIN_FILENO);
     dup2(task.reports ? destination.Number() : nothing.Number(), STDOUT_FILENO);

@@ -298,14 +298,15 @@ def test_ending_many_files():
                 wait_until(lambda: not any(map(is_running, children)))
             check("end of processes", [], list(filter(is_running, children)))
             check("end: files", ["./a.csv", "./b.csv"] + BEFORE, files())
-        command = subprocess.Popen([COMMAND, *arguments.split()], **streams)
+        command = subprocess.Popen([COMMAND, *arguments.split(), "--sarif", "log"], **streams)
         wait_until(lambda: len(children_of(command)) == 2)
-        for child in children_of(command):
-            os.kill(child, signal.SIGKILL)
+        for child, number in zip(children_of(command), (signal.SIGKILL, signal.SIGTERM)):
+            os.kill(child, number)
         lines, summary = command.communicate(timeout=60)
-        ended = "failed: The process ended unexpectedly, with status 137"
-        check("end of processes alone", ([f"a.csv: {ended}", f"b.csv: {ended}", "in.csv: done"],
+        ended = "failed: The process ended unexpectedly, with status"
+        check("end of processes alone", ([f"a.csv: {ended} 137", f"b.csv: {ended} 143", "in.csv: done"],
                                          "xls2tki: 3 files: 1 converted, 2 failed.\n"), (lines.splitlines(), summary))
+        check("log of processes that ended", 3, len(json.loads(Path("log").read_text())["runs"][0]["invocations"]))
 
 
 def test_order_of_many_files():
