@@ -60,7 +60,9 @@ TEST(Windows, ReadsTextsAsTheRuntimeDoesAndLosesNothing) {
     for (const auto& [encoding, bytes, ours, ofRuntime] : rows) {
         const std::u16string path = folder.Put("file", bytes);
         const std::u16string byRuntime = ReadByRuntime(path, encoding);
-        if (!ours.empty()) EXPECT_EQ(byRuntime, ofRuntime) << testing::PrintToString(bytes);
+        if (!ours.empty()) {
+            EXPECT_EQ(byRuntime, ofRuntime) << testing::PrintToString(bytes);
+        }
         NPlatform::TextBuffer text;
         NPlatform::ReadTextFile(path, encoding, text);
         EXPECT_EQ(std::u16string(text.View()), ours.empty() ? byRuntime : ours)
