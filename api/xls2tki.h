@@ -1,7 +1,9 @@
 // xls2tki: turns a table of Diagnostic Trouble Codes (DTCs) in a spreadsheet into an XML import document.
 //
-// This is the library's public header for C++. It requires the standard library only. For other compilers and
-// languages, use xls2tki_c.h.
+// This is the library's public header for C++. It requires the standard library only. On Windows, it is for
+// g++ of mingw-w64 with msvcrt.dll, and for Microsoft's compiler since Visual Studio 2015 in release builds
+// with /MD; no exception reaches hosts that the latter built. For other compilers and languages, use
+// xls2tki_c.h.
 //
 // Strings are UTF-16 and zero-terminated. A null pointer is the empty string. Arguments are only read during
 // the call. File names are ordinary paths of the system. Excel 2010 and later get the path of a workbook as
@@ -31,7 +33,19 @@
 #include <string>
 #include <vector>
 
+// On Windows, the types of the standard library cross only between the compilers that docs/windows.md names.
 #if defined(_WIN32)
+#if !defined(_WIN64)
+#error "xls2tki is built for x86-64. Compile your host for it."
+#elif defined(_LIBCPP_VERSION)
+#error "xls2tki.h does not support libc++. Use xls2tki_c.h."
+#elif defined(_MSC_VER) && (_MSC_VER < 1900 || !defined(_DLL) || _ITERATOR_DEBUG_LEVEL != 0)
+#error "xls2tki.h requires Visual Studio 2015 or later, /MD and a release build. Use xls2tki_c.h."
+#elif defined(_MSC_VER) && !defined(_NATIVE_WCHAR_T_DEFINED)
+#error "xls2tki.h requires /Zc:wchar_t. Use xls2tki_c.h."
+#elif !defined(_MSC_VER) && defined(_UCRT)
+#error "xls2tki.h requires a g++ for msvcrt.dll, and this one is for UCRT. Use xls2tki_c.h."
+#endif
 #if defined(XLS2TKI_BUILDING)
 #define XLS2TKI_EXPORT __declspec(dllexport)
 #else

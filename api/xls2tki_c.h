@@ -18,7 +18,9 @@
 #include <stdbool.h>
 #include <stddef.h>
 #include <stdint.h>
+#if !defined(_WIN32)
 #include <uchar.h>
+#endif
 
 #if !defined(XLS2TKI_EXPORT)
 #if !defined(_WIN32)

@@ -257,7 +257,7 @@ def test_loading_again_and_again():
 
 
 def make_workbook(path, sheets):
-    names = [f"Sheet {number}" + "x" * (number % 20) for number in range(sheets)]
+    names = ["S" + str(number) * (number > 0) + "x" * (number % 20) for number in range(sheets)]
     office, package = "http://schemas.openxmlformats.org/officeDocument/2006/relationships", "http://schemas.openxmlformats.org/package/2006"
     main = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
     with zipfile.ZipFile(path, "w") as file:
@@ -272,13 +272,13 @@ def make_workbook(path, sheets):
 def test_other_compiler():
     """Which sets and lists the host makes is in its source."""
     register_excel("14", "")
-    columns = ["%04d" % number + "x" * (number % 97) for number in range(1, 1000)]
-    counts = [1, 127, 128, 1000]
+    columns = ["0" * number if number < 4 else "%04d" % number + "x" * (number % 97) for number in range(1, 1000)]
+    counts = [1, 127, 128, 0, 1000]
     with folder(TABLE):
         for library in OTHER_COMPILER / "ZoLogging.dll", Path(COMMAND).with_name("xls2tki.dll"), OTHER_COMPILER / "host.exe":
             shutil.copy(library, ".")
         Path("set.csv").write_text(";".join(["DTC", "Text", *columns]) + "\nP0123;t" + ";v" * len(columns))
-        for count in counts:
+        for count in filter(None, counts):
             make_workbook(f"{count}.xlsx", count)
         workbooks = [f"Z:{os.getcwd()}/{count}.xlsx".replace("/", "\\") for count in counts]
         check("host of another compiler", (0, b"", b""), run("wine", "host.exe", *workbooks))

@@ -1,11 +1,11 @@
-// A host as Microsoft's compiler builds it. Its standard library is not at hand: what the exports take of it
-// is laid out here as its public sources do in release builds, and declared so that the compiler decorates
-// it.
+// A host as Microsoft's compiler builds it, with its standard library in other_compiler_library.h.
 //
 // Converts set.csv with sets of several sizes and shapes into SHAPE_SIZE.xml, and in.csv by the other
 // overloads; lists the worksheets of the workbooks that it is given, and frees the names. Ends with the line
 // of what failed.
-using Size = unsigned long long;
+#include "api/xls2tki.h"
+#include "api/xls2tki_c.h"
+
 using Word = Size;
 using Text = const wchar_t*;
 
@@ -28,59 +28,10 @@ void* memcpy(void* to, const void* from, Size count) {
 }
 }
 
-namespace std {
-template <class Unit>
-struct char_traits;
-template <class Value>
-class allocator;
-template <class Value = void>
-struct less;
-template <class Unit, class Traits = char_traits<Unit>, class Allocator = allocator<Unit>>
-class basic_string {
-  public:
-    union {
-        Unit units[8];
-        Unit* pointer;
-    };
-    Size size;
-    Size capacity;
-};
-using wstring = basic_string<wchar_t>;
-template <class Value, class Order = less<Value>, class Allocator = allocator<Value>>
-class set {
-  public:
-    struct Node {
-        Node *left, *parent, *right;
-        char colour, isNil;
-        Value value;
-    };
-    Node* head;
-    Size size;
-};
-template <class Value, class Allocator = allocator<Value>>
-class vector {
-  public:
-    Value *first, *last, *end;
-};
-}  // namespace std
-
 using Set = std::set<std::wstring>;
 using Node = Set::Node;
 static_assert(__builtin_offsetof(Node, value) == 32);
 
-namespace NXls2Tki {
-enum VImportType : int { Odbc, Excel, Csv };
-#define IMPORT __declspec(dllimport)
-IMPORT bool XlsInitOle(bool);
-IMPORT bool Xls2TkiConvert(Text, Text, Text, VImportType, bool, wchar_t, const Set&, const Set&, const Set&,
-                           Text, Text, bool);
-IMPORT bool Xls2TkiConvert(Text, Text, VImportType, bool, wchar_t, bool);
-IMPORT bool Xls2TkiConvert(Text, Text, VImportType, bool, wchar_t, const Set&, const Set&, bool);
-IMPORT bool Xls2TkiConvert(Text, Text, VImportType, bool, wchar_t, const Set&, const Set&, const Set&, Text,
-                           Text, bool);
-IMPORT bool GetExcelWorksheets(Text, std::vector<std::wstring>&);
-IMPORT Text GetLoggedMessages();
-}  // namespace NXls2Tki
 using namespace NXls2Tki;
 
 #define EXPECT(condition) \
@@ -88,16 +39,15 @@ using namespace NXls2Tki;
 
 namespace {
 
-// The name of a column: its number, and 0 to 100 more units. The first is empty.
+// The name of a column: its number in four digits and up to 96 more units. The first four have 0 to 3 units.
 std::wstring NameOf(int number) {
     std::wstring name{};
-    name.size = number == 0 ? 0 : 4 + static_cast<Size>(number) % 97;
+    name.size = static_cast<Size>(number <= 3 ? number : 4 + number % 97);
     name.capacity = name.size <= 7 ? 7 : name.size | 7;
     if (name.capacity > 7) name.pointer = static_cast<wchar_t*>(malloc((name.capacity + 1) * 2));
     wchar_t* const units = name.capacity > 7 ? name.pointer : name.units;
-    for (Size index = 0; index < name.size; ++index) units[index] = L'x';
-    for (Size index = 0; index < 4 && name.size > 0; ++index, number /= 10)
-        units[3 - index] = L'0' + number % 10;
+    for (Size index = 0; index < name.size; ++index) units[index] = index < 4 ? L'0' : L'x';
+    for (Size index = 4; number > 0 && name.size >= 4; number /= 10) units[--index] += number % 10;
     units[name.size] = 0;
     return name;
 }
@@ -133,8 +83,15 @@ void Free(void* values, Size bytes) {
     free(reinterpret_cast<void*>(block));
 }
 
+// The name of a workbook's file is the number of its worksheets; there is none for 0.
 void List(Text workbook, std::vector<std::wstring>& names) {
     EXPECT(GetExcelWorksheets(workbook, names));
+    long long count = 0;
+    for (Text unit = workbook; *unit != 0; ++unit) {
+        if (*unit == L'\\') count = 0;
+        if (*unit >= L'0' && *unit <= L'9') count = 10 * count + *unit - L'0';
+    }
+    EXPECT(names.last - names.first == count);
     for (std::wstring* name = names.first; name != names.last; ++name) {
         const wchar_t* const units = name->capacity > 7 ? name->pointer : name->units;
         EXPECT(name->size > 0 && name->size <= name->capacity && units[0] == L'S' && units[name->size] == 0);
@@ -149,14 +106,31 @@ void Clear(std::vector<std::wstring>& names) {
          static_cast<Size>(reinterpret_cast<char*>(names.end) - reinterpret_cast<char*>(names.first)));
 }
 
+// In a thread without OLE, Excel does not start.
+void FailWithoutOle(Text workbook) {
+    bool hasReason = false;
+    Xls2TkiConversion conversion{};
+    conversion.size = sizeof conversion;
+    conversion.inputPath = workbook;
+    conversion.importType = XLS2TKI_EXCEL;
+    conversion.messageContext = &hasReason;
+    conversion.onMessage = [](void* context, Text message) {
+        Text reason = L"Couldn't start Excel. (Code: ' 0x800401f0')\n";
+        while (*reason != 0 && *reason == *message) ++reason, ++message;
+        if (*reason == 0) *static_cast<bool*>(context) = true;
+    };
+    EXPECT(!xls2tki_convert(&conversion) && hasReason);
+}
+
 void Convert() {
     const Set none = MakeSet(0, 0);
     const Set two = MakeSet(3, 2);
-    EXPECT(Xls2TkiConvert(L"set.csv", L"short.xml", Csv, true, L';', false));
-    EXPECT(Xls2TkiConvert(L"set.csv", L"two.xml", Csv, false, L';', two, none, false));
-    EXPECT(Xls2TkiConvert(L"set.csv", L"three.xml", Csv, false, L';', two, none, none, L"V", L"D", false));
+    EXPECT(Xls2TkiConvert(L"set.csv", L"short.xml", ImportTypeCSV, true, L';', false));
+    EXPECT(Xls2TkiConvert(L"set.csv", L"two.xml", ImportTypeCSV, false, L';', two, none, false));
+    EXPECT(Xls2TkiConvert(L"set.csv", L"three.xml", ImportTypeCSV, false, L';', two, none, none, L"V", L"D",
+                          false));
     EXPECT(GetLoggedMessages()[0] == L'[');
-    EXPECT(!Xls2TkiConvert(L"missing.csv", L"short.xml", Csv, false, L';', false) &&
+    EXPECT(!Xls2TkiConvert(L"missing.csv", L"short.xml", ImportTypeCSV, false, L';', false) &&
            GetLoggedMessages()[0] == L'E');
     const int sizes[] = {0, 1, 7, 8, 1000};
     for (int shape = 0; shape < 3; ++shape) {
@@ -164,8 +138,8 @@ void Convert() {
             wchar_t output[] = L"0_0.xml";
             output[0] += static_cast<wchar_t>(shape);
             output[2] += static_cast<wchar_t>(index);
-            EXPECT(Xls2TkiConvert(L"set.csv", nullptr, output, Csv, false, L';', MakeSet(sizes[index], shape),
-                                  none, none, L"", L"", true));
+            EXPECT(Xls2TkiConvert(L"set.csv", nullptr, output, ImportTypeCSV, false, L';',
+                                  MakeSet(sizes[index], shape), none, none, L"", L"", true));
         }
     }
 }
@@ -175,6 +149,8 @@ void Convert() {
 extern "C" void mainCRTStartup() {
     int count = 0;
     Text* const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    EXPECT(count > 1);
+    FailWithoutOle(arguments[1]);
     EXPECT(XlsInitOle(true));
     Convert();
     std::vector<std::wstring> names{};

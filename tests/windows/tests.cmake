@@ -33,21 +33,36 @@ target_compile_definitions(load_test PRIVATE XLS2TKI_TEST_DATA="${drive}${CMAKE_
 set(other_compiler ${CMAKE_CURRENT_BINARY_DIR}/other_compiler)
 file(MAKE_DIRECTORY ${other_compiler})
 find_program(CLANG clang++ REQUIRED)
+set(other_compiler_command ${CLANG} --target=x86_64-pc-windows-msvc -O1 -fno-exceptions -Wall -Wextra -Werror
+    -I${other_compiler} -I${PROJECT_SOURCE_DIR})
+foreach(header cstdint set string vector)
+    file(WRITE ${other_compiler}/${header} "#include \"tests/windows/other_compiler_library.h\"\n")
+endforeach()
 find_program(LLD_LINK lld-link REQUIRED)
 set(system_libraries /usr/x86_64-w64-mingw32/lib)
 foreach(source other_compiler_host other_compiler_logging)
     add_custom_command(OUTPUT ${other_compiler}/${source}.obj DEPENDS windows/${source}.cpp
-        COMMAND ${CLANG} --target=x86_64-pc-windows-msvc -std=c++20 -O1 -fno-exceptions -Wall -Wextra -Werror
-            -c ${CMAKE_CURRENT_SOURCE_DIR}/windows/${source}.cpp -o ${other_compiler}/${source}.obj)
+            windows/other_compiler_library.h ${PROJECT_SOURCE_DIR}/api/xls2tki.h ${PROJECT_SOURCE_DIR}/api/xls2tki_c.h
+        COMMAND ${other_compiler_command} -std=c++20 -D_DLL -c ${CMAKE_CURRENT_SOURCE_DIR}/windows/${source}.cpp
+            -o ${other_compiler}/${source}.obj)
 endforeach()
-add_custom_command(OUTPUT ${other_compiler}/host.exe DEPENDS ${other_compiler}/other_compiler_host.obj xls2tki
+add_custom_command(OUTPUT ${other_compiler}/host.exe DEPENDS ${other_compiler}/other_compiler_host.obj import_library
     COMMAND ${LLD_LINK} /out:${other_compiler}/host.exe /entry:mainCRTStartup /subsystem:console
-        ${other_compiler}/other_compiler_host.obj $<TARGET_LINKER_FILE:xls2tki> ${system_libraries}/libucrtbase.a
+        ${other_compiler}/other_compiler_host.obj ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/xls2tki.lib ${system_libraries}/libucrtbase.a
         ${system_libraries}/libkernel32.a ${system_libraries}/libshell32.a)
 add_custom_command(OUTPUT ${other_compiler}/ZoLogging.dll DEPENDS ${other_compiler}/other_compiler_logging.obj
     COMMAND ${LLD_LINK} /dll /out:${other_compiler}/ZoLogging.dll /entry:_DllMainCRTStartup
         ${other_compiler}/other_compiler_logging.obj ${system_libraries}/libkernel32.a)
 add_custom_target(other_compiler ALL DEPENDS ${other_compiler}/host.exe ${other_compiler}/ZoLogging.dll)
+
+# The C header in C, and what the C++ header says to compilers whose types it cannot take.
+add_test(NAME c_header_elsewhere
+    COMMAND ${other_compiler_command} -fsyntax-only -x c ${PROJECT_SOURCE_DIR}/api/xls2tki_c.h)
+add_test(NAME refuses_static_runtime
+    COMMAND ${other_compiler_command} -std=c++20 -fsyntax-only ${CMAKE_CURRENT_SOURCE_DIR}/windows/other_compiler_host.cpp)
+add_test(NAME refuses_ucrt COMMAND ${CMAKE_CXX_COMPILER} -std=c++20 -D_UCRT -fsyntax-only ${PROJECT_SOURCE_DIR}/examples/hosts/host.cpp -I${PROJECT_SOURCE_DIR}/api)
+set_tests_properties(refuses_static_runtime PROPERTIES PASS_REGULAR_EXPRESSION "error: .* /MD .* Use xls2tki_c.h")
+set_tests_properties(refuses_ucrt PROPERTIES PASS_REGULAR_EXPRESSION "error: .* for UCRT. Use xls2tki_c.h")
 
 add_test(NAME rooms COMMAND rooms_test)
 add_test(NAME host COMMAND host_test)
