@@ -3,11 +3,11 @@
 #include "tests/described_workbook.h"
 #include "tests/host.h"
 #include "tests/made_workbook.h"
+#include "workbook/date_formats.h"
 #include "workbook/file_formats.h"
 #include "workbook/range_address.h"
 #include "workbook/xlsx/cell_value.h"
 #include "workbook/xlsx/date_serial.h"
-#include "workbook/xlsx/number_formats.h"
 #include "workbook/xlsx/part_name.h"
 #include "workbook/xlsx/text_builder.h"
 

@@ -206,6 +206,19 @@ TEST(Xls, HasTheValuesOfItsRecords) {
         {Book(kOld, Record(0x42, U16(10000)), CellRecord(0x204, U16(1) + "\x8A") + kEnd), "t ä "},
         {Book(kOld, "", CellRecord(0x204, U16(1) + "\x80") + kEnd), "t € "},
         {Book(kOld, Record(0x42, U16(1)), CellRecord(0x204, U16(1) + "a") + kEnd), "t a "},
+        // Letters and marks as Windows has them: none joined, none lost at the end.
+        {Book(kOld, Record(0x42, U16(1255)), CellRecord(0x204, U16(2) + "\xEC\xF9") + kEnd), "t לש "},
+        {Book(kOld, Record(0x42, U16(1258)), CellRecord(0x204, U16(2) + "\xE2\xF2") + kEnd),
+         "t \u00E2\u0323 "},
+        // An empty shared string whose flags are in the next record.
+        {Book(kNew, Strings(U16(0), 2) + Continue("\0"s + U16(1) + "\0x"s), CellRecord(0xFD, U32(1)) + kEnd),
+         "t x "},
+        // Formulas and their texts by the numbers of older versions.
+        {Book(kNew, "",
+              Record(0x206, U16(0) + U16(0) + U16(0) + Le(1.0)) +
+                  Record(0x406, U16(0) + U16(1) + U16(0) + "\0\0\0\0\0\0\xFF\xFF"s) +
+                  Record(7, U16(1) + "\0x"s) + kEnd),
+         "n 1 t x "},
         // Shared strings: the number of them too large, one cut in its characters, one in its formats.
         {Book(kNew,
               Strings(U16(3) + "\0ab"s, 9) +
@@ -216,6 +229,32 @@ TEST(Xls, HasTheValuesOfItsRecords) {
         {Book(kNew, "", kOne + kEnd, 2), ""},
         {Book(kNew, "", Record(0x81, U16(0x10)) + kOne + kEnd), ""},
     });
+}
+
+TEST(Xls, NotesCellsThatShowDates) {
+    const auto format = [](std::size_t number) { return Record(0xE0, U16(0) + U16(number)); };
+    const auto rk = [](std::size_t column, std::size_t style) {
+        return Record(0x27E, U16(0) + U16(column) + U16(style) + U32(6));
+    };
+    const std::string formats =
+        format(0) + format(14) + format(164) + Record(0xE0, "") + format(165) + format(50);
+    const std::string cells = rk(0, 0) + rk(1, 1) + rk(2, 2) + rk(3, 3) + rk(4, 4) + rk(5, 99) + rk(8, 5) +
+                              Record(0xBD, U16(0) + U16(6) + U16(0) + U32(6) + U16(2) + U32(6) + U16(7)) +
+                              kEnd;
+    const TempFolder folder;
+    for (const bool isNew : {kOld, kNew}) {
+        const std::string length = isNew ? U16(2) + "\0"s : "\2"s;
+        const std::string codes = Record(0x41E, U16(164) + length + "dd") +
+                                  Record(0x41E, U16(165) + length + "0;") +
+                                  Record(0x41E, U16(50) + length + "00") + Record(0x41E, U16(166));
+        const auto workbook = OpenWorkbook(folder.Put("a", Book(isNew, codes + formats, cells)));
+        std::string dates;
+        for (const NotedCell& cell : workbook->worksheets.front()->Cells().Notes()) {
+            EXPECT_EQ(cell.note, CellNote::ShowsDate);
+            dates += Utf8(CellName(cell.row, cell.column)) + " ";
+        }
+        EXPECT_EQ(dates, "B1 C1 H1 ");
+    }
 }
 
 TEST(Xls, IsRefusedWhereValuesCouldBeWrong) {
@@ -263,6 +302,8 @@ TEST(Xls, IsRefusedWhereValuesCouldBeWrong) {
         {Record(0x809, U16(0x700) + U16(5)),
          at(0, "0809", "the version of the format, 0x00000700, is unknown")},
         {Begin(kNew, 0x10), at(0, "0809", "the list of worksheets is missing")},
+        {Book(kNew, "", "").substr(0, first - 12) + Begin(kNew, 0x20) + kEnd,
+         at(first - 12, "0809", "no worksheet begins here")},
         {Record(0x209, U16(0) + U16(0x10) + U16(0)),
          "'a' is a workbook of Excel 2, 3 or 4, which cannot be read. Save it as .xlsx."},
     });

@@ -3,6 +3,8 @@
 #include <iconv.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <iterator>
 
 namespace NPlatform {
 
@@ -29,12 +31,24 @@ std::string NameOf(std::uint16_t codePage) {
     return "CP" + std::to_string(codePage);
 }
 
-bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+constexpr unsigned char kFirstOfCodePage = 0x80;
+
+bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < kFirstOfCodePage; }
 
 }  // namespace
 
 struct CodePageText::System {
-    explicit System(std::uint16_t codePage) : converter(iconv_open("UTF-16LE", NameOf(codePage).c_str())) {}
+    explicit System(std::uint16_t codePage) : converter(iconv_open("UTF-16LE", NameOf(codePage).c_str())) {
+        std::u16string text;
+        for (std::size_t index = 0; IsKnown() && index < std::size(units); ++index) {
+            const char byte = static_cast<char>(kFirstOfCodePage + index);
+            if (Convert({&byte, 1}, text)) {
+                units[index] = text.front();
+            } else if (errno == EINVAL) {
+                hasLongCharacters = true;
+            }
+        }
+    }
     System(const System&) = delete;
     System& operator=(const System&) = delete;
     ~System() {
@@ -44,7 +58,26 @@ struct CodePageText::System {
     // iconv's sign for a failure is the highest address.
     [[nodiscard]] bool IsKnown() const { return reinterpret_cast<std::intptr_t>(converter) != -1; }
 
+    bool Convert(std::string_view bytes, std::u16string& text) const {
+        const auto failed = static_cast<std::size_t>(-1);
+        // Two units for a byte are more than any code page needs.
+        text.resize(2 * bytes.size());
+        std::string copy(bytes);  // iconv does not write to it, but wants it so
+        char* in = copy.data();
+        std::size_t inLeft = copy.size();
+        auto* out = reinterpret_cast<char*>(text.data());
+        std::size_t outLeft = text.size() * sizeof(char16_t);
+        iconv(converter, nullptr, nullptr, nullptr, nullptr);
+        if (iconv(converter, &in, &inLeft, &out, &outLeft) == failed) return false;
+        // A letter that a mark could follow is kept back until the end.
+        if (iconv(converter, nullptr, nullptr, &out, &outLeft) == failed) return false;
+        text.resize(text.size() - outLeft / sizeof(char16_t));
+        return true;
+    }
+
     iconv_t converter;
+    char16_t units[0x100 - kFirstOfCodePage] = {};  // of each byte that is not ASCII; 0 if it is no character
+    bool hasLongCharacters = false;                 // of several bytes
 };
 
 CodePageText::CodePageText(std::uint16_t codePage) : codePage_(codePage) {}
@@ -58,16 +91,14 @@ bool CodePageText::ToUtf16(std::string_view bytes, std::u16string& text) {
     }
     if (system_ == nullptr) system_ = std::make_unique<System>(codePage_);
     if (!system_->IsKnown()) return false;
-    // Two units for a byte are more than any code page needs.
-    text.resize(2 * bytes.size());
-    std::string copy(bytes);  // iconv does not write to it, but wants it so
-    char* in = copy.data();
-    std::size_t inLeft = copy.size();
-    auto* out = reinterpret_cast<char*>(text.data());
-    std::size_t outLeft = text.size() * sizeof(char16_t);
-    iconv(system_->converter, nullptr, nullptr, nullptr, nullptr);
-    if (iconv(system_->converter, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1)) return false;
-    text.resize(text.size() - outLeft / sizeof(char16_t));
+    if (system_->hasLongCharacters) return system_->Convert(bytes, text);
+    // Byte by byte: iconv would join a letter with the marks behind it.
+    text.clear();
+    for (const char byte : bytes) {
+        const auto index = static_cast<unsigned char>(byte);
+        text += IsAscii(byte) ? char16_t{index} : system_->units[index - kFirstOfCodePage];
+        if (text.back() == 0 && byte != 0) return false;
+    }
     return true;
 }
 

@@ -1,7 +1,10 @@
 #include "workbook/xls/contents.h"
 
+#include <map>
+
 #include "platform/format.h"
 #include "workbook/cell_rules.h"
+#include "workbook/date_formats.h"
 #include "workbook/workbook.h"
 
 namespace NWorkbook::NXls {
@@ -46,6 +49,47 @@ Contents::Sheet ReadSheetEntry(RecordReader& records, TextReader& texts) {
     return {std::move(name), offset, kind == kWorksheetKind};
 }
 
+// Which formats of cells show dates. No value depends on them: what is damaged is none.
+class DateFormats {
+  public:
+    void ReadNumberFormat(RecordReader& records, Version version, TextReader& texts) {
+        try {
+            Fields fields(records);
+            const auto id = fields.Take<std::uint16_t>();
+            const std::size_t length =
+                version == Version::Biff8 ? fields.Take<std::uint16_t>() : fields.Take<std::uint8_t>();
+            std::string code;
+            for (const char16_t unit : texts.ReadName(fields, length)) {
+                code += unit < 0x80 ? static_cast<char>(unit) : '?';
+            }
+            named_[id] = IsDateFormat(code);
+        } catch (const PartFault&) {
+        }
+    }
+
+    void ReadCellFormat(RecordReader& records) {
+        constexpr std::size_t kPlace = sizeof(std::uint16_t);  // behind the font
+        constexpr std::size_t kMost = 0x10000;
+        const std::string_view data = records.Data();
+        const bool isWhole = data.size() >= kPlace + sizeof(std::uint16_t);
+        if (numberFormats_.size() == kMost) return;
+        numberFormats_.push_back(isWhole ? Load<std::uint16_t>(data.data() + kPlace) : std::uint16_t{0});
+    }
+
+    [[nodiscard]] std::vector<bool> ShowDate() const {
+        std::vector<bool> showDate;
+        for (const std::uint16_t id : numberFormats_) {
+            const auto named = named_.find(id);
+            showDate.push_back(named == named_.end() ? IsUsualDateFormat(id) : named->second);
+        }
+        return showDate;
+    }
+
+  private:
+    std::map<std::uint16_t, bool> named_;       // whether number formats that the file names show dates
+    std::vector<std::uint16_t> numberFormats_;  // of cell formats
+};
+
 }  // namespace
 
 bool IsOfExcel2To4(RecordType type) {
@@ -56,6 +100,7 @@ bool IsOfExcel2To4(RecordType type) {
 Contents ReadContents(const WorkbookFile& file, RecordReader& records, TextStore& store, Budget& budget) {
     Contents contents;
     contents.version = ReadVersion(file, records);
+    DateFormats dateFormats;
     for (records.Next(); records.Type() != RecordType::EndOfFile; records.Next()) {
         switch (records.Type()) {
             case RecordType::FilePass:
@@ -71,6 +116,14 @@ Contents ReadContents(const WorkbookFile& file, RecordReader& records, TextStore
                 }
                 break;
             }
+            case RecordType::Format: {
+                TextReader texts(contents.version, contents.codePage, store, budget);
+                dateFormats.ReadNumberFormat(records, contents.version, texts);
+                break;
+            }
+            case RecordType::Xf:
+                dateFormats.ReadCellFormat(records);
+                break;
             case RecordType::Sst:
                 contents.sharedStrings = records.Offset();
                 break;
@@ -78,6 +131,7 @@ Contents ReadContents(const WorkbookFile& file, RecordReader& records, TextStore
                 break;
         }
     }
+    contents.showsDate = dateFormats.ShowDate();
     return contents;
 }
 

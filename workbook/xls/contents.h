@@ -21,6 +21,7 @@ struct Contents {
     std::uint16_t codePage = NPlatform::kWesternCodePage;
     std::vector<Sheet> sheets;                   // in workbook order, those of all kinds
     std::optional<std::uint64_t> sharedStrings;  // the record's offset
+    std::vector<bool> showsDate;                 // whether numbers are shown as dates, by format of cell
 };
 
 // From the beginning of the stream. Throws PartFault, also where there are more than kMostWorksheets or one's

@@ -13,6 +13,7 @@ namespace NWorkbook::NXls {
 // The records that count here, by the numbers that the format gives them.
 enum class RecordType : std::uint16_t {
     Formula = 0x0006,
+    StringOfExcel2 = 0x0007,
     EndOfFile = 0x000A,
     ExternSheet = 0x0017,
     Name = 0x0018,
@@ -23,6 +24,7 @@ enum class RecordType : std::uint16_t {
     BoundSheet = 0x0085,
     MulRk = 0x00BD,
     RString = 0x00D6,
+    Xf = 0x00E0,
     Sst = 0x00FC,
     LabelSst = 0x00FD,
     SupBook = 0x01AE,
@@ -30,8 +32,11 @@ enum class RecordType : std::uint16_t {
     Number = 0x0203,
     Label = 0x0204,
     BoolErr = 0x0205,
+    FormulaOfExcel3 = 0x0206,
     String = 0x0207,
     Rk = 0x027E,
+    FormulaOfExcel4 = 0x0406,
+    Format = 0x041E,
     BeginningOfFile = 0x0809,
 };
 

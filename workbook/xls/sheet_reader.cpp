@@ -11,7 +11,7 @@ namespace NWorkbook::NXls {
 namespace {
 
 constexpr std::uint16_t kColumnCount = 256;
-constexpr std::size_t kFormatSize = 2;  // of the index of a cell's format
+constexpr std::uint16_t kWorksheet = 0x0010;  // in its first record
 
 // 30 bits of a number: the upper ones of a double, or a whole number; and whether it is a hundred times as
 // large as the number of the cell.
@@ -45,6 +45,7 @@ class SheetReader {
     SheetReader(OpenedWorkbook& workbook, RecordReader& records, CellTable& cells)
         : records_(records),
           sharedStrings_(workbook.SharedStrings()),
+          showsDate_(workbook.contents.showsDate),
           texts_(workbook.Texts()),
           budget_(workbook.budget),
           cells_(cells),
@@ -52,7 +53,9 @@ class SheetReader {
 
     void Read() {
         records_.Next();
-        if (records_.Type() != RecordType::BeginningOfFile) {
+        Fields fields(records_);
+        if (records_.Type() != RecordType::BeginningOfFile ||
+            fields.Take<std::uint32_t>() >> 16 != kWorksheet) {
             throw PartFault{Fault::Damaged, u"no worksheet begins here"};
         }
         // Charts within the worksheet have records of their own.
@@ -94,10 +97,13 @@ class SheetReader {
                 ReadBoolOrError(fields);
                 break;
             case RecordType::Formula:
+            case RecordType::FormulaOfExcel3:
+            case RecordType::FormulaOfExcel4:
                 StartCell(fields);
                 ReadResult(fields.Take<std::uint64_t>());
                 break;
             case RecordType::String:
+            case RecordType::StringOfExcel2:
                 if (!awaitsText_) break;
                 awaitsText_ = false;
                 ReadText(fields);
@@ -110,7 +116,7 @@ class SheetReader {
     void StartCell(Fields& fields) {
         const auto row = fields.Take<std::uint16_t>();
         PlaceCell(row, fields.Take<std::uint16_t>());
-        fields.Skip(kFormatSize);
+        format_ = fields.Take<std::uint16_t>();
     }
 
     // Row and column count from 0.
@@ -127,13 +133,13 @@ class SheetReader {
     }
 
     void ReadNumbers(Fields& fields) {
-        constexpr std::size_t kNumberSize = kFormatSize + sizeof(std::uint32_t);
+        constexpr std::size_t kNumberSize = sizeof format_ + sizeof(std::uint32_t);
         const auto row = fields.Take<std::uint16_t>();
         const auto first = fields.Take<std::uint16_t>();
         std::uint32_t column = first;
         for (; fields.Left() >= kNumberSize; ++column) {
             PlaceCell(row, column);
-            fields.Skip(kFormatSize);
+            format_ = fields.Take<std::uint16_t>();
             AddNumber(RkNumber(fields.Take<std::uint32_t>()));
         }
         // The record ends with the last column.
@@ -186,6 +192,9 @@ class SheetReader {
     void AddNumber(double number) {
         if (!std::isfinite(number)) FailCell(u"has a number that is infinite or not a number");
         Add({.row = row_, .column = column_, .type = CellType::Number, .number = number});
+        if (format_ < showsDate_.size() && showsDate_[format_]) {
+            cells_.Note({row_, column_, CellNote::ShowsDate});
+        }
     }
 
     void AddText(TextPlace text) {
@@ -212,12 +221,14 @@ class SheetReader {
 
     RecordReader& records_;
     const std::vector<TextPlace>& sharedStrings_;
+    const std::vector<bool>& showsDate_;
     TextReader texts_;
     Budget& budget_;
     CellTable& cells_;
     std::size_t unitsLeft_;
     std::uint32_t row_ = 1;
     std::uint16_t column_ = 1;
+    std::uint16_t format_ = 0;
     bool awaitsText_ = false;
 };
 

@@ -40,7 +40,7 @@ void TextReader::Append(Fields& fields, std::size_t length) {
 
 void TextReader::AppendUnicode(Fields& fields, std::size_t length) {
     // Some programs end an empty text with its length.
-    if (length == 0 && fields.Left() == 0) return;
+    if (length == 0 && fields.AreAtEnd()) return;
     const unsigned flags = fields.Take<std::uint8_t>();
     const std::size_t formats = (flags & kHasFormats) != 0 ? fields.Take<std::uint16_t>() : 0;
     const std::size_t pronunciation = (flags & kHasPronunciation) != 0 ? fields.Take<std::uint32_t>() : 0;

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "workbook/date_formats.h"
 #include "workbook/error.h"
 #include "workbook/xlsx/cell_value.h"
 #include "workbook/xlsx/xml_part.h"
@@ -13,43 +14,7 @@ namespace {
 constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
 constexpr std::size_t kMostStyles = 1 << 20;
 
-// Those that every workbook has without naming them, the East Asian ones included.
-bool IsUsualDateFormat(std::size_t id) {
-    return (id >= 14 && id <= 22) || (id >= 27 && id <= 36) || (id >= 45 && id <= 47) ||
-           (id >= 50 && id <= 58);
-}
-
-bool IsElapsedTime(std::string_view bracketed) {
-    return !bracketed.empty() && bracketed.find_first_not_of("hHmMsS") == std::string_view::npos;
-}
-
 }  // namespace
-
-bool IsDateFormat(std::string_view code) {
-    for (std::size_t index = 0; index < code.size() && code[index] != ';'; ++index) {
-        switch (code[index]) {
-            case '"':
-                index = code.find('"', index + 1);
-                break;
-            case '[': {
-                const std::size_t begin = index + 1;
-                index = code.find(']', begin);
-                if (index != std::string_view::npos && IsElapsedTime(code.substr(begin, index - begin)))
-                    return true;
-                break;
-            }
-            case '\\':
-            case '_':
-            case '*':
-                ++index;
-                break;
-            default:
-                if (std::string_view("dDmMyYhHsS").find(code[index]) != std::string_view::npos) return true;
-        }
-        if (index == std::string_view::npos) return false;
-    }
-    return false;
-}
 
 class NumberFormats::Reader : public XmlReader {
   public:

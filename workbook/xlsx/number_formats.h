@@ -24,7 +24,4 @@ class NumberFormats {
     std::vector<bool> showsDate_;  // by style
 };
 
-// Whether a format such as "dd.mm.yyyy" shows a date or a time. Its first section counts.
-bool IsDateFormat(std::string_view code);
-
 }  // namespace NWorkbook::NXlsx
