@@ -1,75 +1,42 @@
 #include "cli/text.h"
 
-#include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 
 #include "platform/unseen.h"
+#include "platform/utf8.h"
 
 namespace NCli {
 
 using NPlatform::IsUnseen;
+using NPlatform::Utf8Sequence;
 using NXls2Tki::WideChar;
 using NXls2Tki::WideString;
 
 namespace {
 
-struct Sequence {
-    char32_t character;
-    std::size_t length;  // 0: the bytes are not UTF-8
-};
-
-Sequence ReadSequence(std::string_view bytes) {
-    constexpr char32_t kLowest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto lead = static_cast<unsigned char>(bytes[0]);
-    const auto length = static_cast<std::size_t>(std::countl_one(lead));
-    if (length == 0) return {lead, 1};
-    if (length == 1 || length > 4 || length > bytes.size()) return {0, 0};
-    char32_t character = lead & (0x7FU >> length);
-    for (std::size_t index = 1; index < length; ++index) {
-        const auto byte = static_cast<unsigned char>(bytes[index]);
-        if ((byte & 0xC0) != 0x80) return {0, 0};
-        character = character << 6 | (byte & 0x3FU);
-    }
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (character < kLowest[length] || character > 0x10FFFF || isSurrogate) return {0, 0};
-    return {character, length};
+Utf8Sequence ReadSequence(std::string_view bytes) {
+    return NPlatform::DecodeUtf8(bytes.data(), bytes.data() + bytes.size());
 }
 
-// Lends each character with its bytes, U+FFFD with a byte that is not part of UTF-8.
+// Lends each character with its bytes, U+FFFD with bytes that are not UTF-8.
 template <typename Use>
 void ForEachCharacter(std::string_view text, Use use) {
     while (!text.empty()) {
-        const Sequence sequence = ReadSequence(text);
-        const std::size_t size = std::max<std::size_t>(sequence.length, 1);
-        use(text.substr(0, size), sequence.length == 0 ? 0xFFFD : sequence.character);
-        text.remove_prefix(size);
+        const Utf8Sequence sequence = ReadSequence(text);
+        use(text.substr(0, sequence.length), sequence.character);
+        text.remove_prefix(sequence.length);
     }
 }
 
 void AppendUtf16(WideString& text, char32_t character) {
-    if (character < 0x10000) {
-        text.push_back(static_cast<WideChar>(character));
-        return;
-    }
-    text.push_back(static_cast<WideChar>(0xD7C0 + (character >> 10)));
-    text.push_back(static_cast<WideChar>(0xDC00 + (character & 0x3FF)));
+    char16_t units[2];
+    text.append(units, NPlatform::EncodeUtf16(character, units));
 }
 
-void AppendUtf8(std::string& bytes, char32_t character) {
-    const auto trail = [character](int shift) {
-        return static_cast<char>(0x80 | (character >> shift & 0x3F));
-    };
-    if (character < 0x80) {
-        bytes += static_cast<char>(character);
-    } else if (character < 0x800) {
-        bytes += {static_cast<char>(0xC0 | character >> 6), trail(0)};
-    } else if (character < 0x10000) {
-        bytes += {static_cast<char>(0xE0 | character >> 12), trail(6), trail(0)};
-    } else {
-        bytes += {static_cast<char>(0xF0 | character >> 18), trail(12), trail(6), trail(0)};
-    }
+void AppendUtf8(std::string& text, char32_t character) {
+    char bytes[4];
+    text.append(bytes, NPlatform::EncodeUtf8(character, bytes));
 }
 
 bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
@@ -104,15 +71,15 @@ bool IsLow(char32_t unit) { return (unit & 0xFC00) == 0xDC00; }
 DecodedText DecodeUtf8(std::string_view bytes) {
     DecodedText decoded{{}, true};
     while (!bytes.empty()) {
-        const Sequence sequence = ReadSequence(bytes);
-        if (sequence.length == 0) {
-            decoded.isUtf8 = false;
-            decoded.text.push_back(static_cast<WideChar>(0xDC00 + static_cast<unsigned char>(bytes[0])));
-            bytes.remove_prefix(1);
-        } else {
+        const Utf8Sequence sequence = ReadSequence(bytes);
+        if (sequence.wellFormed) {
             AppendUtf16(decoded.text, sequence.character);
-            bytes.remove_prefix(sequence.length);
+        } else {
+            decoded.isUtf8 = false;
+            for (const char byte : bytes.substr(0, sequence.length))
+                decoded.text.push_back(static_cast<WideChar>(0xDC00 + static_cast<unsigned char>(byte)));
         }
+        bytes.remove_prefix(sequence.length);
     }
     return decoded;
 }
@@ -125,8 +92,10 @@ Utf8Run MeasureUtf8(std::string_view bytes) {
         const char* const begin = at;
         at = SkipPlain(at, end);
         if (at < end && IsAscii(*at)) at = SkipAscii(at, end);
-        if (at == begin) at += ReadSequence({at, end}).length;
-        if (at == begin) break;
+        if (at > begin) continue;
+        const Utf8Sequence sequence = ReadSequence({at, end});
+        if (!sequence.wellFormed) break;
+        at += sequence.length;
     }
     return {static_cast<std::size_t>(at - bytes.data()), isAscii};
 }
