@@ -277,6 +277,14 @@ TEST(Api, LetsFailuresOfExcelPass) {
             [&] { Xls2TkiConvert(Wide(input).c_str(), nullptr, ImportTypeExcel, false, u';', false); });
         if (version != "11") expectFailure([&] { GetExcelWorksheets(Wide(input).c_str(), names); });
     }
+    Xls2TkiConversion conversion{};
+    const WideString path = Wide(input);
+    conversion.size = sizeof conversion;
+    conversion.inputPath = path.c_str();
+    conversion.importType = XLS2TKI_EXCEL;
+    excel.Begin(2);
+    EXPECT_FALSE(xls2tki_convert(&conversion));
+    EXPECT_EQ(xls2tki_failure(), XLS2TKI_EXCEL_FAILED);
 }
 
 // The preparation happens once in a process, so all of it is in one test.

@@ -168,6 +168,9 @@ TEST_F(OdbcDriverAlone, BearsWrongCalls) {
     char16_t name[2] = {};
     EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 2, SQL_DESC_NAME, name, sizeof name, nullptr), SQL_SUCCESS);
     EXPECT_EQ(std::u16string(name), u"B");
+    SQLULEN size = ~SQLULEN{0};
+    EXPECT_EQ(CALL(SQLGetDescFieldW)(rows, 2, SQL_DESC_LENGTH, &size, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(size, 3U);
     EXPECT_EQ(CALL(SQLSetDescFieldW)(rows, 1, SQL_DESC_TYPE, nullptr, 0), SQL_ERROR);
     for (const SQLUSMALLINT column : std::initializer_list<SQLUSMALLINT>{0, 3, 65535}) {
         EXPECT_EQ(State(CALL(SQLGetData)(statement_, column, SQL_C_CHAR, room, 8, nullptr)), "07009");
