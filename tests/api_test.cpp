@@ -277,6 +277,7 @@ TEST(Api, LetsFailuresOfExcelPass) {
             [&] { Xls2TkiConvert(Wide(input).c_str(), nullptr, ImportTypeExcel, false, u';', false); });
         if (version != "11") expectFailure([&] { GetExcelWorksheets(Wide(input).c_str(), names); });
     }
+    const InstalledExcel installed("@=\"Excel.Application.15\"");
     Xls2TkiConversion conversion{};
     const WideString path = Wide(input);
     conversion.size = sizeof conversion;
