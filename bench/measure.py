@@ -8,13 +8,14 @@ the rounds. The slowest programs take part in some rounds only."""
 import argparse
 
 import csv_tables
+import findings
 import older_workbooks
 import workbooks
 from runs import FOLDER, Measurement, report
 
 
 # What is measured, by the option that chooses it alone.
-CONTESTS = {"csv": csv_tables, "workbooks": workbooks, "xls": older_workbooks}
+CONTESTS = {"csv": csv_tables, "findings": findings, "workbooks": workbooks, "xls": older_workbooks}
 
 
 def sizes(options, contest):
