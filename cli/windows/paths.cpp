@@ -27,7 +27,7 @@ std::wstring AskForPath(Ask ask) {
     while (true) {
         const DWORD size = ask(path.data(), static_cast<DWORD>(path.size()));
         const bool fits = size < path.size();  // else it is the size that is needed
-        path.resize(fits ? size : size + 1);  // the oldest Windows leaves the NUL out of the size
+        path.resize(fits ? size : size + 1);   // the oldest Windows leaves the NUL out of the size
         if (fits) return path;
     }
 }
