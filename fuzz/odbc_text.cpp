@@ -36,7 +36,10 @@ void CheckNameIsKept(std::u16string_view name) {
     const std::u16string quotes[] = {Quote(name, u'[', u']'), Quote(name, u'"', u'"'),
                                      Quote(name, u'`', u'`')};
     for (const std::u16string& quoted : quotes) {
-        Require(ParseSelect(u"select*from" + quoted + u" ; ") == name,
+        const Select all = ParseSelect(u"select*from" + quoted + u" ; ");
+        const Select one = ParseSelect(u"select" + quoted + u",a from" + quoted);
+        Require(all.columns.empty() && all.table == name && one.table == name && one.columns.size() == 2 &&
+                    one.columns[0] == name,
                 "a name that is quoted arrives as it was");
     }
 }
@@ -46,7 +49,11 @@ void CheckNameIsKept(std::u16string_view name) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::u16string text = Utf16(data, size);
     ReadOrRefuse([&text] { CheckValueIsKept(ConnectString(text).Find(u"DBQ").value_or(u"")); });
-    ReadOrRefuse([&text] { CheckNameIsKept(ParseSelect(text)); });
+    ReadOrRefuse([&text] {
+        const Select select = ParseSelect(text);
+        CheckNameIsKept(select.table);
+        for (const std::u16string& column : select.columns) CheckNameIsKept(column);
+    });
     CheckValueIsKept(text);
     CheckNameIsKept(text);
     return 0;
