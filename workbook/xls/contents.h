@@ -10,6 +10,9 @@
 
 namespace NWorkbook::NXls {
 
+// Of a worksheet.
+inline constexpr std::uint16_t kColumnCount = 256;
+
 struct Contents {
     struct Sheet {
         std::u16string name;

@@ -17,7 +17,6 @@ constexpr std::uint8_t kReference = 0x1A;
 constexpr std::uint8_t kArea = 0x1B;
 
 constexpr std::uint16_t kOwnWorksheets = 0x0401;
-constexpr std::uint16_t kColumnCount = 256;
 
 // First and last row or column of a block, from 0; `count` are all.
 struct Range {

@@ -10,7 +10,6 @@ namespace NWorkbook::NXls {
 
 namespace {
 
-constexpr std::uint16_t kColumnCount = 256;
 constexpr std::uint16_t kWorksheet = 0x0010;  // in its first record
 
 // 30 bits of a number: the upper ones of a double, or a whole number; and whether it is a hundred times as
